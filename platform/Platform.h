@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+#include "platform/Installation.h"
+#include "platform/KeyboardEvents.h"
+#include "platform/Workspace.h"
+
+#include <memory>
+
+namespace platform {
+
+/// The system that Quillet runs on, as one object: created once in main(), before any window and
+/// after the QApplication, and handed to whoever needs a part of it.
+class Platform
+{
+public:
+    virtual ~Platform() = default;
+
+    virtual Accessibility &accessibility() = 0;
+    virtual KeyboardEvents &keyboard() = 0;
+    virtual Workspace &workspace() = 0;
+    virtual Installation &installation() = 0;
+};
+
+/// The adapter of the system that this program was built for.
+std::unique_ptr<Platform> createPlatform();
+
+} // namespace platform

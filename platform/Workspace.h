@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+class QWidget;
+
+namespace platform {
+
+/// An application that is running now.
+struct RunningApplication {
+    std::int32_t processIdentifier = 0;
+    /// What the user knows it as; absent when it has no name.
+    std::optional<QString> localizedName;
+};
+
+/// How the application presents itself to the desktop.
+enum class ActivationPolicy {
+    /// In the task bar and the window switcher.
+    Regular,
+    /// Kept out of both; reached through its tray item.
+    Accessory,
+};
+
+/// The desktop around us: which application is in front, how our own windows behave among the
+/// others, and who holds the keyboard. Main thread only; no call waits for another application.
+class Workspace
+{
+public:
+    virtual ~Workspace() = default;
+
+    /// The running application with this process id, if there is one.
+    virtual std::optional<RunningApplication> runningApplication(std::int32_t pid) = 0;
+
+    /// Process id of the application whose window is active; absent when there is none.
+    virtual std::optional<std::int32_t> frontmostApplication() = 0;
+
+    /// Shows `window` in, or keeps it out of, the task bar and the window switcher.
+    virtual void setActivationPolicy(QWidget *window, ActivationPolicy policy) = 0;
+
+    /// Shows `window`, unminimised, in front, with the keyboard focus.
+    virtual void activate(QWidget *window) = 0;
+
+    /// Prepares a borderless widget, before it is first shown, to float above other applications'
+    /// windows on every desktop, out of the task bar, without ever taking the focus when it is
+    /// shown or clicked. `becomesKeyOnlyIfNeeded`: takes the keyboard when, and only when,
+    /// focusPanel() asks for it.
+    virtual void preparePanel(QWidget *panel, bool becomesKeyOnlyIfNeeded) = 0;
+
+    /// Gives the keyboard to a panel prepared with `becomesKeyOnlyIfNeeded`, because the user
+    /// wants to edit text in it. Remembers who had it before.
+    virtual void focusPanel(QWidget *panel) = 0;
+
+    /// Gives the keyboard back to the window that had it before focusPanel(), and calls
+    /// `completion` once, on the main thread, as soon as that window has it; at once when we never
+    /// took it; with false when the window is gone or does not take it.
+    virtual void restoreFocus(std::function<void(bool)> completion) = 0;
+
+    /// Asks the desktop to open `url` with the user's program for it. False when nothing does.
+    virtual bool open(const QUrl &url) = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace platform::linux_ {
+
+/// The input that text is being typed into, as far as it can be seen from outside. The typing
+/// engine asks it whether to go on, and reads back how much has arrived before it sends more or
+/// gives a keycode another character. Main thread only; no call blocks longer than a few
+/// milliseconds.
+class TypingTarget
+{
+public:
+    virtual ~TypingTarget() = default;
+
+    /// False as soon as the keyboard focus is anywhere else, or the input is gone.
+    virtual bool hasFocus() = 0;
+
+    /// Number of Unicode code points that the input holds now; absent when it does not say.
+    virtual std::optional<qint64> characterCount() = 0;
+
+    /// Whether a line break must be typed so that it cannot send a form or a chat message
+    /// (Shift+Return where the toolkit takes that for a line break).
+    virtual bool needsSoftLineBreaks() = 0;
+};
+
+} // namespace platform::linux_
