@@ -11,7 +11,8 @@
 #include <optional>
 #include <variant>
 
-namespace platform {
+namespace platform
+{
 
 /// Why an accessibility call failed. The numbers are the system's own error codes.
 enum class AXError : int {
@@ -49,7 +50,10 @@ public:
     };
 
     AXUIElement() = default;
-    explicit AXUIElement(std::shared_ptr<const Data> data) : m_data(std::move(data)) {}
+    explicit AXUIElement(std::shared_ptr<const Data> data)
+        : m_data(std::move(data))
+    {
+    }
 
     explicit operator bool() const { return m_data != nullptr; }
     const Data *data() const { return m_data.get(); }
@@ -75,8 +79,8 @@ struct CFRange {
 /// Everything that an attribute can hold. std::monostate stands for "no value".
 /// A rectangle is in accessibility coordinates: points, origin at the top left of the main
 /// screen, y growing downwards.
-using AXValue = std::variant<std::monostate, QString, bool, double, AXUIElement,
-                             QList<AXUIElement>, CFRange, QRectF>;
+using AXValue = std::variant<std::monostate, QString, bool, double, AXUIElement, QList<AXUIElement>,
+                             CFRange, QRectF>;
 
 /// The system's accessibility service: the only way to look at, or write into, another
 /// application's user interface.
@@ -137,9 +141,9 @@ public:
     /// the whole tree.
     virtual Answer containsEditableText(const AXUIElement &element) = 0;
 
-    /// Reads the text of a whole tree in few round trips. For each element, its "AXValue" where that
-    /// is text and not empty, else its "AXSelectedText" where that is text and not empty, else the
-    /// texts of its "AXChildren" in order, empty ones included, joined with a line feed.
+    /// Reads the text of a whole tree in few round trips. For each element, its "AXValue" where
+    /// that is text and not empty, else its "AXSelectedText" where that is text and not empty, else
+    /// the texts of its "AXChildren" in order, empty ones included, joined with a line feed.
     ///
     /// Returns false where the service has no way that is better than asking element by element;
     /// `completion` is then not called. Otherwise it is called exactly once on the main thread, at

@@ -3,7 +3,8 @@
 #include <QString>
 #include <QStringList>
 
-namespace platform {
+namespace platform
+{
 
 /// What the install guard needs of the system: where this copy lies, where it belongs, and the
 /// means to copy, start and end programs. Main thread only, before any window exists.

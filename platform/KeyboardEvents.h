@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <functional>
 
-namespace platform {
+namespace platform
+{
 
 /// One synthetic press or release. `unicodeString` is what the key types: one character as the user
 /// sees it, in as many UTF-16 code units as it takes. Both events of a pair carry it.

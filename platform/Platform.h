@@ -7,7 +7,8 @@
 
 #include <memory>
 
-namespace platform {
+namespace platform
+{
 
 /// The system that Quillet runs on, as one object: created once in main(), before any window and
 /// after the QApplication, and handed to whoever needs a part of it.

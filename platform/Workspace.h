@@ -9,7 +9,8 @@
 
 class QWidget;
 
-namespace platform {
+namespace platform
+{
 
 /// An application that is running now.
 struct RunningApplication {

@@ -1,0 +1,11 @@
+#include "quillet/diagnostics/DiagnosticLog.h"
+
+#include <cstdio>
+
+void printLine(const QString &line)
+{
+    // One write a line, so that lines of several threads do not mix.
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
+    std::fflush(stdout);
+}

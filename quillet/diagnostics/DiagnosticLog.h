@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// Writes one line of diagnostics to standard output and flushes it, so that whoever watches sees
+/// each line when it happens. Never hand it the user's text. Any thread.
+void printLine(const QString &line);

@@ -1,0 +1,18 @@
+#include "quillet/focus/AccessibilityElement.h"
+
+using platform::AXError;
+
+std::optional<QStringList> getAllAttributes(platform::Accessibility &accessibility,
+                                            const platform::AXUIElement &element)
+{
+    QStringList names;
+    if (accessibility.AXUIElementCopyAttributeNames(element, names) != AXError::Success)
+        return std::nullopt;
+    return names;
+}
+
+std::optional<QRectF> getFrame(platform::Accessibility &accessibility,
+                               const platform::AXUIElement &element)
+{
+    return getAttribute<QRectF>(accessibility, element, kAXFrameAttribute);
+}

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+#include "platform/Workspace.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <cstdint>
+#include <optional>
+
+/// What the observer drives: the button beside the input that has the focus.
+class InputButton
+{
+public:
+    virtual ~InputButton() = default;
+    /// Shows the button at `element`'s corner, in place of any earlier one.
+    virtual void show(const platform::AXUIElement &element) = 0;
+    virtual void hide() = 0;
+};
+
+/// Watches, by polling twice a second, which element of which application has the keyboard focus,
+/// decides whether it is a text input that Quillet can work on, and shows or hides the button.
+/// Every decision is made afresh on each tick; only the last input and the last application are
+/// remembered, so that an input that keeps the focus does not rebuild the button.
+///
+/// Main thread only. Nothing is thrown or shown to the user; what happens is printed line by line.
+class AccessibilityObserver : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Collaborators {
+        platform::Accessibility &accessibility;
+        platform::Workspace &workspace;
+        InputButton &button;
+        /// The process id of this program.
+        std::int32_t ownPid;
+    };
+
+    /// Creates an observer and starts it. Without the accessibility permission it stays idle for
+    /// ever; so create it when the permission is there.
+    explicit AccessibilityObserver(const Collaborators &collaborators, QObject *parent = nullptr);
+
+    /// Sets what shared() will be made of. Call once, before the first shared().
+    static void prepareShared(const Collaborators &collaborators);
+
+    /// The application's one observer, created, and thereby started, by the first call. It lives as
+    /// long as the QCoreApplication.
+    static AccessibilityObserver &shared();
+
+    void startObserving();
+
+    /// The timer's tick.
+    void checkFocusedElement();
+
+    bool isEditableTextField(const platform::AXUIElement &element);
+    bool isEditableWebArea(const platform::AXUIElement &element);
+    bool isMailEditableWebArea(const platform::AXUIElement &element);
+
+    /// The error in words, for a log line.
+    static QString describeAXError(platform::AXError error);
+
+    bool isObserving() const { return m_pollTimer.isActive(); }
+
+private:
+    void handleFocusChange(const platform::AXUIElement &element);
+    void failFocusChange();
+    bool hasEditableTextBelow(const platform::AXUIElement &element);
+    template <typename T>
+    std::optional<T> read(const platform::AXUIElement &element, QLatin1StringView attribute);
+
+    platform::Accessibility &m_accessibility;
+    platform::Workspace &m_workspace;
+    InputButton &m_button;
+
+    QTimer m_pollTimer;
+    platform::AXUIElement m_lastElement;
+    std::optional<std::int32_t> m_lastAppPid;
+    const std::int32_t m_ownPid;
+    bool m_searchPending = false;
+};

@@ -1,0 +1,246 @@
+#include "quillet/focus/AccessibilityObserver.h"
+
+#include "quillet/focus/AccessibilityElement.h"
+#include "support/CapturedOutput.h"
+#include "support/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+using fake::makeElement;
+using platform::AXError;
+using platform::AXUIElement;
+using platform::CFRange;
+
+namespace
+{
+
+constexpr std::int32_t OwnPid = 1;
+constexpr std::int32_t EditorPid = 100;
+constexpr std::int32_t BrowserPid = 200;
+
+class RecordingButton : public InputButton
+{
+public:
+    QStringList calls;
+    AXUIElement shown;
+    void show(const AXUIElement &element) override
+    {
+        calls.append(QStringLiteral("show"));
+        shown = element;
+    }
+    void hide() override { calls.append(QStringLiteral("hide")); }
+};
+
+class ObserverTest : public testing::Test
+{
+protected:
+    ObserverTest()
+    {
+        for (const auto &[pid, name] :
+             {std::pair{EditorPid, "Editor"}, {BrowserPid, "Browser"}, {OwnPid, "Quillet"}})
+            workspace.running.insert(pid, {pid, QString::fromLatin1(name)});
+        workspace.frontmost = EditorPid;
+        capturedLines([this] {
+            observer = std::make_unique<AccessibilityObserver>(
+                AccessibilityObserver::Collaborators{ax, workspace, button, OwnPid});
+        });
+    }
+
+    QStringList tick()
+    {
+        return capturedLines([this] { observer->checkFocusedElement(); });
+    }
+
+    fake::Accessibility ax;
+    fake::Workspace workspace;
+    RecordingButton button;
+    std::unique_ptr<AccessibilityObserver> observer;
+};
+
+} // namespace
+
+TEST_F(ObserverTest, ObservesOnlyWithPermission)
+{
+    EXPECT_TRUE(observer->isObserving());
+    ax.trusted = false;
+    const QStringList lines = capturedLines([this] {
+        AccessibilityObserver idle({ax, workspace, button, OwnPid});
+        EXPECT_FALSE(idle.isObserving());
+    });
+    EXPECT_EQ(lines, QStringList{QStringLiteral("❌ Accessibility permissions not granted")});
+}
+
+TEST_F(ObserverTest, ShowsOnceForAnInputAndFollowsItToAnotherApplication)
+{
+    auto area = makeElement("AXTextArea", EditorPid);
+    ax.focus(area);
+    EXPECT_EQ(tick(), (QStringList{
+                          QStringLiteral("🎯 Focused app: Editor [PID: 100]"),
+                          QStringLiteral("🔁 App changed"),
+                          QStringLiteral("📋 Attributes: [\"AXRole\"]"),
+                          QStringLiteral("🔎 Role: AXTextArea"),
+                          QStringLiteral("📝 Focused on input field: AXTextArea"),
+                          QStringLiteral("✨ Text input detected!"),
+                      }));
+    EXPECT_EQ(button.calls, (QStringList{QStringLiteral("hide"), QStringLiteral("show")}));
+
+    button.calls.clear();
+    EXPECT_EQ(tick(), (QStringList{
+                          QStringLiteral("🎯 Focused app: Editor [PID: 100]"),
+                          QStringLiteral("📋 Attributes: [\"AXRole\"]"),
+                          QStringLiteral("🔎 Role: AXTextArea"),
+                      }));
+    EXPECT_TRUE(button.calls.isEmpty());
+
+    auto other = makeElement("AXEditableText", BrowserPid);
+    ax.focus(other);
+    EXPECT_TRUE(tick().contains(QStringLiteral("🔁 App changed")));
+    EXPECT_EQ(button.calls, (QStringList{QStringLiteral("hide"), QStringLiteral("show")}));
+    EXPECT_EQ(button.shown, AXUIElement(other));
+}
+
+TEST_F(ObserverTest, AFailedQueryLeavesTheButtonAlone)
+{
+    ax.systemWide->errors.insert(QStringLiteral("AXFocusedUIElement"), AXError::CannotComplete);
+    EXPECT_EQ(tick(),
+              QStringList{QStringLiteral("❌ Failed to get focused element: Cannot complete")});
+    ax.systemWide->errors.clear();
+    ax.systemWide->attributes.insert(QStringLiteral("AXFocusedUIElement"), {});
+    EXPECT_EQ(tick(), QStringList{QStringLiteral("❌ Failed to get focused element: Success")});
+    EXPECT_TRUE(button.calls.isEmpty());
+}
+
+TEST_F(ObserverTest, HidesOnOtherFocusUnlessWeAreInFront)
+{
+    auto area = makeElement("AXTextArea", EditorPid);
+    auto push = makeElement("AXButton", EditorPid);
+    auto roleless = makeElement(nullptr, EditorPid);
+    ax.focus(area);
+    tick();
+    button.calls.clear();
+
+    workspace.frontmost = OwnPid;
+    ax.focus(push);
+    EXPECT_EQ(tick().last(), QStringLiteral("⚠️ Skipping hide — our app is frontmost"));
+    EXPECT_TRUE(button.calls.isEmpty());
+    ax.focus(area);
+    tick();
+    EXPECT_TRUE(button.calls.isEmpty()) << "the input is still the one remembered";
+
+    workspace.frontmost = std::nullopt;
+    ax.focus(roleless);
+    EXPECT_EQ(tick().mid(1), (QStringList{
+                                 QStringLiteral("❌ Could not retrieve role"),
+                                 QStringLiteral("🔻 Hiding button — focus not in our app"),
+                             }));
+    ax.focus(area);
+    tick();
+    EXPECT_EQ(button.calls, (QStringList{QStringLiteral("hide"), QStringLiteral("show")}));
+}
+
+TEST_F(ObserverTest, OurOwnWindowIsNoApplicationChange)
+{
+    auto area = makeElement("AXTextArea", EditorPid);
+    auto tutorial = makeElement("AXTextArea", OwnPid);
+    ax.focus(area);
+    tick();
+    button.calls.clear();
+    ax.focus(tutorial);
+    EXPECT_FALSE(tick().contains(QStringLiteral("🔁 App changed")));
+    EXPECT_EQ(button.calls, QStringList{QStringLiteral("show")});
+    ax.focus(area);
+    EXPECT_FALSE(tick().contains(QStringLiteral("🔁 App changed")));
+}
+
+TEST_F(ObserverTest, ClassifiesInputs)
+{
+    for (const char *role : {"AXTextArea", "AXEditableText"})
+        EXPECT_TRUE(observer->isEditableTextField(AXUIElement(makeElement(role)))) << role;
+    for (const char *role : {"AXTextField", "AXtextarea", "AXWebArea", "AXButton"})
+        EXPECT_FALSE(observer->isEditableTextField(AXUIElement(makeElement(role)))) << role;
+    EXPECT_FALSE(observer->isEditableTextField(AXUIElement(makeElement(nullptr))));
+
+    auto page = makeElement("AXWebArea");
+    page->set("AXEditable", true);
+    EXPECT_TRUE(observer->isEditableTextField(AXUIElement(page)));
+
+    page = makeElement("AXWebArea");
+    page->set("AXFocusedUIElement", AXUIElement(makeElement("AXTextArea")));
+    EXPECT_TRUE(observer->isEditableWebArea(AXUIElement(page)));
+
+    page = makeElement("AXWebArea");
+    auto group = makeElement("AXGroup");
+    setChildren(page, {makeElement("AXStaticText"), group});
+    EXPECT_FALSE(observer->isEditableTextField(AXUIElement(page)));
+    setChildren(group, {makeElement("AXLink"), makeElement("AXTextArea")});
+    EXPECT_TRUE(observer->isEditableTextField(AXUIElement(page)));
+}
+
+TEST_F(ObserverTest, ClassifiesMailEditors)
+{
+    auto page = makeElement("AXWebArea");
+    EXPECT_FALSE(observer->isMailEditableWebArea(AXUIElement(page)));
+    page->set("AXSubrole", "AXEditor");
+    EXPECT_TRUE(observer->isEditableTextField(AXUIElement(page)));
+
+    page = makeElement("AXWebArea");
+    page->set("AXSelectedTextRange", CFRange{});
+    EXPECT_TRUE(observer->isMailEditableWebArea(AXUIElement(page)));
+    page = makeElement("AXWebArea");
+    page->set("AXValue", 0.5);
+    EXPECT_FALSE(observer->isMailEditableWebArea(AXUIElement(page))) << "a number is no text";
+    page->set("AXValue", "");
+    EXPECT_TRUE(observer->isMailEditableWebArea(AXUIElement(page)));
+
+    auto group = makeElement("AXGroup");
+    group->set("AXSubrole", "AXEditor");
+    EXPECT_FALSE(observer->isMailEditableWebArea(AXUIElement(group)));
+}
+
+TEST_F(ObserverTest, APageStillBeingSearchedIsDecidedLater)
+{
+    auto area = makeElement("AXTextArea", EditorPid);
+    auto page = makeElement("AXWebArea", EditorPid);
+    ax.focus(area);
+    tick();
+    button.calls.clear();
+    ax.focus(page);
+    ax.answer = platform::Accessibility::Answer::Pending;
+    EXPECT_EQ(tick().last(), QStringLiteral("🔎 Role: AXWebArea"));
+    EXPECT_TRUE(button.calls.isEmpty());
+    ax.answer = platform::Accessibility::Answer::Yes;
+    tick();
+    EXPECT_EQ(button.shown, AXUIElement(page));
+    ax.answer = platform::Accessibility::Answer::No;
+    EXPECT_EQ(tick().last(), QStringLiteral("🔻 Hiding button — focus not in our app"));
+}
+
+TEST(AccessibilityElement, ReadsYieldNothingOnAnyFailure)
+{
+    fake::Accessibility ax;
+    auto data = makeElement("AXSlider");
+    const AXUIElement element(data);
+    data->set("AXValue", 0.25);
+    EXPECT_FALSE(getAttribute<QString>(ax, element, QStringLiteral("AXValue")));
+    EXPECT_FALSE(getAttribute<QString>(ax, element, QStringLiteral("AXTitle")));
+    data->errors.insert(QStringLiteral("AXRole"), AXError::InvalidUIElement);
+    EXPECT_FALSE(getAttribute<QString>(ax, element, QStringLiteral("AXRole")));
+
+    EXPECT_FALSE(getFrame(ax, element));
+    data->set("AXFrame", "100,200");
+    EXPECT_FALSE(getFrame(ax, element));
+    data->set("AXFrame", QRectF(1, 2, 3, 4));
+    EXPECT_EQ(getFrame(ax, element), QRectF(1, 2, 3, 4));
+
+    EXPECT_FALSE(getAllAttributes(ax, AXUIElement(makeElement(nullptr))));
+}
+
+TEST(AccessibilityElement, DescribesErrors)
+{
+    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError::Success), QStringLiteral("Success"));
+    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError(-25211)),
+              QStringLiteral("API disabled (Accessibility not trusted)"));
+    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError(-25214)),
+              QStringLiteral("Unknown error"));
+    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError(7)), QStringLiteral("Unknown error"));
+}
