@@ -1,0 +1,110 @@
+"""Panels among the windows of other programs: focus, stacking, place, shape."""
+
+import pytest
+
+from probe import Probe, geometry, input_focus, is_above
+from session import Session, wait_until
+
+PANEL = "panel 400 300 370 250"
+
+
+def terminal(desktop, title):
+    desktop.terminal = desktop.start(["xterm", "-title", title, "-geometry", "80x24+350+250",
+                                      "-e", "cat"])
+    window = desktop.wait_for_window(title)
+    if desktop.window_manager.running():
+        wait_until(lambda: input_focus(desktop) == window, "the focus")
+    else:
+        desktop.run(["xdotool", "windowfocus", "--sync", str(window)])
+    return window
+
+
+@pytest.fixture(params=["openbox", "metacity", "xfwm4", "icewm", None])
+def managed(request):
+    """A desktop under each window manager, and under none."""
+    with Session(a11y=False) as session:
+        session.window_manager.stop()
+        if request.param:
+            session.window_manager = start_window_manager(session, request.param)
+        yield session
+
+
+def start_window_manager(session, name):
+    program = session.start([name])
+    wait_until(lambda: name in session.run(
+        ["sh", "-c", 'xprop -id $(xprop -root -notype _NET_SUPPORTING_WM_CHECK | cut -d" " -f5) '
+                     '_NET_WM_NAME'], check=False).lower(), name)
+    return program
+
+
+def test_a_panel_leaves_the_keyboard_alone_and_stays_in_sight(managed, build):
+    target = terminal(managed, "Target")
+    probe = Probe(managed, build)
+    panel = int(probe(PANEL))
+
+    wait_until(lambda: is_above(managed, panel, target), "the panel on top")
+    assert geometry(managed, panel) == (400, 300, 370, 250)
+    assert input_focus(managed) == target
+
+    managed.click(585, 320)  # its button
+    wait_until(lambda: probe("clicks") == "1", "the click")
+    managed.click(585, 450)  # its text
+    assert input_focus(managed) == target
+    assert hex(panel) not in managed.run(["xprop", "-root", "_NET_CLIENT_LIST"])
+
+    managed.run(["xdotool", "windowraise", str(target)])
+    other = terminal(managed, "Other")
+    wait_until(lambda: is_above(managed, panel, target) and is_above(managed, panel, other),
+               "the panel on top again")
+    probe("move -100 -50")
+    wait_until(lambda: geometry(managed, panel)[:2] == (-100, -50), "the panel where it was put")
+
+
+def test_the_keyboard_is_borrowed_and_given_back(managed, build):
+    target = terminal(managed, "Target")
+    probe = Probe(managed, build)
+    panel = int(probe(PANEL))
+    assert probe("restore") == "restored 1"
+    before = str(managed.terminal.pid)
+    assert probe("front") == before
+
+    for closing in ("hide", "close"):
+        probe("focus")
+        wait_until(lambda: input_focus(managed) == panel, "the panel's focus")
+        assert probe("front") == str(probe.program.pid)
+        managed.type("abc")
+        wait_until(lambda: "abc" in probe("text"), "the typed text")
+        probe(closing)
+        assert probe("restore") == "restored 1"
+        assert input_focus(managed) == target
+        wait_until(lambda: probe("front") == before, "the target in front")
+        probe("show")
+
+    probe("focus")
+    managed.run(["xkill", "-id", str(target)])
+    wait_until(lambda: not managed.windows("Target"), "the end of the target")
+    assert probe("restore") == "restored 0"
+
+
+def test_a_panel_outlives_the_window_manager(desktop, build):
+    probe = Probe(desktop, build)
+    panel = int(probe(PANEL))
+    desktop.window_manager.stop()
+    desktop.window_manager = start_window_manager(desktop, "metacity")
+    target = terminal(desktop, "Target")
+    wait_until(lambda: is_above(desktop, panel, target), "the panel on top")
+    assert geometry(desktop, panel) == (400, 300, 370, 250)
+    assert input_focus(desktop) == target
+
+
+def test_a_panel_is_above_full_screen_windows_and_on_every_desktop(desktop, build):
+    target = terminal(desktop, "Target")
+    probe = Probe(desktop, build)
+    panel = int(probe(PANEL))
+    desktop.run(["wmctrl", "-i", "-r", str(target), "-b", "add,fullscreen"])
+    wait_until(lambda: geometry(desktop, target)[2] > 1200, "the full screen")
+    wait_until(lambda: is_above(desktop, panel, target), "the panel on top")
+    desktop.run(["xdotool", "set_num_desktops", "2"])
+    desktop.run(["xdotool", "set_desktop", "1"])
+    wait_until(lambda: "1" in desktop.run(["xdotool", "get_desktop"]), "the other desktop")
+    assert "IsViewable" in desktop.run(["xwininfo", "-id", str(panel)])
