@@ -24,6 +24,13 @@ public:
     /// Whether a line break must be typed so that it cannot send a form or a chat message
     /// (Shift+Return where the toolkit takes that for a line break).
     virtual bool needsSoftLineBreaks() = 0;
+
+    /// Number of code points that are selected now, which the first typed character replaces.
+    virtual qint64 selectedCharacterCount() { return 0; }
+
+    /// Whether the Tab key types a tab here (a multi-line editor) and does not move the focus on (a
+    /// web page, a single-line entry). Where it does not, a tab is typed as four spaces.
+    virtual bool takesTabs() { return false; }
 };
 
 } // namespace platform::linux_
