@@ -109,7 +109,7 @@ bool KeyboardLoan::isOut()
 
 void KeyboardLoan::handle(const xcb_generic_event_t *event)
 {
-    if (m_lender == XCB_NONE)
+    if (!m_returning)
         return;
     switch (event->response_type & 0x7f) {
     case XCB_DESTROY_NOTIFY:
@@ -119,8 +119,7 @@ void KeyboardLoan::handle(const xcb_generic_event_t *event)
     case XCB_FOCUS_IN:
     case XCB_FOCUS_OUT:
     case XCB_PROPERTY_NOTIFY:
-        if (m_returning)
-            check();
+        check();
         break;
     default:
         break;

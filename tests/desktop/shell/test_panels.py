@@ -108,3 +108,36 @@ def test_a_panel_is_above_full_screen_windows_and_on_every_desktop(desktop, buil
     desktop.run(["xdotool", "set_desktop", "1"])
     wait_until(lambda: "1" in desktop.run(["xdotool", "get_desktop"]), "the other desktop")
     assert "IsViewable" in desktop.run(["xwininfo", "-id", str(panel)])
+
+
+def colours(desktop, tmp_path, name, points):
+    """The colours at some points of the screen, as #RRGGBB."""
+    picture = desktop.screenshot(tmp_path / name)
+    found = []
+    for x, y in points:
+        line = desktop.run(["convert", str(picture), "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:"])
+        found.append(line.split("#")[-1][:6])
+    return found
+
+
+@pytest.mark.parametrize("scale", ["1", "2"])
+def test_what_is_not_painted_shows_what_is_behind(desktop, build, tmp_path, scale):
+    """The corners are cut without a compositor, and blended while one runs."""
+    desktop.run(["xsetroot", "-solid", "#00ff00"])  # a compositor may have one of its own
+    probe = Probe(desktop, build, {"QT_SCALE_FACTOR": scale})
+    panel = int(probe("panel 100 80 200 150"))
+    x, y, width, _ = geometry(desktop, panel)
+    assert width == 200 * int(scale)
+    corner, edge, inside = (x + 1, y + 1), (x + width // 2, y + 2), (x + 5, y + 60)
+    purple = "6C3DF5"
+
+    def looks(name, shaped):
+        shape = desktop.run(["xwininfo", "-shape", "-id", str(panel)])
+        found = colours(desktop, tmp_path, name, [corner, edge, inside, (10, 10)])
+        return ("No window shape" not in shape) == shaped and found[:3] == [found[3], purple, purple]
+
+    wait_until(lambda: looks("cut.png", True), "the shape")
+    compositor = desktop.start(["picom", "--backend", "xrender", "--config", "/dev/null"])
+    wait_until(lambda: looks("blended.png", False), "the blended corners")
+    compositor.stop()
+    wait_until(lambda: looks("cut-again.png", True), "the shape")
