@@ -1,0 +1,27 @@
+#include "quillet/localisation/Localisation.h"
+
+#include <QLocale>
+#include <QTranslator>
+
+namespace
+{
+
+struct Table {
+    Table()
+    {
+        if (!translator.load(QLocale(), QStringLiteral("Localizable"), QStringLiteral("_"),
+                             QStringLiteral(":/localisation")))
+            qWarning("The localisation table is missing from the resources.");
+    }
+    QTranslator translator;
+};
+
+} // namespace
+
+QString localized(const QString &identifier)
+{
+    static const Table table;
+    const QString title =
+        table.translator.translate("Localizable", identifier.toUtf8().constData());
+    return title.isEmpty() ? identifier : title;
+}
