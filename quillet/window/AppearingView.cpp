@@ -1,0 +1,32 @@
+#include "quillet/window/AppearingView.h"
+
+#include "quillet/window/Fonts.h"
+#include "quillet/window/VisualStyle.h"
+#include "quillet/window/WindowMetrics.h"
+
+#include <QShowEvent>
+
+AppearingView::AppearingView(QWidget *parent)
+    : QWidget(parent)
+{
+    setPalette(lightPalette());
+    setAutoFillBackground(true);
+    setFont(systemFont(kBodyPointSize));
+    setFixedSize(mainWindowSize());
+}
+
+void AppearingView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (m_inSight || event->spontaneous())
+        return;
+    m_inSight = true;
+    onAppear();
+}
+
+void AppearingView::hideEvent(QHideEvent *event)
+{
+    if (isHidden() && !event->spontaneous())
+        m_inSight = false;
+    QWidget::hideEvent(event);
+}

@@ -1,0 +1,216 @@
+#include "quillet/window/OnboardingWizardView.h"
+
+#include "quillet/window/ArtworkView.h"
+#include "quillet/window/Fonts.h"
+#include "quillet/window/StyledButton.h"
+#include "quillet/window/TextView.h"
+#include "quillet/window/TutorialEditor.h"
+#include "quillet/window/VerticalStack.h"
+#include "quillet/window/WindowMetrics.h"
+
+#include <QSettings>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr auto kPermissionCheckInterval = 500ms;
+
+TextView *makeText(const QString &text, const QString &font, int pointSize,
+                   Qt::Alignment alignment = Qt::AlignHCenter)
+{
+    return new TextView(text, customFont(font, pointSize), withOpacity(SystemColor::black, 0.85),
+                        alignment);
+}
+
+TextView *makeTitle(const QString &text, int pointSize)
+{
+    return makeText(text, QStringLiteral("Manrope-Bold"), pointSize);
+}
+
+/// A text field's default padding is around it, not in it.
+QWidget *padded(QWidget *widget)
+{
+    auto *frame = new QWidget;
+    auto *stack = new VerticalStack(VerticalStack::Alignment::Center, 0, frame);
+    stack->setContentsMargins(kDefaultPadding, 0, kDefaultPadding, 0);
+    stack->addWidget(widget);
+    frame->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    return frame;
+}
+
+/// A page that takes all the room there is, with its content at the top left.
+QWidget *makeWidePage(VerticalStack *&stack)
+{
+    auto *page = new QWidget;
+    page->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    stack = new VerticalStack(VerticalStack::Alignment::Leading, 16, page);
+    return page;
+}
+
+} // namespace
+
+OnboardingWizardView::OnboardingWizardView(const Collaborators &collaborators, QWidget *parent)
+    : AppearingView(parent)
+    , m_collaborators(collaborators)
+    , m_button(new StyledButton(std::make_unique<PurpleButtonStyle>(), ButtonLabel{}))
+{
+    m_permissionCheckTimer.setInterval(kPermissionCheckInterval);
+    connect(&m_permissionCheckTimer, &QTimer::timeout, this, &OnboardingWizardView::pollPermission);
+    connect(m_button, &QAbstractButton::clicked, this, &OnboardingWizardView::buttonClicked);
+
+    auto *stack = new VerticalStack(VerticalStack::Alignment::Center, 15, this);
+    stack->setContentsMargins(40, 40, 40, 40);
+    stack->addSpacer();
+    m_pages = {makeWelcomePage(), makeInstallPage(), makeTutorialPage(), makeDonePage()};
+    for (QWidget *page : m_pages)
+        stack->addWidget(page);
+    stack->addSpacer();
+    stack->addWidget(m_button);
+    showStep();
+}
+
+void OnboardingWizardView::onAppear()
+{
+    // From now on, not from "Done" on: whoever leaves in the middle has seen it.
+    m_collaborators.defaults.setValue(QStringLiteral("onboardingSeen"), true);
+    m_collaborators.accessibility.AXIsProcessTrusted();
+    if (m_step == 2)
+        checkAccessibilityPermission();
+    if (m_step == 1)
+        m_collaborators.track(QStringLiteral("WelcomeScreen"));
+    showStep();
+}
+
+void OnboardingWizardView::setStep(int step)
+{
+    m_step = step;
+    showStep();
+    switch (step) {
+    case 2:
+        checkAccessibilityPermission();
+        break;
+    case 3:
+        // The button has to be live while the user tries the editor.
+        m_collaborators.createObserver();
+        break;
+    default:
+        m_permissionCheckTimer.stop();
+    }
+}
+
+void OnboardingWizardView::showStep()
+{
+    for (size_t i = 0; i < m_pages.size(); ++i)
+        m_pages[i]->setVisible(int(i) + 1 == m_step);
+
+    if (m_step == 2)
+        m_button->setText(QStringLiteral("Open Accessibility Settings"));
+    else if (m_step >= 4)
+        m_button->setText(QStringLiteral("Done"));
+    else
+        m_button->setText(QStringLiteral("Next"));
+
+    // The editor has the keyboard at once, so that the button comes to it without a click.
+    if (m_step == 3)
+        m_editor->setFocus();
+    else
+        m_button->setFocus();
+}
+
+void OnboardingWizardView::buttonClicked()
+{
+    if (m_step == 2)
+        openAccessibilitySettings();
+    else if (m_step >= 4)
+        Q_EMIT showOnboardingChanged(false);
+    else
+        setStep(m_step + 1);
+}
+
+void OnboardingWizardView::openAccessibilitySettings()
+{
+    m_collaborators.accessibility.openAccessibilitySettings();
+}
+
+void OnboardingWizardView::checkAccessibilityPermission()
+{
+    startPollingForPermission();
+}
+
+void OnboardingWizardView::startPollingForPermission()
+{
+    m_permissionCheckTimer.start();
+}
+
+void OnboardingWizardView::pollPermission()
+{
+    if (!m_collaborators.accessibility.AXIsProcessTrusted())
+        return;
+    m_hasAccessibilityPermission = true;
+    m_permissionCheckTimer.stop();
+    if (m_step == 2)
+        setStep(m_step + 1);
+}
+
+QWidget *OnboardingWizardView::makeWelcomePage()
+{
+    auto *page = new QWidget;
+    auto *stack = new VerticalStack(VerticalStack::Alignment::Center, 15, page);
+    stack->addWidget(
+        new ArtworkView(QStringLiteral("LogoText"), QSize(0, 36), QStringLiteral("Quillet")));
+    stack->addWidget(new ArtworkView(QStringLiteral("WelcomeImage"), QSize(0, 180),
+                                     QStringLiteral("A quill turning a draft into clear text")));
+    stack->addWidget(makeTitle(QStringLiteral("Welcome to Quillet"), 30));
+    auto *subtitle = makeText(QStringLiteral("Set up you Quillet in a few easy steps to start "
+                                             "communicating with confidence"),
+                              QStringLiteral("Manrope-Regular"), 18);
+    subtitle->setContentsMargins(20, 0, 20, 0);
+    subtitle->setFixedWidth(400);
+    stack->addWidget(subtitle);
+    return page;
+}
+
+QWidget *OnboardingWizardView::makeInstallPage()
+{
+    VerticalStack *stack = nullptr;
+    QWidget *page = makeWidePage(stack);
+    stack->addWidget(makeTitle(QStringLiteral("Install Quillet"), 25));
+    stack->addWidget(makeText(QStringLiteral("• Open Accessibility Settings\n"
+                                             "• Toggle Quillet\n"
+                                             "• Come back here"),
+                              QStringLiteral("Manrope-Regular"), 16, Qt::AlignLeading));
+    stack->addWidget(new ArtworkView(
+        QStringLiteral("Tutorial"), QSize(0, 180),
+        QStringLiteral("First turn on the switch beside Quillet in the accessibility settings. "
+                       "Then use the Quillet button at the top right of any text field.")));
+    return page;
+}
+
+QWidget *OnboardingWizardView::makeTutorialPage()
+{
+    VerticalStack *stack = nullptr;
+    QWidget *page = makeWidePage(stack);
+    stack->addWidget(makeTitle(QStringLiteral("Quillet is installed! Now you can try it!"), 25));
+    stack->addWidget(makeText(QStringLiteral("Type something below, then try Quillet's features."),
+                              QStringLiteral("Manrope-Regular"), 16));
+    m_editor = new TutorialEditor;
+    stack->addWidget(padded(m_editor));
+    return page;
+}
+
+QWidget *OnboardingWizardView::makeDonePage()
+{
+    auto *page = new QWidget;
+    auto *stack = new VerticalStack(VerticalStack::Alignment::Center, 16, page);
+    stack->addWidget(new ArtworkView(QStringLiteral("ConfirmLogo"), QSize(144, 142),
+                                     QStringLiteral("Quillet is ready")));
+    stack->addWidget(makeTitle(QStringLiteral("Great job!"), 30));
+    stack->addWidget(makeText(QStringLiteral("Quillet is ready to go. Start communicating with "
+                                             "confidence in all your favourite apps!"),
+                              QStringLiteral("Manrope-Regular"), 18));
+    return page;
+}
