@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+
+/// A request as the server's routes see it. A body is read from the
+/// connection and dropped: nothing that this server answers needs one.
+struct HttpRequest {
+    /// In upper case, whatever the client sent.
+    QByteArray method;
+    /// The request target of RFC 9112 §3.2, undecoded.
+    QByteArray target;
+    /// How many Host lines there were; RFC 9112 §3.2 asks for exactly one.
+    int hostCount = 0;
+    QByteArray host;
+    QByteArray authorization;
+    QByteArray origin;
+    QByteArray referer;
+    QByteArray fetchSite;
+};
+
+struct HttpResponse {
+    int status = 200;
+    /// Plain text in UTF-8.
+    QByteArray body;
+    QList<QPair<QByteArray, QByteArray>> headers = {};
+};

@@ -1,0 +1,136 @@
+#include "RequestParser.h"
+
+#include "HttpServer.h"
+
+#include <boost/asio/buffer.hpp>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/parser.hpp>
+
+namespace beast = boost::beast;
+namespace http = boost::beast::http;
+
+namespace
+{
+
+constexpr quint32 maximumFields = 64 * 1024;
+constexpr quint64 maximumBody = 32 * 1024 * 1024;
+
+/// A body that is counted and dropped.
+struct DroppedBody {
+    struct value_type {
+    };
+    struct reader {
+        template <bool isRequest, class Fields>
+        reader(http::header<isRequest, Fields> &, value_type &)
+        {
+        }
+        void init(const boost::optional<std::uint64_t> &, beast::error_code &error) { error = {}; }
+        template <class Buffers> std::size_t put(const Buffers &buffers, beast::error_code &error)
+        {
+            error = {};
+            return boost::asio::buffer_size(buffers);
+        }
+        void finish(beast::error_code &error) { error = {}; }
+    };
+};
+
+QByteArray bytes(beast::string_view view)
+{
+    return QByteArray(view.data(), qsizetype(view.size()));
+}
+
+bool requestLineIsTooLong(const QByteArray &buffer)
+{
+    const auto end = buffer.indexOf("\r\n");
+    return (end < 0 ? buffer.size() : end) > HttpServer::maximumRequestLine;
+}
+
+} // namespace
+
+struct RequestParser::Private {
+    http::request_parser<DroppedBody> parser;
+    int status = 0;
+    QByteArray sentence;
+    bool continueTaken = false;
+
+    Outcome fail(int code, const char *text)
+    {
+        status = code;
+        sentence = text;
+        return Outcome::Failed;
+    }
+};
+
+RequestParser::RequestParser()
+    : d(std::make_unique<Private>())
+{
+    d->parser.header_limit(quint32(HttpServer::maximumRequestLine) + maximumFields);
+    d->parser.body_limit(maximumBody);
+    d->parser.eager(true);
+}
+
+RequestParser::~RequestParser() = default;
+
+RequestParser::Outcome RequestParser::feed(QByteArray &buffer)
+{
+    if (!d->parser.is_header_done() && requestLineIsTooLong(buffer)) {
+        return d->fail(414, "The text is too long to be sent in one request. Shorten it, or use "
+                            "the command on a part of it.");
+    }
+    qsizetype taken = 0;
+    beast::error_code error;
+    while (taken < buffer.size() && !d->parser.is_done()) {
+        const auto used = d->parser.put(
+            boost::asio::buffer(buffer.constData() + taken, std::size_t(buffer.size() - taken)),
+            error);
+        taken += qsizetype(used);
+        if (error || used == 0)
+            break;
+    }
+    buffer.remove(0, taken);
+    if (error == http::error::header_limit)
+        return d->fail(431, "The request's header fields are too long.");
+    if (error == http::error::body_limit)
+        return d->fail(413, "The request's body is too long.");
+    if (error && error != http::error::need_more)
+        return d->fail(400, "This is not an HTTP request that the server understands.");
+    return d->parser.is_done() ? Outcome::Complete : Outcome::NeedMore;
+}
+
+int RequestParser::failureStatus() const
+{
+    return d->status;
+}
+
+QByteArray RequestParser::failureSentence() const
+{
+    return d->sentence;
+}
+
+bool RequestParser::takeExpectContinue()
+{
+    if (d->continueTaken || !d->parser.is_header_done() || d->parser.is_done())
+        return false;
+    d->continueTaken = true;
+    return beast::iequals(d->parser.get()[http::field::expect], "100-continue");
+}
+
+bool RequestParser::keepAlive() const
+{
+    return d->parser.keep_alive();
+}
+
+HttpRequest RequestParser::request() const
+{
+    const auto &message = d->parser.get();
+    HttpRequest request;
+    request.method = bytes(message.method_string()).toUpper();
+    request.target = bytes(message.target());
+    request.hostCount = int(message.count(http::field::host));
+    request.host = bytes(message[http::field::host]);
+    request.authorization = bytes(message[http::field::authorization]);
+    request.origin = bytes(message[http::field::origin]);
+    request.referer = bytes(message[http::field::referer]);
+    request.fetchSite = bytes(message["Sec-Fetch-Site"]);
+    return request;
+}

@@ -1,0 +1,72 @@
+#include "RequestTarget.h"
+
+#include <QStringDecoder>
+
+namespace
+{
+
+int hexDigit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+std::optional<QString> decoded(QByteArrayView encoded)
+{
+    QByteArray bytes;
+    bytes.reserve(encoded.size());
+    for (qsizetype i = 0; i < encoded.size(); ++i) {
+        if (encoded[i] != '%') {
+            bytes += encoded[i];
+            continue;
+        }
+        const int high = i + 2 < encoded.size() ? hexDigit(encoded[i + 1]) : -1;
+        const int low = i + 2 < encoded.size() ? hexDigit(encoded[i + 2]) : -1;
+        if (high < 0 || low < 0)
+            return std::nullopt;
+        bytes += char(high * 16 + low);
+        i += 2;
+    }
+    // Stateless, so that a leading byte order mark stays part of the text.
+    QStringDecoder utf8(QStringDecoder::Utf8,
+                        QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    const QString text = utf8(bytes);
+    if (utf8.hasError())
+        return std::nullopt;
+    return text;
+}
+
+} // namespace
+
+std::optional<RequestTarget> parseRequestTarget(const QByteArray &target)
+{
+    const auto question = target.indexOf('?');
+    const QByteArrayView whole(target);
+    const auto path = decoded(question < 0 ? whole : whole.first(question));
+    if (!path)
+        return std::nullopt;
+    RequestTarget result{*path, {}};
+    qsizetype start = question < 0 ? target.size() : question + 1;
+    while (start < target.size()) {
+        auto end = target.indexOf('&', start);
+        if (end < 0)
+            end = target.size();
+        const auto item = whole.sliced(start, end - start);
+        start = end + 1;
+        if (item.isEmpty())
+            continue;
+        const auto equals = item.indexOf('=');
+        const auto name = decoded(equals < 0 ? item : item.first(equals));
+        const auto value = decoded(equals < 0 ? QByteArrayView() : item.sliced(equals + 1));
+        if (!name || !value)
+            return std::nullopt;
+        if (!result.items.contains(*name))
+            result.items.insert(*name, *value);
+    }
+    return result;
+}

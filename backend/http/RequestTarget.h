@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <optional>
+
+/// A request target in origin form (RFC 9112 §3.2.1), taken apart.
+struct RequestTarget {
+    QString path;
+    /// Names and values after percent-decoding (RFC 3986 §2.1) and nothing else:
+    /// a plus sign is a plus sign. The first of several equal names holds.
+    QHash<QString, QString> items;
+};
+
+/// Nothing when a path or an item is not UTF-8 or has a broken percent escape.
+std::optional<RequestTarget> parseRequestTarget(const QByteArray &target);
