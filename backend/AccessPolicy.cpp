@@ -1,0 +1,72 @@
+#include "AccessPolicy.h"
+
+#include <QUrl>
+
+namespace
+{
+
+/// Takes as long for a wrong guess as for a nearly right one.
+bool equalInConstantTime(const QByteArray &a, const QByteArray &b)
+{
+    if (a.size() != b.size())
+        return false;
+    unsigned difference = 0;
+    for (qsizetype i = 0; i < a.size(); ++i)
+        difference |= unsigned(uchar(a[i]) ^ uchar(b[i]));
+    return difference == 0;
+}
+
+} // namespace
+
+AccessPolicy::AccessPolicy(const QHostAddress &address, QByteArray secret, QStringList hostNames)
+    : m_address(address)
+    , m_credentials(secret.isEmpty() ? QByteArray() : QByteArray(userName) + ':' + secret)
+    , m_hostNames(std::move(hostNames))
+{
+}
+
+std::optional<HttpResponse> AccessPolicy::refusal(const HttpRequest &request) const
+{
+    if (request.hostCount != 1)
+        return HttpResponse{400, "The request must have one Host field."};
+    if (!accepts(request.host))
+        return HttpResponse{421, "This server does not answer for that host name."};
+    const bool fromPage = !request.origin.isEmpty() || !request.referer.isEmpty() ||
+                          (!request.fetchSite.isEmpty() && request.fetchSite != "none");
+    if (fromPage)
+        return HttpResponse{403, "Web pages may not use this server."};
+    if (!authorized(request.authorization)) {
+        return HttpResponse{401,
+                            "This server asks for the secret of Quillet's present launch.",
+                            {{"WWW-Authenticate", R"(Basic realm="Quillet", charset="UTF-8")"}}};
+    }
+    return std::nullopt;
+}
+
+bool AccessPolicy::accepts(const QByteArray &host) const
+{
+    const QUrl url(QStringLiteral("http://") + QString::fromLatin1(host), QUrl::StrictMode);
+    if (!url.isValid() || !url.path().isEmpty() || !url.userInfo().isEmpty() || url.hasQuery())
+        return false;
+    const QString name = url.host();
+    if (name == u"localhost" || m_hostNames.contains(name, Qt::CaseInsensitive))
+        return true;
+    const QHostAddress literal(name);
+    if (literal.isNull())
+        return false;
+    const bool anyAddress = m_address == QHostAddress(QHostAddress::Any) ||
+                            m_address == QHostAddress(QHostAddress::AnyIPv4) ||
+                            m_address == QHostAddress(QHostAddress::AnyIPv6);
+    return literal.isLoopback() || anyAddress || literal == m_address;
+}
+
+bool AccessPolicy::authorized(const QByteArray &authorization) const
+{
+    if (m_credentials.isEmpty())
+        return true;
+    const auto space = authorization.indexOf(' ');
+    if (space < 0 || authorization.first(space).compare("Basic", Qt::CaseInsensitive) != 0)
+        return false;
+    const auto given = QByteArray::fromBase64(authorization.mid(space + 1).trimmed());
+    return equalInConstantTime(given, m_credentials);
+}

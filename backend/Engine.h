@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <memory>
+
+struct EngineRequest {
+    /// A command identifier of the catalogue.
+    QString command;
+    /// The user's text. Never logged, never stored.
+    QString text;
+};
+
+struct EngineAnswer {
+    /// An HTTP status; anything but 200 comes with a sentence for the user.
+    int status = 200;
+    QString text;
+};
+
+/// A request that an engine works on. Destroying it cancels the request; its
+/// callback is not called afterwards.
+class EngineJob
+{
+public:
+    EngineJob() = default;
+    EngineJob(const EngineJob &) = delete;
+    EngineJob &operator=(const EngineJob &) = delete;
+    virtual ~EngineJob() = default;
+};
+
+/// What turns a command and a text into another text. Thread: the event loop's;
+/// an engine never blocks it, and works on any number of requests at a time.
+class Engine
+{
+public:
+    using Done = std::function<void(EngineAnswer)>;
+
+    Engine() = default;
+    Engine(const Engine &) = delete;
+    Engine &operator=(const Engine &) = delete;
+    virtual ~Engine() = default;
+
+    /// Calls `done` once, later from the event loop, never inside this call.
+    /// The job must not be destroyed inside `done`.
+    [[nodiscard]] virtual std::unique_ptr<EngineJob> answer(const EngineRequest &request,
+                                                            Done done) = 0;
+};

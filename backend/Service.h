@@ -1,0 +1,25 @@
+#pragma once
+
+#include "AccessPolicy.h"
+#include "Engine.h"
+#include "http/HttpServer.h"
+
+/// The paths that the backend serves: "/generate" for the writing commands, and
+/// the analytics paths, whose reports are thanked for and dropped.
+/// Thread: the event loop's.
+class Service
+{
+public:
+    /// `engine` outlives the service.
+    Service(AccessPolicy policy, Engine &engine);
+
+    /// The handler for HttpServer.
+    std::unique_ptr<PendingWork> handle(const HttpRequest &request, HttpServer::Respond respond);
+
+private:
+    std::unique_ptr<PendingWork> generate(const QHash<QString, QString> &items,
+                                          HttpServer::Respond respond);
+
+    AccessPolicy m_policy;
+    Engine &m_engine;
+};

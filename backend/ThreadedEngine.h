@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Engine.h"
+
+#include <QObject>
+#include <QThreadPool>
+
+/// Makes an engine of a function that computes: each request runs on a thread of
+/// a pool, so that the event loop stays free. A cancelled request that has begun
+/// is computed to its end and dropped.
+class ThreadedEngine : public Engine
+{
+public:
+    using Compute = std::function<EngineAnswer(const EngineRequest &)>;
+
+    /// `compute` is called from several threads at once.
+    explicit ThreadedEngine(Compute compute);
+    /// Waits for what is being computed.
+    ~ThreadedEngine() override;
+
+    std::unique_ptr<EngineJob> answer(const EngineRequest &request, Done done) override;
+
+private:
+    Compute m_compute;
+    QThreadPool m_pool;
+    QObject m_context;
+};
