@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Configuration.h"
+#include "Engine.h"
+
+class ModelEngine;
+class ModelFinder;
+
+/// Sends each command where it belongs: the commands about Quillet itself are
+/// answered here, the others by the language model when there is one, by the
+/// offline engine when there is none.
+class SwitchingEngine : public Engine
+{
+public:
+    /// All of them outlive this engine.
+    SwitchingEngine(ConfigurationFile &configuration, ModelFinder &finder, ModelEngine &model,
+                    Engine &offline);
+
+    std::unique_ptr<EngineJob> answer(const EngineRequest &request, Done done) override;
+
+private:
+    class Job;
+
+    ConfigurationFile &m_configuration;
+    ModelFinder &m_finder;
+    ModelEngine &m_model;
+    Engine &m_offline;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "ChatCompletion.h"
+
+/// The prompt for a command of the catalogue other than those about Quillet
+/// itself. `delimiter` is a random word that the text does not contain; it marks
+/// where the text begins and ends, so that nothing in it can pass for the end.
+ChatPrompt makePrompt(const QString &command, const QString &text, const QString &delimiter);
+
+/// A word for makePrompt that does not occur in `text`.
+QString makeDelimiter(const QString &text);
+
+/// How many times longer than the text an answer may be expected to become.
+double expectedGrowth(const QString &command);

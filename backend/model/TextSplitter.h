@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// A part of a text. Parts that are not for the model are the white space around
+/// those that are; all of them together are the text again.
+struct TextPart {
+    QString text;
+    bool forModel = false;
+};
+
+/// How many tokens a model takes `text` for, on the safe side. Tokens are pieces
+/// of UTF-8: some four bytes each in English, fewer elsewhere.
+int estimatedTokens(QStringView text);
+
+/// Splits `text` into parts of `maximumTokens` at most: between paragraphs, and
+/// where a paragraph alone is too long between lines, sentences, words or, at
+/// last, characters as a reader sees them.
+QList<TextPart> splitText(const QString &text, int maximumTokens);
+
+/// `text` itself, or its beginning and end with "[…]" between them where it has
+/// more than `maximumTokens`.
+QString shortened(const QString &text, int maximumTokens);
