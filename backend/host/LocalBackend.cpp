@@ -1,0 +1,145 @@
+#include "LocalBackend.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+
+namespace
+{
+
+constexpr int startDeadlineMs = 10'000;
+constexpr int endDeadlineMs = 1'000;
+
+QByteArray makeSecret()
+{
+    quint32 words[8];
+    QRandomGenerator::system()->fillRange(words);
+    return QByteArray(reinterpret_cast<const char *>(words), sizeof words).toHex();
+}
+
+QUrl addressOf(int port, const QByteArray &secret, const QString &path)
+{
+    QUrl url;
+    url.setScheme(QStringLiteral("http"));
+    url.setHost(QStringLiteral("127.0.0.1"));
+    url.setPort(port);
+    url.setUserName(QStringLiteral("quillet"));
+    url.setPassword(QString::fromLatin1(secret));
+    url.setPath(path);
+    return url;
+}
+
+} // namespace
+
+LocalBackend::LocalBackend(QString program, QObject *parent)
+    : QObject(parent)
+    , m_program(std::move(program))
+{
+    m_deadline.setSingleShot(true);
+    m_deadline.setInterval(startDeadlineMs);
+    connect(&m_deadline, &QTimer::timeout, this, [this] {
+        stop();
+        tellWaiting({{}, {}, QStringLiteral("The local writing backend did not start in time.")});
+    });
+}
+
+LocalBackend::~LocalBackend()
+{
+    stop();
+}
+
+QString LocalBackend::findProgram()
+{
+    const QString name = QStringLiteral("quillet-backend");
+    const QDir here(QCoreApplication::applicationDirPath());
+    for (const QString &candidate :
+         {here.filePath(name), here.filePath(QStringLiteral("../backend/") + name)}) {
+        const QFileInfo info(candidate);
+        if (info.isFile() && info.isExecutable())
+            return info.canonicalFilePath();
+    }
+    return QStandardPaths::findExecutable(name);
+}
+
+void LocalBackend::withEndpoint(Ready ready)
+{
+    m_waiting.push_back(std::move(ready));
+    const bool starting = m_deadline.isActive();
+    if (m_endpoint.generate.isValid())
+        tellWaiting(m_endpoint);
+    else if (!starting)
+        start();
+}
+
+void LocalBackend::start()
+{
+    stop();
+    m_secret = makeSecret();
+    m_process = std::make_unique<QProcess>();
+    m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    QProcess *process = m_process.get();
+    connect(process, &QProcess::readyReadStandardOutput, this, [this] { readPort(); });
+    connect(process, &QProcess::started, this, [this, process] {
+        // Standard input stays open: its end tells the child that we are gone.
+        process->write(m_secret + '\n');
+    });
+    const auto ended = [this](const QString &why) {
+        m_deadline.stop();
+        m_endpoint = {};
+        tellWaiting({{}, {}, QStringLiteral("The local writing backend %1.").arg(why)});
+    };
+    connect(process, &QProcess::errorOccurred, this, [ended](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            ended(QStringLiteral("could not be started"));
+    });
+    connect(process, &QProcess::finished, this,
+            [ended] { ended(QStringLiteral("ended unexpectedly")); });
+    m_deadline.start();
+    process->start(m_program, {QStringLiteral("--child")});
+}
+
+void LocalBackend::readPort()
+{
+    while (m_process->canReadLine()) {
+        const QByteArray line = m_process->readLine().trimmed();
+        bool valid = false;
+        const int port = line.startsWith("port ") ? line.mid(5).toUShort(&valid) : 0;
+        if (!valid || port == 0 || m_endpoint.generate.isValid())
+            continue;
+        m_deadline.stop();
+        m_endpoint = {addressOf(port, m_secret, QStringLiteral("/generate")),
+                      addressOf(port, m_secret, {}),
+                      {}};
+        tellWaiting(m_endpoint);
+    }
+}
+
+void LocalBackend::stop()
+{
+    m_deadline.stop();
+    m_endpoint = {};
+    if (!m_process)
+        return;
+    m_process->disconnect(this);
+    m_process->closeWriteChannel();
+    if (m_process->state() != QProcess::NotRunning && !m_process->waitForFinished(endDeadlineMs)) {
+        m_process->kill();
+        m_process->waitForFinished(endDeadlineMs);
+    }
+    m_process.reset();
+}
+
+void LocalBackend::tellWaiting(const LocalEndpoint &endpoint)
+{
+    // Queued: whoever is told may ask again, and a process must not be replaced
+    // inside its own signal.
+    QMetaObject::invokeMethod(
+        this,
+        [endpoint, waiting = std::exchange(m_waiting, {})] {
+            for (const Ready &ready : waiting)
+                ready(endpoint);
+        },
+        Qt::QueuedConnection);
+}

@@ -1,0 +1,168 @@
+#include "AccessPolicy.h"
+#include "Configuration.h"
+#include "ParentLink.h"
+#include "ProgramLog.h"
+#include "Service.h"
+#include "SwitchingEngine.h"
+#include "ThreadedEngine.h"
+#include "http/HttpServer.h"
+#include "model/ModelEngine.h"
+#include "model/ModelFinder.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QHostAddress>
+#include <QNetworkProxyFactory>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace
+{
+
+constexpr int usageError = 2;
+constexpr int cannotListen = 1;
+constexpr quint16 usualPort = 8750;
+
+struct Options {
+    QHostAddress address{QHostAddress::LocalHost};
+    quint16 port = usualPort;
+    QStringList hostNames;
+    QString configuration;
+    bool child = false;
+};
+
+[[noreturn]] void quitWith(const QString &complaint)
+{
+    logLine(complaint);
+    std::exit(usageError);
+}
+
+Options readOptions(const QCoreApplication &application)
+{
+    const QCommandLineOption listenOption(
+        QStringLiteral("listen"),
+        QStringLiteral("Listen on this address instead of 127.0.0.1. An address that other "
+                       "machines can reach needs QUILLET_BACKEND_SECRET."),
+        QStringLiteral("address"));
+    const QCommandLineOption portOption(
+        QStringLiteral("port"),
+        QStringLiteral("Listen on this port; 0 takes a free one. Usually %1.").arg(usualPort),
+        QStringLiteral("number"));
+    const QCommandLineOption hostOption(
+        QStringLiteral("host-name"),
+        QStringLiteral("Also answer requests that name this host, as behind a proxy. May be given "
+                       "several times."),
+        QStringLiteral("name"));
+    const QCommandLineOption configOption(
+        QStringLiteral("config"),
+        QStringLiteral("Read this file instead of %1.").arg(ConfigurationFile::defaultPath()),
+        QStringLiteral("file"));
+    const QCommandLineOption childOption(
+        QStringLiteral("child"),
+        QStringLiteral("Serve the program that started this one: the first line of standard input "
+                       "is the secret that clients must give, a free port is taken unless --port "
+                       "is given, and the end of standard input ends the program."));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral(
+            "The writing backend of Quillet: answers GET /generate?command=…&text=… with the "
+            "rewritten text.\n\n"
+            "It works offline, or with a language model that has a chat completions interface. The "
+            "model is set in\n%1, section [model], or by the variables\n"
+            "QUILLET_MODEL_URL, QUILLET_MODEL_NAME, QUILLET_MODEL_KEY, QUILLET_MODEL_TEMPERATURE,\n"
+            "QUILLET_MODEL_TIMEOUT, QUILLET_MODEL_WINDOW and QUILLET_FIND_OLLAMA; see "
+            "quillet-backend(1).\n\n"
+            "Quillet starts this program by itself. QUILLET_BACKEND_SECRET, if set, is the "
+            "password "
+            "that clients must give for the user \"quillet\".")
+            .arg(ConfigurationFile::defaultPath()));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({listenOption, portOption, hostOption, configOption, childOption});
+    parser.process(application);
+
+    Options options;
+    if (!parser.positionalArguments().isEmpty())
+        quitWith(QStringLiteral("there are no arguments but options; see --help"));
+    if (parser.isSet(listenOption) && !options.address.setAddress(parser.value(listenOption)))
+        quitWith(QStringLiteral("--listen wants an IP address, such as 127.0.0.1"));
+    options.child = parser.isSet(childOption);
+    if (options.child)
+        options.port = 0;
+    if (parser.isSet(portOption)) {
+        bool valid = false;
+        options.port = parser.value(portOption).toUShort(&valid);
+        if (!valid)
+            quitWith(QStringLiteral("--port wants a number from 0 to 65535"));
+    }
+    options.hostNames = parser.values(hostOption);
+    options.configuration =
+        parser.isSet(configOption) ? parser.value(configOption) : ConfigurationFile::defaultPath();
+    return options;
+}
+
+/// Serves until the process ends. False: the address could not be had.
+bool serve(const Options &options, const QByteArray &secret, Engine &engine, QObject *parent)
+{
+    auto service =
+        std::make_shared<Service>(AccessPolicy(options.address, secret, options.hostNames), engine);
+    auto *server = new HttpServer(
+        [service](const HttpRequest &request, HttpServer::Respond respond) {
+            return service->handle(request, std::move(respond));
+        },
+        parent);
+    if (!server->listen(options.address, options.port)) {
+        logLine(QStringLiteral("cannot listen on %1, port %2: %3")
+                    .arg(options.address.toString())
+                    .arg(options.port)
+                    .arg(server->errorString()));
+        return false;
+    }
+    // The parent waits for this line.
+    std::printf("port %d\n", int(server->port()));
+    std::fflush(stdout);
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("quillet-backend"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLET_VERSION));
+    const Options options = readOptions(application);
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+
+    ConfigurationFile configuration(options.configuration, ConfigurationFile::processEnvironment());
+    for (const QString &problem : configuration.current().problems)
+        logLine(problem);
+
+    ModelFinder finder;
+    ModelEngine model;
+    ThreadedEngine offline([](const EngineRequest &) {
+        return EngineAnswer{501, QStringLiteral("This needs a language model, and none is set up. "
+                                                "The command \"settings\" says how.")};
+    });
+    SwitchingEngine engine(configuration, finder, model, offline);
+
+    if (!options.child) {
+        const QByteArray secret = qgetenv("QUILLET_BACKEND_SECRET");
+        if (secret.isEmpty() && !options.address.isLoopback()) {
+            quitWith(QStringLiteral("an address that other machines can reach needs a secret in "
+                                    "QUILLET_BACKEND_SECRET"));
+        }
+        return serve(options, secret, engine, &application) ? QCoreApplication::exec()
+                                                            : cannotListen;
+    }
+    // Nothing is stored, so nothing needs to be ended in order.
+    ParentLink link(
+        [&](const QByteArray &secret) {
+            if (!serve(options, secret, engine, &application))
+                std::_Exit(cannotListen);
+        },
+        [] { std::_Exit(EXIT_SUCCESS); });
+    return QCoreApplication::exec();
+}
