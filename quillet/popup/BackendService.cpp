@@ -1,0 +1,127 @@
+#include "quillet/popup/BackendService.h"
+
+#include <QCoreApplication>
+#include <QHostAddress>
+#include <QNetworkProxy>
+#include <QNetworkReply>
+#include <QPointer>
+#include <QStringDecoder>
+#include <QUrl>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr auto TimeWithoutData = 60s;
+
+/// The characters that a query item keeps as they are: RFC 3986's pchar, "/" and "?", less those
+/// that separate items. The plus sign is among them.
+constexpr char KeptInQueryItem[] = "!$'()*+,-./:?@_~";
+
+QByteArray encodedQuery(const QMap<QString, QString> &parameters)
+{
+    QByteArrayList items;
+    for (auto it = parameters.begin(); it != parameters.end(); ++it)
+        items.append(QUrl::toPercentEncoding(it.key(), KeptInQueryItem) + '=' +
+                     QUrl::toPercentEncoding(it.value(), KeptInQueryItem));
+    return items.join('&');
+}
+
+bool isLoopback(const QString &host)
+{
+    return host == QLatin1StringView("localhost") || QHostAddress(host).isLoopback();
+}
+
+/// The desktop's proxy settings, but nothing between us and our own machine.
+class DesktopProxies : public QNetworkProxyFactory
+{
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
+    {
+        if (isLoopback(query.peerHostName()))
+            return {QNetworkProxy(QNetworkProxy::NoProxy)};
+        return systemProxyForQuery(query);
+    }
+};
+
+/// Errors that only say which HTTP status came with the body.
+bool isHttpStatus(QNetworkReply::NetworkError error)
+{
+    return error >= QNetworkReply::ContentAccessDenied &&
+           error <= QNetworkReply::UnknownServerError &&
+           error != QNetworkReply::ProtocolUnknownError &&
+           error != QNetworkReply::ProtocolInvalidOperationError &&
+           error != QNetworkReply::ProtocolFailure;
+}
+
+BackendService::Result resultOf(QNetworkReply &reply)
+{
+    const bool answered = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    if (reply.error() != QNetworkReply::NoError && !(answered && isHttpStatus(reply.error())))
+        return BackendFailure(reply.errorString());
+    if (!answered)
+        return BackendFailure(BackendError::noData);
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                    QStringDecoder::Flag::ConvertInitialBom);
+    const QString text = decode(reply.readAll());
+    if (decode.hasError())
+        return BackendFailure(QStringLiteral("❌ Failed to decode data as UTF-8 text"));
+    return text;
+}
+
+} // namespace
+
+QString describe(const BackendFailure &failure)
+{
+    if (const auto *error = std::get_if<BackendError>(&failure))
+        return *error == BackendError::invalidURL ? QStringLiteral("invalidURL")
+                                                  : QStringLiteral("noData");
+    return std::get<QString>(failure);
+}
+
+BackendService::BackendService(QObject *parent)
+    : QObject(parent)
+{
+    m_session.setProxyFactory(new DesktopProxies);
+}
+
+BackendService &BackendService::shared()
+{
+    static QPointer<BackendService> instance;
+    if (!instance)
+        instance = new BackendService(QCoreApplication::instance());
+    return *instance;
+}
+
+void BackendService::get(const QString &from, const QMap<QString, QString> &parameters,
+                         Completion completion)
+{
+    QUrl url(from, QUrl::StrictMode);
+    if (url.isValid())
+        url.setQuery(QString::fromLatin1(encodedQuery(parameters)), QUrl::StrictMode);
+    if (!url.isValid()) {
+        completion(BackendFailure(BackendError::invalidURL));
+        return;
+    }
+
+    QNetworkRequest request(url);
+    request.setTransferTimeout(std::chrono::milliseconds(TimeWithoutData).count());
+    QNetworkReply *reply = m_session.get(request);
+    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
+        if (received > MaximumAnswerSize) {
+            reply->setProperty("tooLarge", true);
+            reply->abort();
+        }
+    });
+    connect(reply, &QNetworkReply::finished, this, [reply, completion = std::move(completion)] {
+        reply->deleteLater();
+        if (reply->property("tooLarge").toBool())
+            completion(BackendFailure(QStringLiteral("The answer is larger than %1 MB")
+                                          .arg(MaximumAnswerSize / (1024 * 1024))));
+        else
+            completion(resultOf(*reply));
+    });
+}

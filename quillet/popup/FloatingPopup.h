@@ -1,0 +1,104 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QRectF>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+class BackendService;
+class EventTracker;
+class PillButton;
+class QScrollArea;
+class QWidget;
+class ResultTextView;
+class WritingEndpoint;
+
+/// Where the popup's text comes from and where its result goes.
+class FloatingPopupDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Calls `completion` exactly once with the input's whole text, at once wherever that can be
+    /// read in one go.
+    virtual void getText(std::function<void(const QString &)> completion) = 0;
+    virtual void setText(const QString &text) = 0;
+};
+
+/// The small panel beside the floating button: the tools in a row, the selected tool's options in
+/// a grid and, once an option is chosen, the backend's answer with "cancel", "reload" and "apply".
+/// It is brought to the front without taking the keyboard, so that the application that owns the
+/// input keeps it; it takes the keyboard only while the user edits the result.
+///
+/// Main thread only.
+class FloatingPopup : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Collaborators {
+        platform::Workspace &workspace;
+        BackendService &backend;
+        WritingEndpoint &endpoint;
+        EventTracker &tracker;
+    };
+
+    FloatingPopup(FloatingPopupDelegate *delegate, const Collaborators &collaborators,
+                  QObject *parent = nullptr);
+    ~FloatingPopup() override;
+
+    /// Opens the popup near `rect`, or closes it when it is open. `rect` is on the screen, in
+    /// points, with the origin at the bottom left of the main screen and y growing upwards.
+    void show(const QRectF &rect);
+    void close();
+
+    void showResults(const QString &command);
+
+    /// The open panel; null while the popup is closed.
+    QWidget *popupWindow() const { return m_popupWindow; }
+    QString lastSelectedTool() const { return m_lastSelectedTool; }
+    std::optional<QString> lastCommand() const { return m_lastCommand; }
+
+private:
+    PillButton *createCustomButton(const QString &identifier,
+                                   void (FloatingPopup::*action)(PillButton *));
+    void applySelectedStyle(PillButton *button);
+    void applyUnselectedStyle(PillButton *button);
+
+    QWidget *buildPanel();
+    void buildToolRow();
+    void showSubcommands(const QString &tool);
+    void renderResultPopup(const QString &command);
+    void removeContent();
+    void takeKeyboard();
+
+    void toolButtonClicked(PillButton *sender);
+    void subButtonClicked(PillButton *sender);
+    void textAreaButtonClicked(PillButton *sender);
+    void apply();
+    void request(const QString &command, const QString &text);
+
+    platform::Workspace &m_workspace;
+    BackendService &m_backend;
+    WritingEndpoint &m_endpoint;
+    EventTracker &m_tracker;
+
+    QPointer<QWidget> m_popupWindow;
+    QPointer<FloatingPopupDelegate> m_delegate;
+    QString m_lastSelectedTool = QStringLiteral("improve");
+    QPointer<QScrollArea> m_topScroll;
+    QPointer<ResultTextView> m_textView;
+    std::optional<QString> m_lastCommand;
+    QPointer<QScrollArea> m_subScrollView;
+    QPointer<QWidget> m_resultView;
+    QList<PillButton *> m_topToolButtons;
+    bool m_tookKeyboard = false;
+};

@@ -1,0 +1,84 @@
+#include "quillet/popup/PillButton.h"
+
+#include <QFontMetricsF>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr int TitleSize = 13;
+constexpr QColor FocusRing(0x6C, 0x3D, 0xF5, 0xA0);
+
+} // namespace
+
+PillButton::PillButton(const QString &title, QWidget *parent)
+    : QAbstractButton(parent)
+{
+    setText(title);
+    QFont titleFont = font();
+    titleFont.setPixelSize(TitleSize);
+    setFont(titleFont);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void PillButton::setLook(const Look &look)
+{
+    m_look = look;
+    update();
+}
+
+void PillButton::setCornerRadius(qreal radius)
+{
+    m_cornerRadius = radius;
+    update();
+}
+
+qreal PillButton::titleWidth() const
+{
+    return std::ceil(QFontMetricsF(font()).horizontalAdvance(text()));
+}
+
+void PillButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+
+    QColor background = m_look.background;
+    if (isDown())
+        background = background.darker(115);
+    else if (underMouse())
+        background = background.darker(104);
+
+    // The border lies wholly inside the button.
+    const qreal inset = m_look.borderWidth / 2;
+    const QRectF outline = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
+    const qreal radius = std::min({m_cornerRadius, outline.height() / 2, outline.width() / 2});
+    painter.setPen(m_look.borderWidth > 0 ? QPen(m_look.border, m_look.borderWidth)
+                                          : QPen(Qt::NoPen));
+    painter.setBrush(background);
+    painter.drawRoundedRect(outline, radius, radius);
+
+    if (hasFocus()) {
+        painter.setPen(QPen(FocusRing, 2));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), radius, radius);
+    }
+
+    painter.setPen(m_look.title);
+    const int room = width() - 12;
+    painter.drawText(rect(), Qt::AlignCenter,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, room));
+}
+
+void PillButton::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QWidget>
+
+/// The popup's window: rounded, slightly translucent, with a thin outline so that it stands out
+/// from what is below where the desktop draws no shadows. Escape asks it to close.
+class PopupPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PopupPanel(QWidget *parent = nullptr);
+
+Q_SIGNALS:
+    void closeWanted();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
+/// Runs the event loop until `condition` holds; false when it does not within a time that even a
+/// very busy machine keeps.
+template <typename Condition> bool waitFor(Condition &&condition)
+{
+    QDeadlineTimer deadline(60'000);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    }
+    return true;
+}

@@ -1,0 +1,119 @@
+#include "quillet/popup/BackendService.h"
+
+#include "support/HttpStub.h"
+#include "support/WaitFor.h"
+
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+class BackendServiceTest : public testing::Test
+{
+protected:
+    BackendService::Result get(const QString &url, const QString &text = QStringLiteral("text"))
+    {
+        std::optional<BackendService::Result> result;
+        int calls = 0;
+        service.get(url,
+                    {{QStringLiteral("command"), QStringLiteral("friendly")},
+                     {QStringLiteral("text"), text}},
+                    [&](const BackendService::Result &r) {
+                        result = r;
+                        ++calls;
+                    });
+        EXPECT_TRUE(waitFor([&] { return result.has_value(); }));
+        EXPECT_EQ(calls, 1);
+        return result.value_or(QString());
+    }
+
+    QString success(const QByteArray &answer)
+    {
+        server.answer = [answer](const QByteArray &) { return answer; };
+        const auto result = get(server.url("/generate"));
+        const auto *text = std::get_if<QString>(&result);
+        EXPECT_TRUE(text);
+        return text ? *text : QStringLiteral("(failure)");
+    }
+
+    QString failure(const QByteArray &answer)
+    {
+        server.answer = [answer](const QByteArray &) { return answer; };
+        const auto result = get(server.url("/generate"));
+        const auto *reason = std::get_if<BackendFailure>(&result);
+        EXPECT_TRUE(reason);
+        return reason ? describe(*reason) : QStringLiteral("(success)");
+    }
+
+    HttpStub server;
+    BackendService service;
+};
+
+} // namespace
+
+TEST_F(BackendServiceTest, RefusesWhatIsNoUrlAtOnce)
+{
+    std::optional<BackendService::Result> result;
+    service.get(QStringLiteral("http://not a url"), {},
+                [&](const BackendService::Result &r) { result = r; });
+    ASSERT_TRUE(result) << "before get() returns";
+    EXPECT_EQ(std::get<BackendError>(std::get<BackendFailure>(*result)), BackendError::invalidURL);
+}
+
+TEST_F(BackendServiceTest, SendsTheTextAsAQueryItem)
+{
+    const QString text = QStringLiteral("1+1=2 & 50% #a;b\n\"你好\" 👩🏽‍💻?/:@");
+    server.answer = [](const QByteArray &) { return HttpStub::reply("ok"); };
+    get(server.url("/generate?old=1"), text);
+    ASSERT_EQ(server.requests.size(), 1);
+    const QByteArray line = server.requests.first().split('\r').first();
+    ASSERT_TRUE(line.startsWith("GET /generate?command=friendly&text=")) << line.constData();
+    const QByteArray encoded = line.split(' ').at(1).split('&').at(1).mid(5);
+    EXPECT_EQ(QUrl::fromPercentEncoding(encoded), text);
+    EXPECT_TRUE(encoded.startsWith("1+1%3D2%20%26%2050%25%20%23a%3Bb%0A")) << encoded.constData();
+}
+
+TEST_F(BackendServiceTest, TakesTheBodyWhateverTheStatus)
+{
+    EXPECT_EQ(success(HttpStub::reply(" as it is \n")), QStringLiteral(" as it is \n"));
+    EXPECT_EQ(success(HttpStub::reply("")), QString());
+    EXPECT_EQ(success(HttpStub::reply("broken", "500 Internal Server Error")),
+              QStringLiteral("broken"));
+    EXPECT_EQ(success(HttpStub::reply("who are you", "401 Unauthorized")),
+              QStringLiteral("who are you"));
+    EXPECT_EQ(success(HttpStub::reply("slow down", "429 Too Many Requests")),
+              QStringLiteral("slow down"));
+}
+
+TEST_F(BackendServiceTest, ReportsTransportAndDecodingFailures)
+{
+    EXPECT_EQ(failure(HttpStub::reply("caf\xE9")),
+              QStringLiteral("❌ Failed to decode data as UTF-8 text"));
+    EXPECT_EQ(failure(HttpStub::reply("cut \xE4\xBD")),
+              QStringLiteral("❌ Failed to decode data as UTF-8 text"));
+    EXPECT_FALSE(failure("").isEmpty()) << "connection closed";
+    EXPECT_FALSE(failure("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf").isEmpty());
+
+    const QString gone = server.url("/generate");
+    server.close();
+    EXPECT_TRUE(std::holds_alternative<BackendFailure>(get(gone)));
+}
+
+TEST_F(BackendServiceTest, FollowsRedirects)
+{
+    server.answer = [](const QByteArray &request) {
+        if (request.startsWith("GET /moved"))
+            return HttpStub::reply("there");
+        return QByteArray("HTTP/1.1 307 Temporary Redirect\r\nLocation: /moved\r\n"
+                          "Content-Length: 0\r\nConnection: close\r\n\r\n");
+    };
+    EXPECT_EQ(std::get<QString>(get(server.url("/generate"))), QStringLiteral("there"));
+}
+
+TEST_F(BackendServiceTest, GivesUpOnAnAnswerWithoutEnd)
+{
+    const QByteArray body(BackendService::MaximumAnswerSize + 1'000'000, 'x');
+    EXPECT_EQ(failure(HttpStub::reply(body)), QStringLiteral("The answer is larger than 32 MB"));
+}

@@ -1,0 +1,77 @@
+#include "quillet/popup/PopupLayout.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+void PrintTo(const QRectF &r, std::ostream *os)
+{
+    *os << r.x() << "," << r.y() << " " << r.width() << "x" << r.height();
+}
+void PrintTo(const QPointF &p, std::ostream *os)
+{
+    *os << p.x() << "," << p.y();
+}
+
+using namespace PopupLayout;
+
+namespace
+{
+
+const QRectF Screen(0, 0, 1440, 900);
+
+QRectF button(qreal x, qreal y)
+{
+    return {x, y, 25, 25};
+}
+
+} // namespace
+
+TEST(PopupLayout, GoesBelowTheButtonAndAboveWhereThereIsNoRoom)
+{
+    EXPECT_EQ(origin(button(700, 600), Screen), QPointF(527.5, 344));
+    EXPECT_EQ(origin(button(700, 256), Screen), QPointF(527.5, 0));
+    EXPECT_EQ(origin(button(700, 255), Screen), QPointF(527.5, 286));
+}
+
+TEST(PopupLayout, StaysWithinTheSidesOfTheScreen)
+{
+    EXPECT_EQ(origin(button(1410, 600), Screen).x(), 1070);
+    EXPECT_EQ(origin(button(5, 600), Screen).x(), 0);
+    const QRectF second(1440, 0, 1000, 900);
+    EXPECT_EQ(origin(button(1445, 600), second).x(), 1440);
+}
+
+TEST(PopupLayout, GoesBesideTheButtonOnALowScreen)
+{
+    const QRectF low(0, 0, 1440, 260);
+    EXPECT_EQ(origin(button(700, 100), low), QPointF(731, -12.5)) << "to the right";
+    EXPECT_EQ(origin(button(1200, 100), low), QPointF(824, -12.5)) << "to the left";
+    const QRectF tiny(0, 20, 500, 260);
+    EXPECT_EQ(origin(button(250, 100), tiny), QPointF(77.5, 20)) << "no room on any side";
+}
+
+TEST(PopupLayout, LaysOutTheGrid)
+{
+    EXPECT_EQ(optionsDocumentHeight(7), 280);
+    EXPECT_EQ(optionsDocumentHeight(23), 840);
+    EXPECT_EQ(optionsDocumentHeight(1), 70);
+    EXPECT_EQ(option(0, 7, 370), QRectF(15, 210, 167, 60));
+    EXPECT_EQ(option(1, 7, 370), QRectF(188, 210, 167, 60));
+    EXPECT_EQ(option(6, 7, 370), QRectF(15, 0, 167, 60));
+    EXPECT_EQ(optionsView(), QRectF(0, 10, 370, 190));
+}
+
+TEST(PopupLayout, LaysOutTheRowAndTheResult)
+{
+    qreal width = 0;
+    const auto rects = toolButtons({50, 80}, width);
+    EXPECT_EQ(rects, (QList<QRectF>{{10, 0, 90, 35}, {108, 0, 120, 35}}));
+    EXPECT_EQ(width, 236);
+    EXPECT_EQ(toolRow(), QRectF(0, 207, 370, 40));
+
+    EXPECT_EQ(resultView(), QRectF(12, 68, 346, 166));
+    EXPECT_EQ(resultButton(0).x(), 12);
+    EXPECT_NEAR(resultButton(2).right(), 358, 1e-9);
+    EXPECT_LE(resultButton(0).bottom(), resultView().top());
+}

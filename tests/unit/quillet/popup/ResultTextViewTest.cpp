@@ -1,0 +1,73 @@
+#include "quillet/popup/ResultTextView.h"
+
+#include <QTextBlock>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+void PrintTo(const QString &text, std::ostream *os)
+{
+    *os << text.left(200).toUtf8().toPercentEncoding(" \n").constData();
+}
+
+namespace
+{
+
+void append(ResultTextView &view, const QString &text)
+{
+    view.moveCursor(QTextCursor::End);
+    view.textCursor().insertText(text);
+}
+
+} // namespace
+
+TEST(ResultTextView, GivesBackWhatItWasGiven)
+{
+    ResultTextView view;
+    for (const QString &text :
+         {QString(), QStringLiteral("\n"), QStringLiteral("a\r\nb\rc\n"),
+          QStringLiteral("no\u00A0break\u2028line\u2029paragraph\uFDD0\t end "),
+          QStringLiteral("👩🏽‍💻 e\u0301 שלום 你好\n\n"), QString(QChar(0xD800))}) {
+        view.setString(text);
+        EXPECT_EQ(view.string(), text);
+    }
+}
+
+TEST(ResultTextView, KeepsEveryCharacterAroundAnEdit)
+{
+    ResultTextView view;
+    view.setString(QStringLiteral("no\u00A0break 👩🏽‍💻\n\tsecond\u202F;\n"));
+    append(view, QStringLiteral("third"));
+    EXPECT_EQ(view.string(),
+              QStringLiteral("no\u00A0break 👩🏽‍💻\n\tsecond\u202F;\nthird"));
+    view.setString(QStringLiteral("new"));
+    EXPECT_EQ(view.string(), QStringLiteral("new"));
+}
+
+TEST(ResultTextView, CutsLongLinesForDisplayOnly)
+{
+    QString longLine;
+    while (longLine.size() < 50'000)
+        longLine += QStringLiteral("lorem ipsum ");
+    const QString unbroken = QStringLiteral("😀").repeated(10'000);
+    const QString text = longLine + u'\n' + unbroken + QStringLiteral("\nshort");
+
+    ResultTextView view;
+    view.setString(text);
+    for (QTextBlock block = view.document()->begin(); block.isValid(); block = block.next()) {
+        EXPECT_LE(block.length(), 2001);
+        EXPECT_FALSE(block.text().startsWith(QChar(0xDE00)));
+    }
+    append(view, QStringLiteral("!"));
+    EXPECT_EQ(view.string(), text + u'!');
+
+    view.moveCursor(QTextCursor::Start);
+    view.textCursor().insertText(QStringLiteral("x\ny"));
+    EXPECT_EQ(view.string(), QStringLiteral("x\ny") + text + u'!');
+
+    view.selectAll();
+    view.cut();
+    view.paste();
+    EXPECT_EQ(view.string(), QStringLiteral("x\ny") + text + u'!');
+}
