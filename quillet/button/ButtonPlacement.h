@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QPointF>
+#include <QRectF>
+
+namespace ButtonPlacement
+{
+
+/// Side of the square button, and its distance from the input's edges; points.
+inline constexpr double ButtonSize = 25;
+inline constexpr double Inset = 5;
+
+/// The origin of the button's panel for an input at `frame`: inside its top right corner. `frame`
+/// has its origin at the top left of the main screen and y growing downwards; the result is the
+/// panel's bottom left corner, with the origin at the bottom left of the main screen, which is
+/// `screenHeight` high, and y growing upwards.
+inline QPointF panelOrigin(const QRectF &frame, double screenHeight)
+{
+    return {frame.x() + frame.width() - ButtonSize - Inset,
+            screenHeight - frame.y() - ButtonSize - Inset};
+}
+
+} // namespace ButtonPlacement

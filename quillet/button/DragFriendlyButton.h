@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QPointF>
+#include <QSvgRenderer>
+#include <QWidget>
+
+#include <functional>
+
+/// The floating button: a press that moves no further than dragThreshold on either axis is a click,
+/// any other moves the window and never clicks.
+class DragFriendlyButton : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `mouseLocation` tells where the pointer is on the screen, in points; the window moves while
+    /// it is dragged, so the events' own locations would not do.
+    DragFriendlyButton(const QString &image, std::function<QPointF()> mouseLocation,
+                       QWidget *parent);
+
+    /// Points.
+    static constexpr double dragThreshold = 3.0;
+
+Q_SIGNALS:
+    void clicked();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QSvgRenderer m_image;
+    std::function<QPointF()> m_mouseLocation;
+    QPointF m_initialMouseLocation;
+    QPointF m_initialWindowOrigin;
+    bool m_didDrag = false;
+};

@@ -1,0 +1,237 @@
+#include "quillet/button/FloatingButtonManager.h"
+
+#include "quillet/analytics/EventTracker.h"
+#include "quillet/button/ButtonPlacement.h"
+#include "quillet/button/DragFriendlyButton.h"
+#include "quillet/button/NonActivatingPanel.h"
+#include "quillet/diagnostics/DiagnosticLog.h"
+#include "quillet/focus/AccessibilityElement.h"
+#include "quillet/popup/PopupLayout.h"
+
+#include <QCoreApplication>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTextBoundaryFinder>
+
+using platform::AXError;
+using platform::AXUIElement;
+using platform::KeyboardEvent;
+using platform::TypingResult;
+
+namespace
+{
+
+std::optional<FloatingButtonManager::Collaborators> &preparedCollaborators()
+{
+    static std::optional<FloatingButtonManager::Collaborators> prepared;
+    return prepared;
+}
+
+double mainScreenHeight()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen ? screen->geometry().height() : 0;
+}
+
+/// A press and a release for each character as the user sees it.
+QList<KeyboardEvent> keyboardEvents(const QString &text)
+{
+    QList<KeyboardEvent> events;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    for (qsizetype from = 0, to = 0; (to = characters.toNextBoundary()) != -1; from = to) {
+        const QString character = text.sliced(from, to - from);
+        events.append({true, character});
+        events.append({false, character});
+    }
+    return events;
+}
+
+} // namespace
+
+FloatingButtonManager::FloatingButtonManager(const Collaborators &collaborators, QObject *parent)
+    : FloatingPopupDelegate(parent)
+    , m_collaborators(collaborators)
+{
+}
+
+FloatingButtonManager::~FloatingButtonManager()
+{
+    delete m_popup;
+    delete m_buttonWindow;
+}
+
+void FloatingButtonManager::prepareShared(const Collaborators &collaborators)
+{
+    preparedCollaborators().emplace(collaborators);
+}
+
+FloatingButtonManager &FloatingButtonManager::shared()
+{
+    static QPointer<FloatingButtonManager> instance;
+    if (!instance) {
+        Q_ASSERT_X(preparedCollaborators(), "FloatingButtonManager", "call prepareShared() first");
+        instance =
+            new FloatingButtonManager(*preparedCollaborators(), QCoreApplication::instance());
+    }
+    return *instance;
+}
+
+void FloatingButtonManager::show(const AXUIElement &element)
+{
+    hide();
+    m_element = element;
+    const auto frame = getFrame(m_collaborators.accessibility, element);
+    if (!frame)
+        return;
+
+    const double screenHeight = mainScreenHeight();
+    const double size = ButtonPlacement::ButtonSize;
+    const QRectF panelFrame(ButtonPlacement::panelOrigin(*frame, screenHeight), QSizeF(size, size));
+
+    m_buttonWindow = new NonActivatingPanel;
+    m_buttonWindow->setWindowTitle(QStringLiteral("Quillet"));
+    m_buttonWindow->setGeometry(PopupLayout::flipped(panelFrame, screenHeight).toRect());
+    m_collaborators.workspace.preparePanel(m_buttonWindow, false);
+
+    auto *button = new DragFriendlyButton(
+        QStringLiteral(":/images/QuilletIcon.svg"), [] { return QPointF(QCursor::pos()); },
+        m_buttonWindow);
+    button->setAccessibleName(QStringLiteral("Quillet"));
+    button->setGeometry(m_buttonWindow->rect());
+    connect(button, &DragFriendlyButton::clicked, this, &FloatingButtonManager::buttonClicked);
+
+    m_buttonWindow->show();
+    m_buttonWindow->raise();
+}
+
+void FloatingButtonManager::hide()
+{
+    if (m_buttonWindow) {
+        m_buttonWindow->hide();
+        m_buttonWindow->deleteLater();
+        m_buttonWindow = nullptr;
+    }
+    if (m_popup) {
+        m_popup->close();
+        m_popup->deleteLater();
+        m_popup = nullptr;
+    }
+}
+
+void FloatingButtonManager::buttonClicked()
+{
+    if (!m_buttonWindow)
+        return;
+    const QRectF frame =
+        PopupLayout::flipped(QRectF(m_buttonWindow->geometry()), mainScreenHeight());
+    if (!m_popup)
+        m_popup = new FloatingPopup(this,
+                                    {m_collaborators.workspace, m_collaborators.backend,
+                                     m_collaborators.endpoint, m_collaborators.tracker},
+                                    this);
+    m_popup->show(frame);
+    m_collaborators.tracker.track(QStringLiteral("QuilletBadgeClick"));
+}
+
+void FloatingButtonManager::getText(std::function<void(const QString &)> completion)
+{
+    if (!m_element) {
+        printLine(QStringLiteral("element is nil"));
+        completion({});
+        return;
+    }
+    if (readText(m_element, QLatin1StringView("AXRole")) == QLatin1StringView("AXWebArea")) {
+        if (!m_collaborators.accessibility.copyTreeText(m_element, completion))
+            completion(getWebAreaText(m_element));
+        return;
+    }
+    if (const auto value = readText(m_element, QLatin1StringView("AXValue")))
+        completion(*value);
+    else
+        completion(readText(m_element, QLatin1StringView("AXSelectedText")).value_or(QString()));
+}
+
+QString FloatingButtonManager::getWebAreaText(const AXUIElement &element)
+{
+    for (const auto attribute :
+         {QLatin1StringView("AXValue"), QLatin1StringView("AXSelectedText")}) {
+        const auto text = readText(element, attribute);
+        if (text && !text->isEmpty())
+            return *text;
+    }
+    const auto children = getAttribute<QList<AXUIElement>>(m_collaborators.accessibility, element,
+                                                           QStringLiteral("AXChildren"));
+    if (!children)
+        return {};
+    QStringList texts;
+    for (const AXUIElement &child : *children)
+        texts.append(getWebAreaText(child));
+    return texts.join(u'\n');
+}
+
+void FloatingButtonManager::setText(const QString &text)
+{
+    if (!m_element) {
+        printLine(QStringLiteral("❌ No element to set text on"));
+        return;
+    }
+    // The popup may have held the keyboard while the user edited the result.
+    m_collaborators.workspace.restoreFocus([self = QPointer(this), element = m_element,
+                                            text](bool restored) {
+        if (!self)
+            return;
+        if (!restored)
+            printLine(QStringLiteral("⚠️ The input's window did not take the keyboard back"));
+        self->write(element, text);
+    });
+}
+
+void FloatingButtonManager::write(const AXUIElement &element, const QString &text)
+{
+    if (readText(element, QLatin1StringView("AXRole")) == QLatin1StringView("AXWebArea")) {
+        setWebAreaText(text);
+        return;
+    }
+    const QString value = QStringLiteral("AXValue");
+    bool settable = false;
+    const AXError error =
+        m_collaborators.accessibility.AXUIElementIsAttributeSettable(element, value, settable);
+    if (error != AXError::Success || !settable) {
+        printLine(QStringLiteral("❌ Cannot set AXValue on this element"));
+        Q_EMIT textNotWritten(text);
+        return;
+    }
+    m_collaborators.accessibility.AXUIElementSetAttributeValue(
+        element, value, text, [self = QPointer(this), text](AXError result) {
+            if (result == AXError::Success) {
+                printLine(QStringLiteral("✅ Text set successfully"));
+                return;
+            }
+            printLine(QStringLiteral("❌ Failed to set text: %1").arg(static_cast<int>(result)));
+            if (self)
+                Q_EMIT self->textNotWritten(text);
+        });
+}
+
+void FloatingButtonManager::setWebAreaText(const QString &text)
+{
+    m_collaborators.keyboard.CGEventPost(
+        keyboardEvents(text), [self = QPointer(this), text](TypingResult result) {
+            if (result == TypingResult::Typed) {
+                printLine(QStringLiteral("✅ Typed text into WebArea via simulated input"));
+                return;
+            }
+            printLine(result == TypingResult::Interrupted
+                          ? QStringLiteral("⚠️ Typing stopped — the keyboard went elsewhere")
+                          : QStringLiteral("❌ Failed to type text"));
+            if (self)
+                Q_EMIT self->textNotWritten(text);
+        });
+}
+
+std::optional<QString> FloatingButtonManager::readText(const AXUIElement &element,
+                                                       QLatin1StringView attribute)
+{
+    return getAttribute<QString>(m_collaborators.accessibility, element, attribute);
+}

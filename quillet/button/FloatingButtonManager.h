@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+#include "platform/KeyboardEvents.h"
+#include "platform/Workspace.h"
+#include "quillet/focus/AccessibilityObserver.h"
+#include "quillet/popup/FloatingPopup.h"
+
+#include <QPointer>
+
+#include <memory>
+
+class NonActivatingPanel;
+
+/// Owns the floating button and the popup that it opens, and reads and writes the text of the input
+/// that they belong to. There is at most one button: showing it anew replaces it.
+///
+/// Main thread only. Nothing is reported to the caller; outcomes are printed. What could not be
+/// written is handed on through textNotWritten(), so that the user does not lose it.
+class FloatingButtonManager : public FloatingPopupDelegate, public InputButton
+{
+    Q_OBJECT
+
+public:
+    struct Collaborators {
+        platform::Accessibility &accessibility;
+        platform::KeyboardEvents &keyboard;
+        platform::Workspace &workspace;
+        BackendService &backend;
+        WritingEndpoint &endpoint;
+        EventTracker &tracker;
+    };
+
+    explicit FloatingButtonManager(const Collaborators &collaborators, QObject *parent = nullptr);
+    ~FloatingButtonManager() override;
+
+    /// Sets what shared() will be made of. Call once, before the first shared().
+    static void prepareShared(const Collaborators &collaborators);
+    /// The application's one manager, created by the first call. It lives as long as the
+    /// QCoreApplication.
+    static FloatingButtonManager &shared();
+
+    void show(const platform::AXUIElement &element) override;
+    void hide() override;
+    void buttonClicked();
+
+    void getText(std::function<void(const QString &)> completion) override;
+    void setText(const QString &text) override;
+
+    NonActivatingPanel *buttonWindow() const { return m_buttonWindow; }
+    FloatingPopup *popup() const { return m_popup; }
+
+Q_SIGNALS:
+    /// `text` did not, or not wholly, arrive in the input.
+    void textNotWritten(const QString &text);
+
+private:
+    QString getWebAreaText(const platform::AXUIElement &element);
+    void write(const platform::AXUIElement &element, const QString &text);
+    void setWebAreaText(const QString &text);
+    std::optional<QString> readText(const platform::AXUIElement &element,
+                                    QLatin1StringView attribute);
+
+    const Collaborators m_collaborators;
+    QPointer<NonActivatingPanel> m_buttonWindow;
+    platform::AXUIElement m_element;
+    QPointer<FloatingPopup> m_popup;
+};

@@ -1,0 +1,238 @@
+#include "quillet/button/FloatingButtonManager.h"
+
+#include "quillet/analytics/EventTracker.h"
+#include "quillet/button/ButtonPlacement.h"
+#include "quillet/button/DragFriendlyButton.h"
+#include "quillet/button/NonActivatingPanel.h"
+#include "quillet/popup/BackendService.h"
+#include "quillet/popup/WritingEndpoint.h"
+#include "support/CapturedOutput.h"
+#include "support/FakePlatform.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QScreen>
+
+#include <gtest/gtest.h>
+
+using fake::makeElement;
+using platform::AXError;
+using platform::AXUIElement;
+using platform::KeyboardEvent;
+
+namespace
+{
+
+class NoEndpoint : public WritingEndpoint
+{
+public:
+    void withEndpoint(std::function<void(const QString &, const QString &)>) override {}
+};
+
+class CountingTracker : public EventTracker
+{
+public:
+    QStringList events;
+    void track(const QString &event, const QMap<QString, QString> &) override
+    {
+        events.append(event);
+    }
+};
+
+class ManagerTest : public testing::Test
+{
+protected:
+    ManagerTest()
+    {
+        QObject::connect(&manager, &FloatingButtonManager::textNotWritten, &manager,
+                         [this](const QString &text) { notWritten.append(text); });
+    }
+
+    /// Makes `element` the manager's input, without a frame and so without a button.
+    void use(const fake::ElementPtr &element) { manager.show(AXUIElement(element)); }
+
+    QString text()
+    {
+        QString result = QStringLiteral("(not called)");
+        manager.getText([&](const QString &read) { result = read; });
+        return result;
+    }
+
+    QString lineOfSetText(const char *newText)
+    {
+        return capturedLines([&] { manager.setText(QString::fromUtf8(newText)); }).join(u'|');
+    }
+
+    fake::Accessibility ax;
+    fake::KeyboardEvents keyboard;
+    fake::Workspace workspace;
+    BackendService backend;
+    NoEndpoint endpoint;
+    CountingTracker tracker;
+    QStringList notWritten;
+    FloatingButtonManager manager{{ax, keyboard, workspace, backend, endpoint, tracker}};
+};
+
+void send(QWidget *to, QEvent::Type type, Qt::MouseButtons buttons)
+{
+    QMouseEvent event(type, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(to, &event);
+}
+
+} // namespace
+
+TEST(ButtonPlacement, SitsInsideTheTopRightCorner)
+{
+    EXPECT_EQ(ButtonPlacement::panelOrigin({100, 200, 300, 40}, 900), QPointF(370, 670));
+    EXPECT_EQ(ButtonPlacement::panelOrigin({-500, -40, 300, 40}, 900), QPointF(-230, 910));
+}
+
+TEST_F(ManagerTest, ShowsOneButtonAtTheInput)
+{
+    auto input = makeElement("AXTextArea");
+    input->set("AXFrame", QRectF(100, 200, 300, 40));
+    manager.show(AXUIElement(input));
+    const QPointer<NonActivatingPanel> first = manager.buttonWindow();
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->geometry(), QRect(370, 205, 25, 25));
+    EXPECT_EQ(workspace.panels, QList<QWidget *>{first});
+    EXPECT_TRUE(first->isVisible());
+
+    input->set("AXFrame", QRectF(0, 0, 100, 100));
+    manager.show(AXUIElement(input));
+    EXPECT_FALSE(first && first->isVisible());
+    EXPECT_EQ(manager.buttonWindow()->pos(), QPoint(70, 5));
+
+    use(makeElement("AXTextArea"));
+    EXPECT_FALSE(manager.buttonWindow()) << "an input without a frame has no button";
+}
+
+TEST_F(ManagerTest, AClickTogglesThePopupAndAHideDropsIt)
+{
+    manager.buttonClicked();
+    EXPECT_TRUE(tracker.events.isEmpty()) << "no button, no click";
+
+    auto input = makeElement("AXTextArea");
+    input->set("AXFrame", QRectF(100, 200, 300, 40));
+    manager.show(AXUIElement(input));
+    manager.buttonClicked();
+    const QPointer<FloatingPopup> popup = manager.popup();
+    ASSERT_TRUE(popup && popup->popupWindow());
+    manager.buttonClicked();
+    EXPECT_EQ(manager.popup(), popup);
+    EXPECT_FALSE(popup->popupWindow());
+    manager.buttonClicked();
+    EXPECT_TRUE(popup->popupWindow());
+    EXPECT_EQ(tracker.events, QStringList(3, QStringLiteral("QuilletBadgeClick")));
+
+    manager.hide();
+    EXPECT_FALSE(popup->popupWindow());
+    EXPECT_FALSE(manager.popup());
+    EXPECT_FALSE(manager.buttonWindow());
+}
+
+TEST_F(ManagerTest, ReadsTheInput)
+{
+    EXPECT_EQ(capturedLines([this] { EXPECT_EQ(text(), QString()); }),
+              QStringList{QStringLiteral("element is nil")});
+
+    auto input = makeElement("AXTextArea");
+    use(input);
+    EXPECT_EQ(text(), QString());
+    input->set("AXSelectedText", "selected");
+    EXPECT_EQ(text(), QStringLiteral("selected"));
+    input->set("AXValue", "");
+    EXPECT_EQ(text(), QString()) << "an empty value is a value";
+    input->set("AXValue", "abc");
+    EXPECT_EQ(text(), QStringLiteral("abc"));
+}
+
+TEST_F(ManagerTest, ReadsAWebAreaFromItsLeaves)
+{
+    auto page = makeElement("AXWebArea");
+    page->set("AXValue", "");
+    auto a = makeElement("AXGroup");
+    a->set("AXValue", "a");
+    auto ignored = makeElement("AXStaticText");
+    ignored->set("AXValue", "below a value");
+    setChildren(a, {ignored});
+    auto empty = makeElement("AXImage");
+    auto b = makeElement("AXGroup");
+    auto leaf = makeElement("AXStaticText");
+    leaf->set("AXSelectedText", "b");
+    setChildren(b, {leaf});
+    setChildren(page, {a, empty, b});
+    use(page);
+    EXPECT_EQ(text(), QStringLiteral("a\n\nb"));
+}
+
+TEST_F(ManagerTest, WritesTheValueOfAnInput)
+{
+    EXPECT_EQ(lineOfSetText("x"), QStringLiteral("❌ No element to set text on"));
+
+    auto input = makeElement("AXTextArea");
+    use(input);
+    EXPECT_EQ(lineOfSetText("one"), QStringLiteral("❌ Cannot set AXValue on this element"));
+    input->settable = true;
+    EXPECT_EQ(lineOfSetText("two"), QStringLiteral("✅ Text set successfully"));
+    input->setResult = AXError::Failure;
+    EXPECT_EQ(lineOfSetText("three"), QStringLiteral("❌ Failed to set text: -25200"));
+
+    ASSERT_EQ(ax.written.size(), 2);
+    EXPECT_EQ(ax.written[0].first, QStringLiteral("AXValue"));
+    EXPECT_EQ(std::get<QString>(ax.written[0].second), QStringLiteral("two"));
+    EXPECT_TRUE(keyboard.posted.isEmpty());
+    EXPECT_EQ(notWritten, (QStringList{QStringLiteral("one"), QStringLiteral("three")}));
+    EXPECT_EQ(workspace.focusRestored, 3) << "the keyboard is back before anything is written";
+}
+
+TEST_F(ManagerTest, TypesIntoAWebArea)
+{
+    auto page = makeElement("AXWebArea");
+    page->settable = true;
+    use(page);
+    EXPECT_EQ(lineOfSetText("é😀\n👩🏽‍💻"),
+              QStringLiteral("✅ Typed text into WebArea via simulated input"));
+    EXPECT_TRUE(ax.written.isEmpty());
+    QList<KeyboardEvent> expected;
+    for (const char *character : {"é", "😀", "\n", "👩🏽‍💻"})
+        for (bool down : {true, false})
+            expected.append({down, QString::fromUtf8(character)});
+    EXPECT_EQ(keyboard.posted, expected);
+
+    keyboard.result = platform::TypingResult::Interrupted;
+    lineOfSetText("again");
+    EXPECT_EQ(notWritten, QStringList{QStringLiteral("again")});
+}
+
+TEST(DragFriendlyButton, TellsAClickFromADrag)
+{
+    QWidget window;
+    window.move(100, 100);
+    QPointF mouse(500, 500);
+    DragFriendlyButton button(
+        {}, [&] { return mouse; }, &window);
+    int clicks = 0;
+    QObject::connect(&button, &DragFriendlyButton::clicked, &window, [&] { ++clicks; });
+
+    send(&button, QEvent::MouseButtonPress, Qt::LeftButton);
+    mouse = {503, 497};
+    send(&button, QEvent::MouseMove, Qt::LeftButton);
+    EXPECT_EQ(window.pos(), QPoint(100, 100));
+    send(&button, QEvent::MouseButtonRelease, Qt::NoButton);
+    EXPECT_EQ(clicks, 1) << "three points are still a click";
+
+    send(&button, QEvent::MouseButtonPress, Qt::LeftButton);
+    mouse = {513, 467};
+    send(&button, QEvent::MouseMove, Qt::LeftButton);
+    EXPECT_EQ(window.pos(), QPoint(110, 70));
+    mouse = {504, 497};
+    send(&button, QEvent::MouseMove, Qt::LeftButton);
+    EXPECT_EQ(window.pos(), QPoint(110, 70)) << "back near the press point nothing moves";
+    send(&button, QEvent::MouseButtonRelease, Qt::NoButton);
+    EXPECT_EQ(clicks, 1) << "a drag never clicks";
+
+    send(&button, QEvent::MouseButtonPress, Qt::LeftButton);
+    send(&button, QEvent::MouseButtonRelease, Qt::NoButton);
+    EXPECT_EQ(clicks, 2);
+}
