@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Environment.h"
+#include "MPDB.h"
+#include "MetricPostIdentity.h"
+#include "MetricPostType.h"
+#include "UserDefaults.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+#include <stop_token>
+
+namespace metricpost
+{
+
+struct MetricPostUserDefaultsKeys {
+    /// The suite's name.
+    static QString suiteName() { return QStringLiteral("MetricPost"); }
+    static QString prefix() { return QStringLiteral("metricpost"); }
+};
+
+/// What the rest of the library sees of the disk: the queues of records in the database and the
+/// instance's small values in the user defaults.
+///
+/// The queues belong to the instance's tracking queue. The static operations may be called from
+/// any thread.
+class MetricPostPersistence
+{
+public:
+    /// Opens the database. `stop` gives up waits for another process's lock.
+    MetricPostPersistence(const QString &instanceName, const Environment &environment,
+                          std::stop_token stop = {});
+
+    void saveEntity(const Properties &entity, PersistenceType type, bool flag = false);
+    void saveEntities(const QList<Properties> &entities, PersistenceType type, bool flag = false);
+
+    /// The oldest records, oldest first, each with its "id". Profile records carry the current
+    /// distinct id, whichever was current when they were queued.
+    QList<Properties> loadEntitiesInBatch(PersistenceType type, int batchSize = MPDB::allRows,
+                                          bool flag = false, bool excludeAutomaticEvents = false);
+    void removeEntitiesInBatch(PersistenceType type, const QList<qint32> &ids);
+
+    /// Makes the profile updates of a user who was not identified until now sendable.
+    void identifyPeople();
+    void resetEntities();
+    void closeDB();
+
+    /// Moves the files of the older archive format into the database and the user defaults.
+    void migrate();
+    static bool needMigration(const QString &instanceName, const Environment &environment);
+
+    static void saveOptOutStatusFlag(bool value, const QString &instanceName, UserDefaults &suite);
+    static std::optional<bool> loadOptOutStatusFlag(const QString &instanceName,
+                                                    const UserDefaults &suite);
+    static void saveTimedEvents(const Properties &timedEvents, const QString &instanceName,
+                                UserDefaults &suite);
+    static Properties loadTimedEvents(const QString &instanceName, const UserDefaults &suite);
+    static void saveSuperProperties(const Properties &superProperties, const QString &instanceName,
+                                    UserDefaults &suite);
+    static Properties loadSuperProperties(const QString &instanceName, const UserDefaults &suite);
+    static void saveFlags(const Properties &flags, const QString &instanceName,
+                          UserDefaults &suite);
+    static Properties loadFlags(const QString &instanceName, const UserDefaults &suite);
+    static void saveIdentity(const MetricPostIdentity &identity, const QString &instanceName,
+                             UserDefaults &suite);
+    static MetricPostIdentity loadIdentity(const QString &instanceName, const UserDefaults &suite);
+    static void deleteMPUserDefaultsData(const QString &instanceName, UserDefaults &suite);
+
+private:
+    const QString m_instanceName;
+    const Environment m_environment;
+    MPDB m_mpdb;
+};
+
+} // namespace metricpost

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QVariant>
+
+namespace metricpost
+{
+
+/// A suite of small persistent values: Booleans, texts and bytes. Any thread.
+class UserDefaults
+{
+public:
+    virtual ~UserDefaults() = default;
+
+    /// An invalid variant when there is none.
+    virtual QVariant value(const QString &key) const = 0;
+
+    /// Stores the values in one step; an invalid variant removes its key.
+    virtual void setValues(const QMap<QString, QVariant> &values) = 0;
+};
+
+} // namespace metricpost
