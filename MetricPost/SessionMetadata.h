@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Environment.h"
+#include "MetricPostType.h"
+
+#include <QString>
+
+namespace metricpost
+{
+
+class SerialQueue;
+
+/// Numbers the records of a session, so that the service can order them and see gaps.
+///
+/// toDict belongs to the tracking queue, which outlives this object.
+class SessionMetadata
+{
+public:
+    SessionMetadata(SerialQueue &trackingQueue, const Environment &environment);
+
+    /// The record's "$mp_metadata" entry; counts the record.
+    Properties toDict(bool isEvent = true);
+
+    /// Starts a new session, on the tracking queue. Any thread.
+    void applicationWillEnterForeground();
+
+private:
+    void startSession();
+    QString randomId() const;
+
+    SerialQueue &m_trackingQueue;
+    const std::function<double()> m_now;
+    const std::function<quint32()> m_random;
+    quint64 m_eventsCounter = 0;
+    quint64 m_peopleCounter = 0;
+    QString m_sessionID;
+    quint64 m_sessionStartEpoch = 0;
+};
+
+} // namespace metricpost

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace metricpost
+{
+
+/// What the operating system says about itself and the computer. "Unknown" stands for what
+/// cannot be read.
+struct SystemInfo {
+    QString os;
+    QString osVersion;
+    QString manufacturer;
+    QString model;
+    /// The same for every program run on this computer, but not to be traced back to it where
+    /// the system asks for that; nothing when it cannot be read.
+    std::optional<QString> deviceIdentifier;
+
+    /// Reads the files below `root`, which a test may replace. Any thread.
+    static SystemInfo read(const QString &root = {});
+};
+
+} // namespace metricpost
