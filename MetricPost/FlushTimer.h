@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace metricpost
+{
+
+/// A repeating timer on the main thread's event loop. Any thread may start, stop and destroy it.
+class FlushTimer
+{
+public:
+    /// The action runs on the main thread; never again once the destructor has returned.
+    explicit FlushTimer(std::function<void()> action);
+    ~FlushTimer();
+    FlushTimer(const FlushTimer &) = delete;
+    FlushTimer &operator=(const FlushTimer &) = delete;
+
+    /// Starts it afresh. Seconds; greater than 0.
+    void start(double interval);
+    void stop();
+
+private:
+    struct State;
+
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace metricpost

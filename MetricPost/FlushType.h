@@ -1,0 +1,44 @@
+#pragma once
+
+#include "PersistenceType.h"
+
+#include <QString>
+
+#include <array>
+
+namespace metricpost
+{
+
+/// The service's endpoints, in the order in which a flush serves them.
+enum class FlushType { events, people, groups };
+
+inline constexpr std::array allFlushTypes{FlushType::events, FlushType::people, FlushType::groups};
+
+/// The endpoint's path.
+inline QString rawValue(FlushType type)
+{
+    switch (type) {
+    case FlushType::events:
+        return QStringLiteral("/track/");
+    case FlushType::people:
+        return QStringLiteral("/engage/");
+    case FlushType::groups:
+        break;
+    }
+    return QStringLiteral("/groups/");
+}
+
+inline PersistenceType persistenceType(FlushType type)
+{
+    switch (type) {
+    case FlushType::events:
+        return PersistenceType::events;
+    case FlushType::people:
+        return PersistenceType::people;
+    case FlushType::groups:
+        break;
+    }
+    return PersistenceType::groups;
+}
+
+} // namespace metricpost
