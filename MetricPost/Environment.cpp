@@ -1,0 +1,57 @@
+#include "Environment.h"
+
+#include "MetricPostPersistence.h"
+#include "QtHTTPTransport.h"
+#include "SettingsUserDefaults.h"
+
+#include <QRandomGenerator>
+#include <QStandardPaths>
+
+#include <chrono>
+
+namespace metricpost
+{
+
+namespace
+{
+
+std::optional<QString> folder(QStandardPaths::StandardLocation location)
+{
+    const QString path = QStandardPaths::writableLocation(location);
+    return path.isEmpty() ? std::nullopt : std::optional(path);
+}
+
+bool wishesNoTracking()
+{
+    const QString value = qEnvironmentVariable("DO_NOT_TRACK").toLower();
+    return !value.isEmpty() && value != u"0" && value != u"false";
+}
+
+} // namespace
+
+Environment Environment::standard()
+{
+    const QString suiteFile =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' +
+        MetricPostUserDefaultsKeys::suiteName() + QStringLiteral(".conf");
+    const auto archives = folder(QStandardPaths::GenericDataLocation);
+    return {
+        .now =
+            [] {
+                const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+                return std::chrono::duration<double>(sinceEpoch).count();
+            },
+        .random = [] { return QRandomGenerator::system()->generate(); },
+        .userDefaults = std::make_shared<SettingsUserDefaults>(suiteFile),
+        .cachesFolder = folder(QStandardPaths::GenericCacheLocation),
+        .legacyArchiveFolder =
+            archives ? std::optional(*archives + QStringLiteral("/MetricPost")) : std::nullopt,
+        .transport = std::make_shared<QtHTTPTransport>(),
+        .applicationState = std::make_shared<ApplicationState>(),
+        .systemInfo = SystemInfo::read(),
+        .defaultServerURL = QStringLiteral(METRICPOST_DEFAULT_SERVER_URL),
+        .doNotTrack = wishesNoTracking(),
+    };
+}
+
+} // namespace metricpost

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <functional>
+
+namespace metricpost
+{
+
+/// Runs the function on the main thread: later, through its event loop, in the order of the
+/// calls. Without a QCoreApplication it never runs. Any thread.
+void runOnMainQueue(std::function<void()> function);
+
+} // namespace metricpost

@@ -1,0 +1,392 @@
+#include "MetricPostInstance.h"
+
+#include "AutomaticProperties.h"
+#include "MainQueue.h"
+#include "MetricPostLogger.h"
+
+#include <QUuid>
+
+#include <algorithm>
+
+namespace metricpost
+{
+
+namespace
+{
+
+QString queueLabel(const QString &token, const QString &role)
+{
+    return QStringLiteral("dratru.") + token + u'.' + role + u')';
+}
+
+QString initialServerURL(const MetricPostOptions &options, const Environment &environment)
+{
+    if (options.proxyServerConfig)
+        return options.proxyServerConfig->serverURL;
+    return options.serverURL.value_or(environment.defaultServerURL);
+}
+
+constexpr std::array allLogLevels{MetricPostLogLevel::debug, MetricPostLogLevel::info,
+                                  MetricPostLogLevel::warning, MetricPostLogLevel::error};
+
+const std::shared_ptr<MetricPostLogging> &printLogging()
+{
+    static const auto *const logging =
+        new std::shared_ptr<MetricPostLogging>(std::make_shared<PrintLogging>());
+    return *logging;
+}
+
+} // namespace
+
+struct MetricPostInstance::Store {
+    Store(const MetricPostOptions &options, const QString &name, const Environment &environment,
+          SerialQueue &trackingQueue, std::stop_token stop)
+        : persistence(name, environment, std::move(stop))
+        , sessionMetadata(trackingQueue, environment)
+        , trackInstance(options.token, name, sessionMetadata, persistence, environment)
+    {
+    }
+
+    MetricPostPersistence persistence;
+    SessionMetadata sessionMetadata;
+    Track trackInstance;
+};
+
+MetricPostInstance::MetricPostInstance(const MetricPostOptions &options,
+                                       const Environment &environment)
+    : m_options(options)
+    , m_name(options.instanceName.value_or(options.token))
+    , m_environment(environment)
+    , m_trackAutomaticEventsEnabled(options.trackAutomaticEvents)
+    , m_optedOut(environment.doNotTrack)
+    , m_trackingQueue(queueLabel(options.token, QStringLiteral("tracking")))
+    , m_networkQueue(queueLabel(options.token, QStringLiteral("network")))
+    , m_flushInstance(initialServerURL(options, environment), options.useGzipCompression,
+                      environment)
+{
+    // Who asked for no tracking gets no file either.
+    if (!m_environment.doNotTrack) {
+        m_trackingQueue.async([this] {
+            m_store = std::make_unique<Store>(m_options, m_name, m_environment, m_trackingQueue,
+                                              m_stop.get_token());
+            m_store->trackInstance.setMetricPostInstance(this);
+        });
+    }
+    AutomaticProperties::computeOnce(m_environment.systemInfo);
+    m_flushInstance.setInitialFlushInterval(options.flushInterval);
+    m_flushInstance.setDelegate(this);
+    unarchive();
+    setupListeners();
+    if (options.optOutTrackingByDefault && !m_environment.doNotTrack &&
+        !MetricPostPersistence::loadOptOutStatusFlag(m_name, *m_environment.userDefaults)) {
+        optOutTracking();
+    }
+    if (options.superProperties)
+        registerSuperProperties(*options.superProperties);
+}
+
+MetricPostInstance::~MetricPostInstance()
+{
+    constexpr std::chrono::seconds limit{1};
+    shutdown(limit);
+    // The queues' destructors wait for their threads, which use what is destroyed after them.
+}
+
+void MetricPostInstance::setupListeners()
+{
+    m_applicationListener = m_environment.applicationState->addListener({
+        .applicationDidBecomeActive = [this] { m_flushInstance.applicationDidBecomeActive(); },
+        .applicationWillResignActive =
+            [this] {
+                m_flushInstance.applicationWillResignActive();
+                if (m_flushInstance.flushOnBackground())
+                    flush();
+            },
+    });
+}
+
+void MetricPostInstance::unarchive()
+{
+    UserDefaults &suite = *m_environment.userDefaults;
+    if (!m_environment.doNotTrack && MetricPostPersistence::needMigration(m_name, m_environment)) {
+        m_trackingQueue.sync([this] { m_store->persistence.migrate(); });
+    }
+    MetricPostIdentity identity = MetricPostPersistence::loadIdentity(m_name, suite);
+    if (identity.distinctID.isEmpty()) {
+        std::optional<QString> deviceId;
+        if (m_options.useUniqueDistinctId)
+            deviceId = m_environment.systemInfo.deviceIdentifier;
+        if (!deviceId)
+            deviceId = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+        identity.anonymousId = deviceId;
+        identity.distinctID = addPrefixToDeviceId(*deviceId);
+        if (!m_environment.doNotTrack)
+            MetricPostPersistence::saveIdentity(identity, m_name, suite);
+    }
+    m_readWriteLock.write([&] {
+        m_identity = identity;
+        m_timedEvents = MetricPostPersistence::loadTimedEvents(m_name, suite);
+        m_superProperties = MetricPostPersistence::loadSuperProperties(m_name, suite);
+    });
+    if (MetricPostPersistence::loadOptOutStatusFlag(m_name, suite).value_or(false))
+        m_optedOut = true;
+}
+
+QString MetricPostInstance::addPrefixToDeviceId(const QString &deviceId)
+{
+    return deviceId.isEmpty() ? QString() : QStringLiteral("$device:") + deviceId;
+}
+
+void MetricPostInstance::onStore(std::function<void(Store &)> work)
+{
+    m_trackingQueue.async([this, work = std::move(work)] {
+        if (m_store)
+            work(*m_store);
+    });
+}
+
+void MetricPostInstance::track(const QString &event, const Properties &properties)
+{
+    if (hasOptedOutTracking())
+        return;
+    m_trackingQueue.async([this, event, properties, epochInterval = m_environment.now()] {
+        // The user may have opted out since.
+        if (!m_store || hasOptedOutTracking())
+            return;
+        MetricPostIdentity identity;
+        Properties timedEvents;
+        Properties superProperties;
+        m_readWriteLock.read([&] {
+            identity = m_identity;
+            timedEvents = m_timedEvents;
+            superProperties = m_superProperties;
+        });
+        timedEvents = m_store->trackInstance.track(event, properties, timedEvents, superProperties,
+                                                   identity, epochInterval);
+        m_readWriteLock.write([&] { m_timedEvents = timedEvents; });
+    });
+}
+
+void MetricPostInstance::changeTimedEvents(std::function<Properties(const Properties &)> change)
+{
+    if (hasOptedOutTracking())
+        return;
+    onStore([this, change = std::move(change)](Store &) {
+        const Properties changed = change(timedEvents());
+        m_readWriteLock.write([&] { m_timedEvents = changed; });
+        MetricPostPersistence::saveTimedEvents(changed, m_name, *m_environment.userDefaults);
+    });
+}
+
+void MetricPostInstance::time(const QString &event)
+{
+    changeTimedEvents([event, startTime = m_environment.now()](const Properties &timedEvents) {
+        return Track::time(event, timedEvents, startTime);
+    });
+}
+
+void MetricPostInstance::clearTimedEvent(const QString &event)
+{
+    changeTimedEvents([event](const Properties &timedEvents) {
+        return Track::clearTimedEvent(event, timedEvents);
+    });
+}
+
+void MetricPostInstance::clearTimedEvents()
+{
+    changeTimedEvents(Track::clearTimedEvents);
+}
+
+void MetricPostInstance::changeSuperProperties(
+    std::function<Properties(Store &, const Properties &)> change)
+{
+    onStore([this, change = std::move(change)](Store &store) {
+        const Properties changed = change(store, superProperties());
+        m_readWriteLock.write([&] { m_superProperties = changed; });
+        MetricPostPersistence::saveSuperProperties(changed, m_name, *m_environment.userDefaults);
+    });
+}
+
+void MetricPostInstance::registerSuperProperties(const Properties &properties)
+{
+    changeSuperProperties([properties](Store &store, const Properties &superProperties) {
+        return store.trackInstance.registerSuperProperties(properties, superProperties);
+    });
+}
+
+void MetricPostInstance::registerSuperPropertiesOnce(
+    const Properties &properties, const std::optional<MetricPostType> &defaultValue)
+{
+    changeSuperProperties(
+        [properties, defaultValue](Store &store, const Properties &superProperties) {
+            return store.trackInstance.registerSuperPropertiesOnce(properties, superProperties,
+                                                                   defaultValue);
+        });
+}
+
+void MetricPostInstance::unregisterSuperProperty(const QString &propertyName)
+{
+    changeSuperProperties([propertyName](Store &, const Properties &superProperties) {
+        return Track::unregisterSuperProperty(propertyName, superProperties);
+    });
+}
+
+void MetricPostInstance::clearSuperProperties()
+{
+    changeSuperProperties([](Store &, const Properties &superProperties) {
+        return Track::clearSuperProperties(superProperties);
+    });
+}
+
+void MetricPostInstance::flush(bool performFullFlush, std::function<void()> completion)
+{
+    if (hasOptedOutTracking()) {
+        if (completion)
+            runOnMainQueue(std::move(completion));
+        return;
+    }
+    // By way of the tracking queue, behind everything that was tracked before; from there to the
+    // network queue, which loads at its turn. Loading any earlier would load rows that a flush
+    // under way is about to deliver, and send them twice.
+    m_trackingQueue.async([this, performFullFlush, completion = std::move(completion)] {
+        m_networkQueue.async([this, performFullFlush, completion] {
+            deliver(performFullFlush);
+            if (completion)
+                runOnMainQueue(completion);
+        });
+    });
+}
+
+// On the network queue.
+void MetricPostInstance::deliver(bool performFullFlush)
+{
+    if (serverURL().isEmpty())
+        return;
+    ProxyServerResource proxy;
+    if (m_options.proxyServerConfig && m_options.proxyServerConfig->delegate)
+        proxy = m_options.proxyServerConfig->delegate->resourceForProxyServer(m_name);
+    const int batchSize = performFullFlush ? MPDB::allRows : m_flushInstance.flushBatchSize();
+    for (const FlushType type : allFlushTypes) {
+        if (m_flushInstance.flushRequest().requestNotAllowed())
+            return;
+        QList<Properties> records;
+        m_trackingQueue.sync([&] {
+            if (m_store) {
+                records = m_store->persistence.loadEntitiesInBatch(
+                    persistenceType(type), batchSize, false, !trackAutomaticEventsEnabled());
+            }
+        });
+        m_flushInstance.flushQueue(records, type, proxy.headers, proxy.queryItems);
+    }
+}
+
+void MetricPostInstance::flushSuccess(FlushType type, const QList<qint32> &ids)
+{
+    onStore([type, ids](Store &store) {
+        store.persistence.removeEntitiesInBatch(persistenceType(type), ids);
+    });
+}
+
+void MetricPostInstance::optOutTracking()
+{
+    m_optedOut = true;
+    MetricPostPersistence::saveOptOutStatusFlag(true, m_name, *m_environment.userDefaults);
+    onStore([](Store &store) { store.persistence.resetEntities(); });
+}
+
+void MetricPostInstance::optInTracking()
+{
+    m_optedOut = m_environment.doNotTrack;
+    MetricPostPersistence::saveOptOutStatusFlag(false, m_name, *m_environment.userDefaults);
+}
+
+bool MetricPostInstance::hasOptedOutTracking() const
+{
+    return m_optedOut;
+}
+
+QString MetricPostInstance::distinctId() const
+{
+    return identity().distinctID;
+}
+
+std::optional<QString> MetricPostInstance::anonymousId() const
+{
+    return identity().anonymousId;
+}
+
+MetricPostIdentity MetricPostInstance::identity() const
+{
+    return m_readWriteLock.read([this] { return m_identity; });
+}
+
+Properties MetricPostInstance::superProperties() const
+{
+    return m_readWriteLock.read([this] { return m_superProperties; });
+}
+
+Properties MetricPostInstance::timedEvents() const
+{
+    return m_readWriteLock.read([this] { return m_timedEvents; });
+}
+
+void MetricPostInstance::setLoggingEnabled(bool enabled)
+{
+    if (m_loggingEnabled.exchange(enabled) == enabled)
+        return;
+    if (enabled) {
+        MetricPostLogger::removeLogging(printLogging());
+        MetricPostLogger::addLogging(printLogging());
+        for (const MetricPostLogLevel level : allLogLevels)
+            MetricPostLogger::enableLevel(level);
+        MetricPostLogger::info([] { return QStringLiteral("MetricPostLogging Enabled"); });
+    } else {
+        MetricPostLogger::info([] { return QStringLiteral("MetricPostLogging Disabled"); });
+        for (const MetricPostLogLevel level : allLogLevels)
+            MetricPostLogger::disableLevel(level);
+        MetricPostLogger::removeLogging(printLogging());
+    }
+}
+
+QString MetricPostInstance::debugDescription() const
+{
+    return QStringLiteral("MetricPost(\n    Token: ") + apiToken() +
+           QStringLiteral("\n    Distinct Id: ") + distinctId() + QStringLiteral("\n)");
+}
+
+void MetricPostInstance::waitUntilStored()
+{
+    m_trackingQueue.sync([] {});
+}
+
+bool MetricPostInstance::shutdown(std::chrono::milliseconds limit)
+{
+    bool finished = true;
+    std::call_once(m_shutdownOnce, [&] {
+        using Clock = std::chrono::steady_clock;
+        using std::chrono::milliseconds;
+        const auto start = Clock::now();
+        const auto left = [&](milliseconds share) {
+            return std::max(milliseconds(0),
+                            share - std::chrono::duration_cast<milliseconds>(Clock::now() - start));
+        };
+
+        m_environment.applicationState->removeListener(m_applicationListener);
+        m_flushInstance.stopFlushTimer();
+        m_networkQueue.close(SerialQueue::Closing::DropPending);
+        if (!m_networkQueue.waitUntilFinished(limit / 2)) {
+            m_flushInstance.flushRequest().cancel();
+            m_networkQueue.waitUntilFinished(left(limit * 7 / 10));
+        }
+        m_trackingQueue.async([this] { m_store.reset(); });
+        m_trackingQueue.close(SerialQueue::Closing::RunPending);
+        finished = m_trackingQueue.waitUntilFinished(left(limit * 9 / 10));
+        if (!finished) {
+            m_stop.request_stop();
+            finished = m_trackingQueue.waitUntilFinished(left(limit));
+        }
+    });
+    return finished;
+}
+
+} // namespace metricpost

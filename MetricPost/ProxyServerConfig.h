@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Network.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace metricpost
+{
+
+/// What a proxy server wants to see with each request.
+struct ProxyServerResource {
+    Headers headers;
+    QueryItems queryItems;
+};
+
+/// Asked before each flush, on the network queue.
+class ProxyServerDelegate
+{
+public:
+    virtual ~ProxyServerDelegate() = default;
+    virtual ProxyServerResource resourceForProxyServer(const QString &instanceName) = 0;
+};
+
+/// A server of one's own in front of the analytics service; its address takes the place of the
+/// service's.
+struct ProxyServerConfig {
+    QString serverURL;
+    std::shared_ptr<ProxyServerDelegate> delegate;
+};
+
+} // namespace metricpost
