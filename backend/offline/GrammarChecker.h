@@ -1,0 +1,39 @@
+#pragma once
+
+#include "backend/offline/rules/Rule.h"
+#include "backend/offline/words/LanguageDetector.h"
+#include "backend/offline/words/Lexicon.h"
+#include "backend/offline/words/Verbs.h"
+
+#include <memory>
+#include <vector>
+
+namespace offline
+{
+
+/// Corrects spelling, grammar, punctuation and capitals of English text. The
+/// rules run in stages: each reads the text that the stage before has left, so
+/// that an article sees the word after it spelt right. Constant after
+/// construction; any thread may use it.
+class GrammarChecker
+{
+public:
+    /// The arguments must outlive the checker.
+    GrammarChecker(const Lexicon &lexicon, const LanguageDetector &detector, const Verbs &verbs);
+
+    QString corrected(const QString &text) const;
+
+    /// Only the articles, for a text whose words have been replaced.
+    QString withArticles(const QString &text) const;
+
+private:
+    using Stage = std::vector<std::unique_ptr<Rule>>;
+
+    QString afterStage(const Stage &stage, const QString &text) const;
+
+    const Lexicon &m_lexicon;
+    const LanguageDetector &m_detector;
+    std::vector<Stage> m_stages;
+};
+
+} // namespace offline

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringView>
+
+namespace offline
+{
+
+/// One of the files of data/, which are built into the program.
+QByteArray resource(QStringView name);
+
+/// Such a file as rows of tab-separated columns; lines that are empty or begin
+/// with '#' are left out.
+QList<QList<QString>> resourceTable(QStringView name);
+
+} // namespace offline

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "backend/offline/rules/Rule.h"
+
+#include <QSet>
+
+namespace offline
+{
+
+/// A word written twice ("the the"), among the words that nobody repeats on
+/// purpose; "had had" and "that that" stay.
+class DoubledWordRule : public Rule
+{
+public:
+    DoubledWordRule();
+    void check(const Document &document, EditList &edits) const override;
+
+private:
+    QSet<QString> m_neverRepeated;
+};
+
+} // namespace offline

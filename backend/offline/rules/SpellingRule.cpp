@@ -1,0 +1,56 @@
+#include "backend/offline/rules/SpellingRule.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+namespace offline
+{
+
+bool SpellingRule::isCandidate(const Document &document, int index) const
+{
+    const Word &word = document.word(index);
+    if (word.lower.isEmpty() || word.hyphenated || !document.isEnglish(word))
+        return false;
+    if (word.letters == LetterCase::Capital)
+        return document.isFirstOfSentence(index) && document.sentenceOf(word).end > index + 1;
+    return word.letters == LetterCase::Lower;
+}
+
+/// Whether the word stands alone in quotation marks or brackets: it is spoken
+/// about, or is foreign.
+bool SpellingRule::isMentioned(const Document &document, int index) const
+{
+    static constexpr QStringView opening = u"\"'([*_<\u201c\u2018\u00ab\u2039";
+    const QStringView before = document.gapBefore(index);
+    const QStringView after = document.gapBefore(index + 1);
+    return !before.isEmpty() && !after.isEmpty() && opening.contains(before.back()) &&
+           !after.front().isSpace() && !QStringView(u".,;:!?").contains(after.front());
+}
+
+void SpellingRule::check(const Document &document, EditList &edits) const
+{
+    const int count = int(document.words().size());
+    QHash<QString, int> uses;
+    for (const Word &word : document.words())
+        ++uses[word.lower];
+
+    QHash<QString, QString> corrections;
+    for (int i = 0; i < count; ++i) {
+        if (!isCandidate(document, i) || isMentioned(document, i))
+            continue;
+        const Word &word = document.word(i);
+        auto correction = corrections.constFind(word.lower);
+        if (correction == corrections.constEnd())
+            correction = corrections.insert(word.lower, m_lexicon.correction(word.lower));
+        if (correction->isEmpty())
+            continue;
+        // A word that the writer uses again and again is a term of theirs.
+        if (uses.value(word.lower) > 2 && !m_lexicon.isCommonMisspelling(word.lower))
+            continue;
+        const QStringView original = QStringView(document.text()).mid(word.start, word.length);
+        edits.replace(word.start, word.length, inCaseOf(original, *correction));
+    }
+}
+
+} // namespace offline

@@ -1,0 +1,139 @@
+#include "backend/offline/words/Lexicon.h"
+
+#include "backend/offline/Resources.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <hunspell.hxx>
+
+namespace offline
+{
+
+namespace
+{
+
+/// A Hunspell dictionary; the library's look-ups are not reentrant.
+class Dictionary
+{
+public:
+    Dictionary(const QString &folder, const QString &language)
+    {
+        const QString affixes = folder + u'/' + language + QStringLiteral(".aff");
+        const QString words = folder + u'/' + language + QStringLiteral(".dic");
+        if (QFile::exists(affixes) && QFile::exists(words)) {
+            m_hunspell = std::make_unique<Hunspell>(QFile::encodeName(affixes).constData(),
+                                                    QFile::encodeName(words).constData());
+            m_utf8 = m_hunspell->get_dict_encoding() == "UTF-8";
+        }
+    }
+
+    bool isOpen() const { return m_hunspell != nullptr; }
+
+    bool knows(const QString &word)
+    {
+        if (!m_hunspell)
+            return false;
+        const QByteArray bytes = m_utf8 ? word.toUtf8() : word.toLatin1();
+        const std::lock_guard lock(m_mutex);
+        return m_hunspell->spell(bytes.toStdString());
+    }
+
+private:
+    std::unique_ptr<Hunspell> m_hunspell;
+    bool m_utf8 = false;
+    std::mutex m_mutex;
+};
+
+} // namespace
+
+struct Lexicon::Data {
+    explicit Data(const QString &dictionaries)
+        : american(dictionaries, QStringLiteral("en_US"))
+        , folder(dictionaries)
+    {
+        trie.load(resource(u"words.txt"));
+        for (const QList<QString> &row : resourceTable(u"misspellings.tsv")) {
+            for (const QString &wrong : row.at(1).split(u' '))
+                misspellings.insert(wrong, row.at(0));
+        }
+        for (const QList<QString> &row : resourceTable(u"extra-words.tsv")) {
+            for (const QString &word : row.at(0).split(u' '))
+                extra.insert(word);
+        }
+    }
+
+    /// The British dictionary is needed for few words and slow to load.
+    Dictionary &britishDictionary()
+    {
+        std::call_once(britishOnce, [this] {
+            british = std::make_unique<Dictionary>(folder, QStringLiteral("en_GB"));
+        });
+        return *british;
+    }
+
+    WordTrie trie;
+    Dictionary american;
+    QHash<QString, QString> misspellings;
+    QSet<QString> extra;
+
+private:
+    QString folder;
+    std::once_flag britishOnce;
+    std::unique_ptr<Dictionary> british;
+};
+
+Lexicon::Lexicon(const QString &dictionaries)
+    : m_dictionaries(dictionaries)
+{
+}
+
+Lexicon::~Lexicon() = default;
+
+const Lexicon::Data &Lexicon::data() const
+{
+    std::call_once(m_once, [this] { m_data = std::make_unique<Data>(m_dictionaries); });
+    return *m_data;
+}
+
+void Lexicon::load() const
+{
+    data();
+    m_data->britishDictionary();
+}
+
+bool Lexicon::knows(const QString &lower) const
+{
+    const Data &known = data();
+    if (known.trie.level(lower) >= 0 || known.extra.contains(lower))
+        return true;
+    if (known.misspellings.contains(lower))
+        return false;
+    if (m_data->american.knows(lower))
+        return true;
+    return m_data->britishDictionary().knows(lower);
+}
+
+int Lexicon::level(QStringView lower) const
+{
+    return data().trie.level(lower);
+}
+
+QString Lexicon::correction(const QString &lower) const
+{
+    const Data &known = data();
+    const auto common = known.misspellings.constFind(lower);
+    if (common != known.misspellings.constEnd())
+        return *common;
+    // Without a dictionary every rarer word would count as a mistake.
+    if (!known.american.isOpen() || knows(lower))
+        return {};
+    return known.trie.correction(lower).value_or(QString());
+}
+
+bool Lexicon::isCommonMisspelling(const QString &lower) const
+{
+    return data().misspellings.contains(lower);
+}
+
+} // namespace offline

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "backend/offline/words/WordTrie.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+#include <memory>
+#include <mutex>
+
+class Hunspell;
+
+namespace offline
+{
+
+/// What the engine knows about English words: the Hunspell dictionaries, the
+/// list of common words, and a list of common misspellings. Loads on first use,
+/// which any thread may make; constant afterwards.
+class Lexicon
+{
+public:
+    /// `dictionaries` is the folder with "en_US.aff", "en_US.dic" and, if it is
+    /// there, the British pair.
+    explicit Lexicon(const QString &dictionaries);
+    ~Lexicon();
+
+    /// Loads everything now instead of with the first question.
+    void load() const;
+
+    /// Whether a word in lower case (straight apostrophes) is an English word.
+    bool knows(const QString &lower) const;
+
+    /// How common a lower-case word is: 15 to 0, -1 for not in the list.
+    int level(QStringView lower) const;
+
+    /// The right form of a misspelt lower-case word, or an empty string when it
+    /// is right or the engine is not sure. `corrects(x)` never names a word that
+    /// `knows` refuses.
+    QString correction(const QString &lower) const;
+
+    /// Whether the word stands in the list of common misspellings.
+    bool isCommonMisspelling(const QString &lower) const;
+
+private:
+    struct Data;
+    const Data &data() const;
+
+    QString m_dictionaries;
+    mutable std::once_flag m_once;
+    mutable std::unique_ptr<Data> m_data;
+};
+
+} // namespace offline

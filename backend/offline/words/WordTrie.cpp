@@ -1,0 +1,227 @@
+#include "backend/offline/words/WordTrie.h"
+
+#include "backend/offline/text/Letters.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace offline
+{
+
+namespace
+{
+
+constexpr int longestWord = 24;
+constexpr int shortestCorrected = 3;
+
+// Costs of the mistakes, in tenths of an arbitrary letter.
+constexpr int arbitrary = 11;
+constexpr int swapped = 6;
+constexpr int doubling = 5;
+constexpr int silentLetter = 8;
+constexpr int vowelForVowel = 7;
+constexpr int soundAlike = 6;
+constexpr int neighbouringKey = 8;
+constexpr int wrongFirstLetter = 7;
+constexpr int rarity = 2; // for each level below the most common
+constexpr int clearMargin = 5;
+
+bool isVowel(char c)
+{
+    return std::strchr("aeiouy", c) != nullptr;
+}
+
+int substitution(char a, char b)
+{
+    static constexpr const char *alike[] = {"ck", "cs", "sz", "gj", "kq", "fv", "dt", "mn", "bp"};
+    static constexpr const char *rows[] = {"qwertyuiop", "asdfghjkl", "zxcvbnm"};
+    if (isVowel(a) && isVowel(b))
+        return vowelForVowel;
+    for (const char *pair : alike) {
+        if ((pair[0] == a && pair[1] == b) || (pair[0] == b && pair[1] == a))
+            return soundAlike;
+    }
+    for (const char *row : rows) {
+        const char *left = std::strchr(row, a);
+        const char *right = std::strchr(row, b);
+        if (left && right && std::abs(left - right) == 1)
+            return neighbouringKey;
+    }
+    return arbitrary;
+}
+
+/// Substitution costs of all letter pairs, worked out once.
+struct SubstitutionTable {
+    std::array<std::array<qint8, 26>, 26> cost;
+    SubstitutionTable()
+    {
+        for (char a = 'a'; a <= 'z'; ++a) {
+            for (char b = 'a'; b <= 'z'; ++b)
+                cost[a - 'a'][b - 'a'] = qint8(a == b ? 0 : substitution(a, b));
+        }
+    }
+};
+
+int looseLetter(char letter, char before)
+{
+    if (letter == before)
+        return doubling;
+    return isVowel(letter) || letter == 'h' ? silentLetter : arbitrary;
+}
+
+} // namespace
+
+/// One search: rows of the edit-distance table, one for each letter of the path
+/// from the root, and the two best candidates so far.
+struct WordTrie::Search {
+    using Row = std::array<int, longestWord + 2>;
+
+    char word[longestWord + 1] = {};
+    int length = 0;
+    int limit = 0;
+    std::array<Row, longestWord + 4> rows;
+    char path[longestWord + 4] = {};
+    int best = 1000;
+    int second = 1000;
+    char bestWord[longestWord + 4] = {};
+
+    void offer(int cost, int level, int depth)
+    {
+        if (path[0] != word[0])
+            cost += wrongFirstLetter;
+        const int score = cost + (15 - level) * rarity;
+        if (score < best) {
+            second = best;
+            best = score;
+            std::memcpy(bestWord, path, size_t(depth));
+            bestWord[depth] = 0;
+        } else if (score < second) {
+            second = score;
+        }
+    }
+};
+
+void WordTrie::load(QByteArrayView list)
+{
+    m_nodes.assign(1, Node{0});
+    m_nodes.reserve(160'000);
+    char word[longestWord + 1] = {};
+    qsizetype at = 0;
+    while (at < list.size()) {
+        int level = 0;
+        while (at < list.size() && list[at] != ' ')
+            level = level * 10 + (list[at++] - '0');
+        ++at;
+        while (at < list.size() && list[at] != '\n') {
+            qsizetype length = list[at++] - 'A';
+            while (at < list.size() && isAsciiLower(QLatin1Char(list[at])))
+                word[length++] = list[at++];
+            insert(word, length, level);
+        }
+        ++at;
+    }
+}
+
+void WordTrie::insert(const char *word, qsizetype length, int level)
+{
+    qint32 node = 0;
+    for (qsizetype i = 0; i < length; ++i) {
+        qint32 next = childOf(node, word[i]);
+        if (next == 0) {
+            next = qint32(m_nodes.size());
+            Node added{word[i]};
+            added.sibling = m_nodes[size_t(node)].child;
+            m_nodes.push_back(added);
+            m_nodes[size_t(node)].child = next;
+        }
+        node = next;
+    }
+    m_nodes[size_t(node)].level = qint8(level);
+}
+
+qint32 WordTrie::childOf(qint32 node, char letter) const
+{
+    qint32 child = m_nodes[size_t(node)].child;
+    while (child != 0 && m_nodes[size_t(child)].letter != letter)
+        child = m_nodes[size_t(child)].sibling;
+    return child;
+}
+
+int WordTrie::level(QStringView word) const
+{
+    if (word.isEmpty() || word.size() > longestWord || m_nodes.empty())
+        return -1;
+    qint32 node = 0;
+    for (const QChar c : word) {
+        if (!isAsciiLower(c))
+            return -1;
+        node = childOf(node, char(c.unicode()));
+        if (node == 0)
+            return -1;
+    }
+    return m_nodes[size_t(node)].level;
+}
+
+std::optional<QString> WordTrie::correction(QStringView misspelling) const
+{
+    if (misspelling.size() < shortestCorrected || misspelling.size() > longestWord ||
+        m_nodes.empty())
+        return std::nullopt;
+    Search search;
+    for (const QChar c : misspelling) {
+        if (!isAsciiLower(c))
+            return std::nullopt;
+        search.word[search.length++] = char(c.unicode());
+    }
+    // Short words have many neighbours: there only the commonest slips count.
+    search.limit = search.length <= 4 ? swapped : search.length <= 6 ? arbitrary : arbitrary + 8;
+    search.rows[0][0] = 0;
+    for (int j = 1; j <= search.length; ++j) {
+        search.rows[0][j] = search.rows[0][j - 1] +
+                            looseLetter(search.word[j - 1], j > 1 ? search.word[j - 2] : '\0');
+    }
+    descend(search, 0, 0);
+    const int acceptable = search.limit + (search.length <= 4 ? 8 : 18);
+    if (search.best > acceptable || search.second - search.best < clearMargin)
+        return std::nullopt;
+    return QString::fromLatin1(search.bestWord);
+}
+
+void WordTrie::descend(Search &search, qint32 node, int depth) const
+{
+    static const SubstitutionTable substitutions;
+    if (depth >= longestWord)
+        return;
+    for (qint32 child = m_nodes[size_t(node)].child; child != 0;
+         child = m_nodes[size_t(child)].sibling) {
+        const char letter = m_nodes[size_t(child)].letter;
+        const char before = depth > 0 ? search.path[depth - 1] : '\0';
+        search.path[depth] = letter;
+        const Search::Row &last = search.rows[size_t(depth)];
+        Search::Row &row = search.rows[size_t(depth) + 1];
+        row[0] = last[0] + looseLetter(letter, before);
+        int least = row[0];
+        for (int j = 1; j <= search.length; ++j) {
+            const char typed = search.word[j - 1];
+            const char typedBefore = j > 1 ? search.word[j - 2] : '\0';
+            int cost =
+                last[size_t(j) - 1] + substitutions.cost[size_t(letter - 'a')][size_t(typed - 'a')];
+            cost = std::min(cost, last[size_t(j)] + looseLetter(letter, before));
+            cost = std::min(cost, row[size_t(j) - 1] + looseLetter(typed, typedBefore));
+            if (j > 1 && depth > 0 && typed == before && typedBefore == letter && typed != letter)
+                cost = std::min(cost, search.rows[size_t(depth) - 1][size_t(j) - 2] + swapped);
+            row[size_t(j)] = cost;
+            least = std::min(least, cost);
+        }
+        if (least > search.limit)
+            continue;
+        const Node &here = m_nodes[size_t(child)];
+        if (here.level >= 0 && row[size_t(search.length)] <= search.limit)
+            search.offer(row[size_t(search.length)], here.level, depth + 1);
+        if (here.child != 0)
+            descend(search, child, depth + 1);
+    }
+}
+
+} // namespace offline
