@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace platform::linux_
+{
+
+/// The bundle's own desktop entry (freedesktop.org Desktop Entry Specification), changed to start
+/// the copy in `bundle` and to show the icon that lies in it.
+QByteArray desktopEntryFor(const QByteArray &bundledEntry, const QString &bundle);
+
+/// Where in a bundle its desktop entry lies.
+inline constexpr char16_t bundledEntryPath[] = u"/share/applications/quillet.desktop";
+
+} // namespace platform::linux_

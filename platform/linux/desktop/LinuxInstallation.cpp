@@ -1,0 +1,158 @@
+#include "platform/linux/desktop/LinuxInstallation.h"
+
+#include "platform/linux/desktop/BundleCopy.h"
+#include "platform/linux/desktop/DesktopEntry.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+QString realPath(const QString &path)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return canonical.isEmpty() ? QDir::cleanPath(path) : canonical;
+}
+
+bool isAtOrBelow(const QString &path, const QString &folder)
+{
+    return path == folder || path.startsWith(folder + QLatin1Char('/'));
+}
+
+} // namespace
+
+LinuxInstallation::Places LinuxInstallation::systemPlaces()
+{
+    return {QCoreApplication::applicationFilePath(), QDir::homePath(),
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+            QStringLiteral("/proc/self/status")};
+}
+
+QString LinuxInstallation::bundlePath()
+{
+    return QFileInfo(QFileInfo(m_places.executable).path()).path();
+}
+
+QString LinuxInstallation::targetPath()
+{
+    return m_places.home + QStringLiteral("/.local/opt/quillet");
+}
+
+bool LinuxInstallation::isInstalledLocation(const QString &path)
+{
+    const QString real = realPath(path);
+    const QString own = realPath(m_places.home) + QStringLiteral("/.local");
+    const QStringList folders = {QStringLiteral("/usr"), QStringLiteral("/opt"),
+                                 own + QStringLiteral("/opt")};
+    return real == own ||
+           std::any_of(folders.begin(), folders.end(),
+                       [&real](const QString &folder) { return isAtOrBelow(real, folder); });
+}
+
+bool LinuxInstallation::isDevelopmentRun()
+{
+    if (isTraced())
+        return true;
+    for (QDir folder = QFileInfo(m_places.executable).dir(); !folder.isRoot(); folder.cdUp()) {
+        if (folder.exists(QStringLiteral("CMakeCache.txt")))
+            return true;
+    }
+    return !QFileInfo::exists(bundlePath() + QString::fromUtf16(bundledEntryPath));
+}
+
+bool LinuxInstallation::isTraced() const
+{
+    QFile status(m_places.processStatus);
+    if (!status.open(QIODevice::ReadOnly)) {
+        std::perror("sysctl failed");
+        return false;
+    }
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("TracerPid:"))
+            return line.mid(line.indexOf(':') + 1).trimmed().toInt() != 0;
+    }
+    return false;
+}
+
+bool LinuxInstallation::fileExists(const QString &path)
+{
+    return QFileInfo::exists(path);
+}
+
+int LinuxInstallation::runModalAlert(const QString &messageText, const QString &informativeText,
+                                     const QStringList &buttons)
+{
+    QMessageBox alert;
+    alert.setIcon(QMessageBox::Information);
+    alert.setWindowTitle(QStringLiteral("Quillet"));
+    alert.setTextFormat(Qt::PlainText);
+    alert.setText(messageText);
+    alert.setInformativeText(informativeText);
+    QList<QAbstractButton *> added;
+    for (const QString &title : buttons)
+        added.append(alert.addButton(title, added.isEmpty() ? QMessageBox::AcceptRole
+                                                            : QMessageBox::RejectRole));
+    if (!added.isEmpty()) {
+        alert.setDefaultButton(static_cast<QPushButton *>(added.first()));
+        alert.setEscapeButton(added.last());
+    }
+    alert.exec();
+    const int clicked = int(added.indexOf(alert.clickedButton()));
+    return clicked < 0 ? int(added.size()) - 1 : clicked;
+}
+
+QString LinuxInstallation::copyBundle(const QString &from, const QString &to)
+{
+    const QString error = copyFolder(from, to);
+    if (error.isEmpty())
+        writeDesktopEntry(to);
+    return error;
+}
+
+void LinuxInstallation::writeDesktopEntry(const QString &bundle) const
+{
+    QFile bundled(bundle + QString::fromUtf16(bundledEntryPath));
+    const QString folder = m_places.dataHome + QStringLiteral("/applications");
+    QSaveFile entry(folder + QStringLiteral("/quillet.desktop"));
+    const bool written = bundled.open(QIODevice::ReadOnly) && QDir().mkpath(folder) &&
+                         entry.open(QIODevice::WriteOnly) &&
+                         entry.write(desktopEntryFor(bundled.readAll(), bundle)) >= 0 &&
+                         entry.commit();
+    if (!written)
+        qWarning().noquote() << "Cannot write the desktop entry in" << folder;
+}
+
+void LinuxInstallation::removeDownloadMarks(const QString &path)
+{
+    removeOriginAttributes(path);
+}
+
+void LinuxInstallation::start(const QString &path)
+{
+    const QString program = path + QStringLiteral("/bin/quillet");
+    if (!QProcess::startDetached(program, {}, m_places.home))
+        qWarning().noquote() << "Cannot start" << program;
+}
+
+void LinuxInstallation::terminate()
+{
+    // Before the event loop runs, the guard's caller does not start it; if it runs, it ends.
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+} // namespace platform::linux_
