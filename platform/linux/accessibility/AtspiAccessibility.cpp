@@ -1,0 +1,583 @@
+#include "platform/linux/accessibility/AtspiAccessibility.h"
+
+#include "platform/linux/accessibility/CodePoints.h"
+#include "platform/linux/accessibility/ConsentWindow.h"
+#include "platform/linux/accessibility/Elements.h"
+#include "platform/linux/accessibility/FocusSearch.h"
+#include "platform/linux/accessibility/Geometry.h"
+#include "platform/linux/accessibility/OwnWindows.h"
+#include "platform/linux/accessibility/RichText.h"
+#include "platform/linux/accessibility/ValueWriter.h"
+
+namespace platform::linux_
+{
+
+using atspi::Role;
+
+namespace
+{
+
+const QString consentKey = QStringLiteral("accessibility/allowed");
+
+/// How long the states of an element that does not have the focus are believed.
+constexpr int factsLifetime = 50; // milliseconds
+constexpr int mostKnownFacts = 512;
+/// More children than a window can show are data, and no way to look for an input.
+constexpr int mostChildren = 50'000;
+constexpr int deepestClip = 64;
+
+/// The element's data as `Data`, when that is what it is.
+template <typename Data> const Data *as(const AXUIElement &element)
+{
+    return dynamic_cast<const Data *>(element.data());
+}
+
+AXUIElement remote(const ObjectRef &ref)
+{
+    return AXUIElement(std::make_shared<RemoteElement>(ref));
+}
+
+std::optional<QRect> readExtents(DBusMessage &reply)
+{
+    if (!reply.enterStruct("iiii"))
+        return std::nullopt;
+    const auto x = reply.readInt32();
+    const auto y = reply.readInt32();
+    const auto width = reply.readInt32();
+    const auto height = reply.readInt32();
+    if (!x || !y || !width || !height || *width <= 0 || *height <= 0)
+        return std::nullopt;
+    return QRect(*x, *y, *width, *height);
+}
+
+/// Whether an element shows only a part of what lies in it.
+bool clipsItsContents(quint32 role)
+{
+    switch (Role(role)) {
+    case Role::ScrollPane:
+    case Role::Viewport:
+    case Role::Frame:
+    case Role::Window:
+    case Role::Dialog:
+    case Role::InternalFrame:
+    case Role::DocumentWeb:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+AtspiAccessibility::AtspiAccessibility(KeyboardEvents &keyboard, ActiveWindow &activeWindow,
+                                       QSettings &settings, const QByteArray &sessionBus)
+    : m_keyboard(keyboard)
+    , m_activeWindow(activeWindow)
+    , m_settings(settings)
+    , m_bus(sessionBus)
+    , m_focus(m_bus, activeWindow)
+{
+    connect(&m_bus, &AtspiBus::applicationLeft, this, [this](const QByteArray &busName) {
+        m_facts.removeIf([&](auto it) { return it.key().busName == busName; });
+    });
+    applyConsent();
+}
+
+AtspiAccessibility::~AtspiAccessibility()
+{
+    delete m_consentWindow;
+}
+
+bool AtspiAccessibility::hasConsent() const
+{
+    return m_settings.value(consentKey, false).toBool();
+}
+
+void AtspiAccessibility::applyConsent()
+{
+    m_bus.setListening(hasConsent());
+}
+
+bool AtspiAccessibility::AXIsProcessTrusted()
+{
+    if (!hasConsent())
+        return false;
+    if (!m_asked) {
+        // Only the first question waits; later ones find what the bus has reported meanwhile.
+        m_asked = true;
+        m_bus.waitUntilSettled(QDeadlineTimer(AtspiApplication::patience));
+    }
+    return m_bus.isConnected() && m_bus.isEnabled();
+}
+
+void AtspiAccessibility::openAccessibilitySettings()
+{
+    if (!m_consentWindow) {
+        m_consentWindow = new ConsentWindow(m_bus, hasConsent());
+        m_consentWindow->setAttribute(Qt::WA_DeleteOnClose);
+        connect(m_consentWindow, &ConsentWindow::consentChanged, this, [this](bool allowed) {
+            m_settings.setValue(consentKey, allowed);
+            m_settings.sync();
+            applyConsent();
+        });
+    }
+    m_consentWindow->show();
+    m_consentWindow->raise();
+    m_consentWindow->activateWindow();
+}
+
+AXUIElement AtspiAccessibility::AXUIElementCreateSystemWide()
+{
+    return AXUIElement(std::make_shared<SystemWideElement>());
+}
+
+AXError AtspiAccessibility::copyFocusedElement(AXValue &value)
+{
+    m_lastFocus = m_focus.current();
+    switch (m_lastFocus.kind) {
+    case FocusTracker::Kind::Unknown:
+    case FocusTracker::Kind::Waiting:
+        return AXError::CannotComplete;
+    case FocusTracker::Kind::Nothing:
+    case FocusTracker::Kind::Application:
+        value = AXUIElement(std::make_shared<ApplicationElement>(m_lastFocus.pid));
+        return AXError::Success;
+    case FocusTracker::Kind::Own:
+        if (const AXUIElement own = OwnWindows::focusedElement())
+            value = own;
+        else
+            value = AXUIElement(std::make_shared<ApplicationElement>(m_lastFocus.pid));
+        return AXError::Success;
+    case FocusTracker::Kind::Element:
+        value = remote(m_lastFocus.element);
+        return AXError::Success;
+    }
+    return AXError::Failure;
+}
+
+AXError AtspiAccessibility::AXUIElementCopyAttributeValue(const AXUIElement &element,
+                                                          const QString &attribute, AXValue &value)
+{
+    if (!element)
+        return AXError::IllegalArgument;
+    if (const auto *own = as<OwnElement>(element))
+        return OwnWindows::copyAttributeValue(*own, attribute, value);
+    if (!hasConsent())
+        return AXError::APIDisabled;
+    if (as<SystemWideElement>(element)) {
+        if (attribute == QLatin1String("AXFocusedUIElement"))
+            return copyFocusedElement(value);
+        return AXError::AttributeUnsupported;
+    }
+    if (as<ApplicationElement>(element)) {
+        if (attribute != QLatin1String("AXRole"))
+            return AXError::AttributeUnsupported;
+        value = QStringLiteral("AXApplication");
+        return AXError::Success;
+    }
+    if (const auto *other = as<RemoteElement>(element))
+        return copyRemoteValue(*other, attribute, value);
+    return AXError::IllegalArgument;
+}
+
+AXError AtspiAccessibility::factsOf(const RemoteElement &element, AtspiApplication *&application,
+                                    ElementFacts &facts)
+{
+    application = m_bus.application(element.ref().busName);
+    if (!application)
+        return AXError::InvalidUIElement;
+    if (m_lastFocus.kind == FocusTracker::Kind::Element && m_lastFocus.element == element.ref()) {
+        facts = m_lastFocus.facts;
+        return AXError::Success;
+    }
+    const auto known = m_facts.constFind(element.ref());
+    if (known != m_facts.cend() && known->since.elapsed() < factsLifetime) {
+        facts = known->facts;
+        return AXError::Success;
+    }
+    if (!fetchFacts(*application, element.ref().path, facts))
+        return application->isAnswering() ? AXError::InvalidUIElement : AXError::CannotComplete;
+    if (facts.has(atspi::State::Defunct))
+        return AXError::InvalidUIElement;
+    if (m_facts.size() >= mostKnownFacts)
+        m_facts.clear();
+    KnownFacts &fresh = m_facts[element.ref()];
+    fresh.facts = facts;
+    fresh.since.start();
+    return AXError::Success;
+}
+
+AXError AtspiAccessibility::copyRemoteValue(const RemoteElement &element, const QString &attribute,
+                                            AXValue &value)
+{
+    AtspiApplication *application = nullptr;
+    ElementFacts facts;
+    if (const AXError error = factsOf(element, application, facts); error != AXError::Success)
+        return error;
+    if (attribute == QLatin1String("AXRole")) {
+        value = axRole(facts);
+        return AXError::Success;
+    }
+    if (attribute == QLatin1String("AXEditable")) {
+        value = isEditable(facts);
+        return AXError::Success;
+    }
+    if (attribute == QLatin1String("AXSubrole")) {
+        if (isPassword(facts))
+            value = QStringLiteral("AXSecureTextField");
+        else if (isDocument(facts) && isEditable(facts))
+            value = QStringLiteral("AXEditor");
+        else
+            return AXError::AttributeUnsupported;
+        return AXError::Success;
+    }
+    if (!application->isAnswering())
+        return AXError::CannotComplete;
+    if (attribute == QLatin1String("AXValue")) {
+        if (hasTextValue(facts))
+            return copyText(*application, element.ref().path, value);
+        if (isPassword(facts))
+            return AXError::NoValue;
+        if (!facts.has(ElementFacts::Value))
+            return AXError::AttributeUnsupported;
+        std::optional<double> number;
+        Pipeline pipeline(*application);
+        pipeline.property(element.ref().path, atspi::ValueInterface, "CurrentValue", "d",
+                          [&](DBusMessage &reply) { number = reply.readDouble(); });
+        if (!pipeline.wait())
+            return AXError::CannotComplete;
+        if (!number)
+            return AXError::NoValue;
+        value = *number;
+        return AXError::Success;
+    }
+    if (attribute == QLatin1String("AXSelectedText") ||
+        attribute == QLatin1String("AXSelectedTextRange")) {
+        if (!hasTextValue(facts))
+            return isPassword(facts) ? AXError::NoValue : AXError::AttributeUnsupported;
+        return copySelection(*application, element.ref().path,
+                             attribute == QLatin1String("AXSelectedTextRange"), value);
+    }
+    if (attribute == QLatin1String("AXChildren"))
+        return copyChildren(*application, element.ref().path, value);
+    if (attribute == QLatin1String("AXFrame"))
+        return copyFrame(*application, element.ref(), facts, value);
+    if (attribute == QLatin1String("AXFocusedUIElement") && isDocument(facts))
+        return copyFocusedBelow(element, value);
+    return AXError::AttributeUnsupported;
+}
+
+AXError AtspiAccessibility::copyText(AtspiApplication &application, const QByteArray &path,
+                                     AXValue &value)
+{
+    struct Result {
+        bool done = false;
+        std::optional<QString> text;
+    };
+    const auto result = std::make_shared<Result>();
+    readRichText(application, path, [result](const std::optional<QString> &text) {
+        result->done = true;
+        result->text = text;
+    });
+    if (!application.waitFor([result] { return result->done; },
+                             QDeadlineTimer(AtspiApplication::patience))) {
+        application.missedDeadline();
+        return AXError::CannotComplete;
+    }
+    if (!result->text)
+        return AXError::Failure;
+    value = withLineFeeds(*result->text);
+    return AXError::Success;
+}
+
+AXError AtspiAccessibility::copySelection(AtspiApplication &application, const QByteArray &path,
+                                          bool range, AXValue &value)
+{
+    QString text;
+    std::optional<qint32> caret;
+    qint32 selections = 0;
+    std::optional<std::pair<qint32, qint32>> selection;
+    Pipeline pipeline(application);
+    pipeline.call(
+        path, atspi::TextInterface, "GetText",
+        [&](DBusMessage &reply) { text = reply.readString().value_or(QString()); }, "ii", 0, -1);
+    pipeline.property(path, atspi::TextInterface, "CaretOffset", "i",
+                      [&](DBusMessage &reply) { caret = reply.readInt32(); });
+    pipeline.call(path, atspi::TextInterface, "GetNSelections",
+                  [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
+    pipeline.call(
+        path, atspi::TextInterface, "GetSelection",
+        [&](DBusMessage &reply) {
+            const auto start = reply.readInt32();
+            const auto end = reply.readInt32();
+            if (start && end)
+                selection = {*start, *end};
+        },
+        "i", 0);
+    if (!pipeline.wait())
+        return AXError::CannotComplete;
+    if (selections <= 0 || !selection) {
+        if (!caret || *caret < 0)
+            return AXError::NoValue;
+        selection = {*caret, *caret};
+    }
+    const CFRange found = utf16Range(text, selection->first, selection->second);
+    if (range)
+        value = found;
+    else
+        value = withLineFeeds(
+            text.mid(found.location, found.length).remove(QChar::ObjectReplacementCharacter));
+    return AXError::Success;
+}
+
+AXError AtspiAccessibility::copyChildren(AtspiApplication &application, const QByteArray &path,
+                                         AXValue &value)
+{
+    std::optional<qint32> count;
+    Pipeline first(application);
+    first.property(path, atspi::AccessibleInterface, "ChildCount", "i",
+                   [&](DBusMessage &reply) { count = reply.readInt32(); });
+    if (!first.wait())
+        return AXError::CannotComplete;
+    // Asking a spreadsheet for all of its cells would stop it.
+    if (count.value_or(0) > mostChildren)
+        return AXError::CannotComplete;
+    std::optional<QList<ObjectRef>> refs;
+    Pipeline second(application);
+    second.call(path, atspi::AccessibleInterface, "GetChildren",
+                [&](DBusMessage &reply) { refs = reply.readObjects(); });
+    if (!second.wait())
+        return AXError::CannotComplete;
+    if (!refs)
+        return AXError::InvalidUIElement;
+    QList<AXUIElement> children;
+    for (const ObjectRef &ref : std::as_const(*refs)) {
+        if (!ref.isNull())
+            children.append(remote(ref));
+    }
+    value = children;
+    return AXError::Success;
+}
+
+AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const ObjectRef &element,
+                                      const ElementFacts &facts, AXValue &value)
+{
+    const QDeadlineTimer deadline(AtspiApplication::patience);
+    std::optional<QRect> extents;
+    ObjectRef parent;
+    const auto askParent = [](Pipeline &pipeline, const QByteArray &path, ObjectRef &to) {
+        pipeline.property(
+            path, atspi::AccessibleInterface, "Parent", "(so)",
+            [&to](DBusMessage &reply) { to = reply.readObject().value_or(ObjectRef()); });
+    };
+    {
+        Pipeline pipeline(application);
+        pipeline.call(
+            element.path, atspi::ComponentInterface, "GetExtents",
+            [&](DBusMessage &reply) { extents = readExtents(reply); }, "u",
+            quint32(atspi::CoordType::Screen));
+        askParent(pipeline, element.path, parent);
+        if (!pipeline.wait(deadline))
+            return AXError::CannotComplete;
+    }
+    if (!extents)
+        return AXError::NoValue;
+    QRect visible = *extents;
+    // A text that scrolls may report all of itself: the part that can be seen is what lies in each
+    // element around it that clips.
+    for (int depth = 0;
+         depth < deepestClip && !parent.isNull() && parent.busName == element.busName; ++depth) {
+        quint32 role = 0;
+        std::optional<QRect> around;
+        ObjectRef next;
+        Pipeline pipeline(application);
+        pipeline.call(parent.path, atspi::AccessibleInterface, "GetRole",
+                      [&](DBusMessage &reply) { role = reply.readUInt32().value_or(0); });
+        pipeline.call(
+            parent.path, atspi::ComponentInterface, "GetExtents",
+            [&](DBusMessage &reply) { around = readExtents(reply); }, "u",
+            quint32(atspi::CoordType::Screen));
+        askParent(pipeline, parent.path, next);
+        if (!pipeline.wait(deadline))
+            return AXError::CannotComplete;
+        if (Role(role) == Role::Application)
+            break;
+        if (around && clipsItsContents(role))
+            visible = visible.intersected(*around);
+        parent = next;
+    }
+    const auto window = m_focus.windowOf(element.busName);
+    const auto place = window ? m_activeWindow.geometry(*window) : std::nullopt;
+    // GTK 4 does not know where its windows are, and answers relative to them.
+    if (facts.toolkit == "GTK") {
+        if (!place)
+            return AXError::NoValue;
+        visible.translate(place->topLeft());
+    }
+    if (place && place->intersects(visible))
+        visible = visible.intersected(*place);
+    const QList<ScreenGeometry> screens = currentScreens();
+    if (!isPlausible(visible, screens))
+        return AXError::NoValue;
+    value = toPoints(visible, screens);
+    return AXError::Success;
+}
+
+AXError AtspiAccessibility::copyFocusedBelow(const RemoteElement &element, AXValue &value)
+{
+    // The focused element of the desktop is the only one that anything can have.
+    const FocusTracker::Focus focus = m_focus.current();
+    if (focus.kind != FocusTracker::Kind::Element || focus.element == element.ref() ||
+        focus.element.busName != element.ref().busName)
+        return AXError::NoValue;
+    AtspiApplication *application = m_bus.application(element.ref().busName);
+    if (!application)
+        return AXError::InvalidUIElement;
+    ObjectRef above = focus.element;
+    for (int depth = 0; depth < deepestClip; ++depth) {
+        ObjectRef parent;
+        Pipeline pipeline(*application);
+        pipeline.property(
+            above.path, atspi::AccessibleInterface, "Parent", "(so)",
+            [&](DBusMessage &reply) { parent = reply.readObject().value_or(ObjectRef()); });
+        if (!pipeline.wait())
+            return AXError::CannotComplete;
+        if (parent == element.ref()) {
+            value = remote(focus.element);
+            return AXError::Success;
+        }
+        if (parent.isNull() || parent.busName != element.ref().busName)
+            break;
+        above = parent;
+    }
+    return AXError::NoValue;
+}
+
+AXError AtspiAccessibility::AXUIElementCopyAttributeNames(const AXUIElement &element,
+                                                          QStringList &names)
+{
+    if (!element)
+        return AXError::IllegalArgument;
+    if (const auto *own = as<OwnElement>(element))
+        return OwnWindows::copyAttributeNames(*own, names);
+    if (!hasConsent())
+        return AXError::APIDisabled;
+    if (as<SystemWideElement>(element)) {
+        names = {QStringLiteral("AXFocusedUIElement")};
+        return AXError::Success;
+    }
+    if (as<ApplicationElement>(element)) {
+        names = {QStringLiteral("AXRole")};
+        return AXError::Success;
+    }
+    const auto *other = as<RemoteElement>(element);
+    if (!other)
+        return AXError::IllegalArgument;
+    AtspiApplication *application = nullptr;
+    ElementFacts facts;
+    if (const AXError error = factsOf(*other, application, facts); error != AXError::Success)
+        return error;
+    names = attributeNames(facts);
+    return AXError::Success;
+}
+
+AXError AtspiAccessibility::AXUIElementIsAttributeSettable(const AXUIElement &element,
+                                                           const QString &attribute, bool &settable)
+{
+    if (!element)
+        return AXError::IllegalArgument;
+    if (const auto *own = as<OwnElement>(element))
+        return OwnWindows::isAttributeSettable(*own, attribute, settable);
+    if (!hasConsent())
+        return AXError::APIDisabled;
+    const auto *other = as<RemoteElement>(element);
+    if (!other) {
+        settable = false;
+        return AXError::Success;
+    }
+    AtspiApplication *application = nullptr;
+    ElementFacts facts;
+    if (const AXError error = factsOf(*other, application, facts); error != AXError::Success)
+        return error;
+    settable = attribute == QLatin1String("AXValue") &&
+               isValueSettable(facts, m_focus.hasFocus(other->ref()));
+    return AXError::Success;
+}
+
+void AtspiAccessibility::AXUIElementSetAttributeValue(const AXUIElement &element,
+                                                      const QString &attribute,
+                                                      const AXValue &value,
+                                                      std::function<void(AXError)> completion)
+{
+    if (const auto *own = as<OwnElement>(element)) {
+        completion(OwnWindows::setAttributeValue(*own, attribute, value));
+        return;
+    }
+    const auto *other = as<RemoteElement>(element);
+    const QString *const text = std::get_if<QString>(&value);
+    bool settable = false;
+    AXError error = other ? AXUIElementIsAttributeSettable(element, attribute, settable)
+                          : AXError::IllegalArgument;
+    if (error == AXError::Success && !settable)
+        error = AXError::AttributeUnsupported;
+    if (error == AXError::Success && !text)
+        error = AXError::IllegalArgument;
+    AtspiApplication *application = nullptr;
+    ElementFacts facts;
+    if (error == AXError::Success)
+        error = factsOf(*other, application, facts);
+    if (error == AXError::Success && !application->isAnswering())
+        error = AXError::CannotComplete;
+    if (error != AXError::Success) {
+        completion(error);
+        return;
+    }
+    auto *writer = new ValueWriter(*application, other->ref(), facts, *text, m_focus, m_keyboard,
+                                   std::move(completion));
+    writer->setParent(this);
+    writer->start();
+    // Most applications take the value at once. One that types is waited for in the event loop.
+    if (facts.has(ElementFacts::EditableText) &&
+        application->waitFor([writer] { return writer->isDone(); },
+                             QDeadlineTimer(AtspiApplication::patience)))
+        writer->deliver();
+}
+
+AXError AtspiAccessibility::AXUIElementGetPid(const AXUIElement &element, std::int32_t &pid)
+{
+    if (as<OwnElement>(element)) {
+        pid = std::int32_t(QCoreApplication::applicationPid());
+        return AXError::Success;
+    }
+    if (const auto *application = as<ApplicationElement>(element)) {
+        if (application->pid() == 0)
+            return AXError::InvalidUIElement;
+        pid = application->pid();
+        return AXError::Success;
+    }
+    if (const auto *other = as<RemoteElement>(element)) {
+        const AtspiApplication *application = m_bus.application(other->ref().busName);
+        if (!application)
+            return AXError::InvalidUIElement;
+        pid = application->pid();
+        return AXError::Success;
+    }
+    return AXError::IllegalArgument;
+}
+
+Accessibility::Answer AtspiAccessibility::containsEditableText(const AXUIElement &)
+{
+    return Answer::Unsupported;
+}
+
+bool AtspiAccessibility::copyTreeText(const AXUIElement &, std::function<void(const QString &)>)
+{
+    return false;
+}
+
+QString AtspiAccessibility::adviceForFocusedApplication()
+{
+    return {};
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+#include "platform/linux/accessibility/AtspiBus.h"
+#include "platform/linux/accessibility/FocusTracker.h"
+
+#include <QPointer>
+#include <QSettings>
+
+namespace platform
+{
+class KeyboardEvents;
+}
+
+namespace platform::linux_
+{
+
+class ConsentWindow;
+class RemoteElement;
+
+/// The accessibility service of the Linux desktop: AT-SPI 2. See platform/Accessibility.h for what
+/// the operations promise. Main thread only.
+///
+/// Errors: InvalidUIElement for an element that is gone, CannotComplete for an application that
+/// does not answer in time, AttributeUnsupported and NoValue for what an element does not have,
+/// APIDisabled while the user has not allowed it.
+class AtspiAccessibility : public QObject, public Accessibility
+{
+    Q_OBJECT
+public:
+    /// `settings` keeps the user's consent; `keyboard` types into inputs that take no other way;
+    /// all three must outlive this object. `sessionBus`: address, empty for the environment's.
+    AtspiAccessibility(KeyboardEvents &keyboard, ActiveWindow &activeWindow, QSettings &settings,
+                       const QByteArray &sessionBus = {});
+    ~AtspiAccessibility() override;
+
+    bool AXIsProcessTrusted() override;
+    void openAccessibilitySettings() override;
+    AXUIElement AXUIElementCreateSystemWide() override;
+    AXError AXUIElementCopyAttributeValue(const AXUIElement &element, const QString &attribute,
+                                          AXValue &value) override;
+    AXError AXUIElementCopyAttributeNames(const AXUIElement &element, QStringList &names) override;
+    AXError AXUIElementIsAttributeSettable(const AXUIElement &element, const QString &attribute,
+                                           bool &settable) override;
+    void AXUIElementSetAttributeValue(const AXUIElement &element, const QString &attribute,
+                                      const AXValue &value,
+                                      std::function<void(AXError)> completion) override;
+    AXError AXUIElementGetPid(const AXUIElement &element, std::int32_t &pid) override;
+    Answer containsEditableText(const AXUIElement &element) override;
+    bool copyTreeText(const AXUIElement &element,
+                      std::function<void(const QString &)> completion) override;
+    QString adviceForFocusedApplication() override;
+
+    AtspiBus &bus() { return m_bus; }
+    FocusTracker &focus() { return m_focus; }
+
+private:
+    struct KnownFacts {
+        ElementFacts facts;
+        QElapsedTimer since;
+    };
+
+    AXError copyFocusedElement(AXValue &value);
+    AXError copyRemoteValue(const RemoteElement &element, const QString &attribute, AXValue &value);
+    AXError factsOf(const RemoteElement &element, AtspiApplication *&application,
+                    ElementFacts &facts);
+    AXError copyText(AtspiApplication &application, const QByteArray &path, AXValue &value);
+    AXError copySelection(AtspiApplication &application, const QByteArray &path, bool range,
+                          AXValue &value);
+    AXError copyChildren(AtspiApplication &application, const QByteArray &path, AXValue &value);
+    AXError copyFrame(AtspiApplication &application, const ObjectRef &element,
+                      const ElementFacts &facts, AXValue &value);
+    AXError copyFocusedBelow(const RemoteElement &element, AXValue &value);
+    bool hasConsent() const;
+    void applyConsent();
+
+    KeyboardEvents &m_keyboard;
+    ActiveWindow &m_activeWindow;
+    QSettings &m_settings;
+    AtspiBus m_bus;
+    FocusTracker m_focus;
+    QHash<ObjectRef, KnownFacts> m_facts;
+    FocusTracker::Focus m_lastFocus;
+    QPointer<ConsentWindow> m_consentWindow;
+    bool m_asked = false;
+};
+
+} // namespace platform::linux_

@@ -1,0 +1,356 @@
+#include "platform/linux/accessibility/AtspiBus.h"
+
+#include "platform/linux/accessibility/AtspiProtocol.h"
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+constexpr char a11yBusName[] = "org.a11y.Bus";
+constexpr char a11yBusPath[] = "/org/a11y/bus";
+constexpr char a11yStatus[] = "org.a11y.Status";
+constexpr char dbusName[] = "org.freedesktop.DBus";
+constexpr char dbusPath[] = "/org/freedesktop/DBus";
+
+/// Who starts the service may take long on a busy machine.
+constexpr quint64 serviceLimit = 30'000'000; // microseconds
+
+/// Registered with the registry, and the signals that applications send for them. Chromium, GTK and
+/// Qt send only what somebody has registered for.
+struct Listener {
+    const char *event;
+    const char *rule;
+};
+constexpr Listener listeners[] = {
+    {"object:state-changed:focused",
+     "type='signal',interface='org.a11y.atspi.Event.Object',member='StateChanged',arg0='focused'"},
+    {"window:activate", "type='signal',interface='org.a11y.atspi.Event.Window',member='Activate'"},
+    {"window:deactivate",
+     "type='signal',interface='org.a11y.atspi.Event.Window',member='Deactivate'"},
+    {"document:load-complete",
+     "type='signal',interface='org.a11y.atspi.Event.Document',member='LoadComplete'"},
+};
+
+QByteArray sessionAddressFromEnvironment()
+{
+    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.isEmpty())
+        return address;
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    return runtime.isEmpty() ? QByteArray() : "unix:path=" + runtime + "/bus";
+}
+
+} // namespace
+
+AtspiBus::AtspiBus(const QByteArray &sessionAddress, QObject *parent)
+    : QObject(parent)
+    , m_sessionAddress(sessionAddress)
+{
+    if (m_sessionAddress.isEmpty())
+        m_sessionAddress = sessionAddressFromEnvironment();
+    m_retry.setSingleShot(true);
+    connect(&m_retry, &QTimer::timeout, this, [this] {
+        if (!m_session)
+            connectSession();
+        else
+            askForBus();
+    });
+    connectSession();
+}
+
+AtspiBus::~AtspiBus() = default;
+
+void AtspiBus::connectSession()
+{
+    m_session = DBusConnection::open(m_sessionAddress, DBusConnection::Kind::Bus, this);
+    if (!m_session) {
+        setService(Service::Missing, false);
+        retry();
+        return;
+    }
+    connect(m_session, &DBusConnection::closed, this, [this] {
+        m_session->deleteLater();
+        m_session = nullptr;
+        disconnectBus();
+        setService(Service::Missing, false);
+        retry();
+    });
+    m_session->addMatch("type='signal',sender='org.a11y.Bus',path='/org/a11y/bus',"
+                        "interface='org.freedesktop.DBus.Properties',member='PropertiesChanged',"
+                        "arg0='org.a11y.Status'",
+                        [this](DBusMessage &) { readEnabled(); });
+    m_session->addMatch("type='signal',sender='org.freedesktop.DBus',"
+                        "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
+                        "arg0='org.a11y.Bus'",
+                        [this](DBusMessage &) {
+                            readEnabled();
+                            if (m_listening && !m_calls)
+                                askForBus();
+                        });
+    readEnabled();
+    if (m_listening)
+        askForBus();
+}
+
+void AtspiBus::readEnabled()
+{
+    if (!m_session)
+        return;
+    m_session->call(
+        a11yBusName, a11yBusPath, atspi::PropertiesInterface, "Get",
+        [this](DBusMessage &reply) {
+            if (!reply.enterVariant("b")) {
+                setService(Service::Missing, false);
+                return;
+            }
+            setService(Service::Present, reply.readBool().value_or(false));
+        },
+        serviceLimit, "ss", a11yStatus, "IsEnabled");
+}
+
+void AtspiBus::setService(Service service, bool enabled)
+{
+    if (m_service == service && m_enabled == enabled)
+        return;
+    m_service = service;
+    m_enabled = enabled;
+    Q_EMIT changed();
+}
+
+void AtspiBus::setEnabled(bool enabled)
+{
+    if (!m_session)
+        return;
+    m_session->call(
+        a11yBusName, a11yBusPath, atspi::PropertiesInterface, "Set",
+        [this](DBusMessage &) { readEnabled(); }, serviceLimit, "ssv", a11yStatus, "IsEnabled", "b",
+        int(enabled));
+}
+
+void AtspiBus::setListening(bool listening)
+{
+    if (m_listening == listening)
+        return;
+    m_listening = listening;
+    if (listening)
+        askForBus();
+    else
+        disconnectBus();
+}
+
+bool AtspiBus::isConnected() const
+{
+    return m_calls && m_calls->isReady() && m_events && m_events->isReady();
+}
+
+void AtspiBus::askForBus()
+{
+    if (!m_session || m_calls || m_asking || !m_listening)
+        return;
+    m_asking = m_session->call(
+        a11yBusName, a11yBusPath, a11yBusName, "GetAddress",
+        [this](DBusMessage &reply) {
+            m_asking = false;
+            const auto address = reply.readBytes();
+            if (address && !address->isEmpty() && m_listening)
+                connectBus(*address);
+            else if (m_listening)
+                retry();
+        },
+        serviceLimit);
+    if (!m_asking)
+        retry();
+}
+
+void AtspiBus::retry()
+{
+    if (m_retry.isActive())
+        return;
+    m_retry.start(std::min(100 << std::min(m_failures, 6), 5000));
+    ++m_failures;
+}
+
+void AtspiBus::connectBus(const QByteArray &address)
+{
+    m_calls = DBusConnection::open(address, DBusConnection::Kind::Bus, this);
+    m_events = DBusConnection::open(address, DBusConnection::Kind::Bus, this);
+    if (!m_calls || !m_events) {
+        disconnectBus();
+        retry();
+        return;
+    }
+    for (DBusConnection *connection : {m_calls, m_events}) {
+        connect(connection, &DBusConnection::closed, this, [this] {
+            disconnectBus();
+            readEnabled();
+            retry();
+        });
+    }
+    listen();
+    Q_EMIT changed();
+}
+
+void AtspiBus::disconnectBus()
+{
+    const bool was = m_calls != nullptr;
+    m_namesListed = false;
+    m_unknownProcesses.clear();
+    m_registryOwner.clear();
+    while (!m_applications.empty())
+        removeName(QByteArray(m_applications.back()->busName()));
+    for (DBusConnection **connection : {&m_calls, &m_events}) {
+        if (*connection) {
+            (*connection)->disconnect(this);
+            (*connection)->deleteLater();
+            *connection = nullptr;
+        }
+    }
+    if (was)
+        Q_EMIT changed();
+}
+
+void AtspiBus::listen()
+{
+    for (const Listener &listener : listeners) {
+        m_events->addMatch(listener.rule, [this](DBusMessage &event) {
+            m_failures = 0;
+            const ObjectRef source{event.sender(), event.path()};
+            const QByteArray member = event.member();
+            if (member == "StateChanged") {
+                if (event.readBytes() != "focused")
+                    return;
+                Q_EMIT focusChanged(source, event.readInt32().value_or(0) != 0);
+            } else if (member == "LoadComplete") {
+                Q_EMIT contentChanged(source.busName);
+            } else {
+                Q_EMIT windowActivated(source, member == "Activate");
+            }
+        });
+    }
+    m_events->addMatch("type='signal',sender='org.freedesktop.DBus',"
+                       "interface='org.freedesktop.DBus',member='NameOwnerChanged'",
+                       [this](DBusMessage &event) {
+                           const QByteArray name = event.readBytes().value_or(QByteArray());
+                           event.readBytes();
+                           const QByteArray owner = event.readBytes().value_or(QByteArray());
+                           if (name == atspi::registryName) {
+                               // A new registry knows nothing of us; none at all is started by
+                               // asking it.
+                               if (owner != m_registryOwner)
+                                   QTimer::singleShot(owner.isEmpty() ? 300 : 0, this,
+                                                      &AtspiBus::registerListeners);
+                               m_registryOwner = owner;
+                           } else if (name.startsWith(':')) {
+                               if (owner.isEmpty())
+                                   removeName(name);
+                               else
+                                   addName(name);
+                           }
+                       });
+    registerListeners();
+    m_calls->call(
+        dbusName, dbusPath, dbusName, "ListNames",
+        [this](DBusMessage &reply) {
+            for (const QByteArray &name : reply.readStrings().value_or(QList<QByteArray>())) {
+                if (name.startsWith(':'))
+                    addName(name);
+            }
+            m_namesListed = true;
+        },
+        serviceLimit);
+}
+
+void AtspiBus::registerListeners()
+{
+    if (!m_events)
+        return;
+    for (const Listener &listener : listeners) {
+        sd_bus_message *message = m_events->newCall(atspi::registryName, atspi::registryPath,
+                                                    atspi::RegistryInterface, "RegisterEvent");
+        if (!message)
+            return;
+        // The event, the properties to send along, and the only application to listen to.
+        sd_bus_message_append(message, "sass", listener.event, 0, "");
+        m_events->send(
+            message, [](DBusMessage &) {}, serviceLimit);
+    }
+}
+
+void AtspiBus::addName(const QByteArray &name)
+{
+    if (!m_calls || m_unknownProcesses.contains(name) || application(name))
+        return;
+    m_unknownProcesses.insert(name);
+    m_calls->call(
+        dbusName, dbusPath, dbusName, "GetConnectionUnixProcessID",
+        [this, name](DBusMessage &reply) {
+            if (!m_unknownProcesses.remove(name))
+                return;
+            // Our own windows are never asked over the bus: the answer would have to come from us.
+            const qint32 pid = qint32(reply.readUInt32().value_or(0));
+            if (pid != getpid() && !reply.isError())
+                m_applications.push_back(std::make_unique<AtspiApplication>(name, pid, m_calls));
+        },
+        serviceLimit, "s", name.constData());
+}
+
+void AtspiBus::removeName(const QByteArray &name)
+{
+    m_unknownProcesses.remove(name);
+    const auto found = std::find_if(m_applications.begin(), m_applications.end(),
+                                    [&](const auto &each) { return each->busName() == name; });
+    if (found == m_applications.end())
+        return;
+    // Its connection may be the one that is being served right now.
+    found->release()->deleteLater();
+    m_applications.erase(found);
+    Q_EMIT applicationLeft(name);
+}
+
+void AtspiBus::waitUntilSettled(QDeadlineTimer deadline)
+{
+    if (m_session && (m_service == Service::Unknown || (m_listening && !m_calls)))
+        m_session->waitFor(
+            [this] {
+                return m_service != Service::Unknown &&
+                       (!m_listening || m_calls || m_service == Service::Missing);
+            },
+            deadline);
+    if (m_events && !m_events->isReady())
+        m_events->waitFor([this] { return m_events->isReady(); }, deadline);
+    if (m_calls && (!m_namesListed || !m_unknownProcesses.isEmpty()))
+        m_calls->waitFor([this] { return m_namesListed && m_unknownProcesses.isEmpty(); },
+                         deadline);
+}
+
+void AtspiBus::catchUp()
+{
+    if (m_events)
+        m_events->catchUp();
+}
+
+AtspiApplication *AtspiBus::application(const QByteArray &busName)
+{
+    for (const auto &each : m_applications) {
+        if (each->busName() == busName)
+            return each.get();
+    }
+    return nullptr;
+}
+
+QList<AtspiApplication *> AtspiBus::applications(qint32 pid)
+{
+    QList<AtspiApplication *> found;
+    for (const auto &each : m_applications) {
+        if (each->pid() == pid)
+            found.append(each.get());
+    }
+    return found;
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "platform/linux/accessibility/AtspiApplication.h"
+#include "platform/linux/accessibility/DBusConnection.h"
+
+#include <QHash>
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+
+#include <memory>
+#include <vector>
+
+namespace platform::linux_
+{
+
+/// The desktop's accessibility service as it comes and goes: its switch on the session bus, the
+/// accessibility bus, the registry, and the applications on it. Connects again and registers its
+/// listeners again by itself. Listens to other applications only while listening is asked for.
+/// Main thread only.
+class AtspiBus : public QObject
+{
+    Q_OBJECT
+public:
+    enum class Service {
+        /// Not heard from yet.
+        Unknown,
+        /// There is no session bus, or nobody on it who offers accessibility.
+        Missing,
+        Present,
+    };
+
+    /// `sessionAddress`: of the session bus; empty for the one that the environment names.
+    explicit AtspiBus(const QByteArray &sessionAddress = {}, QObject *parent = nullptr);
+    ~AtspiBus() override;
+
+    Service service() const { return m_service; }
+    /// org.a11y.Status IsEnabled: whether applications show their elements.
+    bool isEnabled() const { return m_enabled; }
+    /// Switches it; does not wait.
+    void setEnabled(bool enabled);
+
+    void setListening(bool listening);
+    /// True while the accessibility bus answers.
+    bool isConnected() const;
+
+    /// Waits until it is known whether the service is there, and, while listening, until the
+    /// applications' processes are known, at most until `deadline`.
+    void waitUntilSettled(QDeadlineTimer deadline);
+
+    /// Takes in what applications have reported, without waiting.
+    void catchUp();
+
+    /// The application of this bus name; absent when it has left.
+    AtspiApplication *application(const QByteArray &busName);
+    /// Those of the process, in the order in which they came.
+    QList<AtspiApplication *> applications(qint32 pid);
+
+Q_SIGNALS:
+    /// The service, its switch, or the connection has changed.
+    void changed();
+    void focusChanged(const platform::linux_::ObjectRef &element, bool focused);
+    void windowActivated(const platform::linux_::ObjectRef &window, bool active);
+    /// A document was loaded, or parts of one came or went.
+    void contentChanged(const QByteArray &busName);
+    void applicationLeft(const QByteArray &busName);
+
+private:
+    void connectSession();
+    void askForBus();
+    void connectBus(const QByteArray &address);
+    void disconnectBus();
+    void listen();
+    void registerListeners();
+    void addName(const QByteArray &name);
+    void removeName(const QByteArray &name);
+    void readEnabled();
+    void setService(Service service, bool enabled);
+    void retry();
+
+    QByteArray m_sessionAddress;
+    DBusConnection *m_session = nullptr;
+    /// Events have a connection of their own: waiting for an answer never handles an event.
+    DBusConnection *m_events = nullptr;
+    DBusConnection *m_calls = nullptr;
+    QTimer m_retry;
+    int m_failures = 0;
+    Service m_service = Service::Unknown;
+    bool m_enabled = false;
+    bool m_listening = false;
+    bool m_asking = false;
+    bool m_namesListed = false;
+    QByteArray m_registryOwner;
+    QSet<QByteArray> m_unknownProcesses;
+    std::vector<std::unique_ptr<AtspiApplication>> m_applications;
+};
+
+} // namespace platform::linux_

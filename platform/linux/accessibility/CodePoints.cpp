@@ -1,0 +1,46 @@
+#include "platform/linux/accessibility/CodePoints.h"
+
+#include <algorithm>
+
+namespace platform::linux_
+{
+
+qint64 codePointCount(const QString &text)
+{
+    qint64 count = text.size();
+    for (qsizetype i = 1; i < text.size(); ++i) {
+        if (text.at(i).isLowSurrogate() && text.at(i - 1).isHighSurrogate())
+            --count;
+    }
+    return count;
+}
+
+qint64 utf16Offset(const QString &text, qint64 position)
+{
+    qsizetype offset = 0;
+    for (; position > 0 && offset < text.size(); --position) {
+        const bool pair = text.at(offset).isHighSurrogate() && offset + 1 < text.size() &&
+                          text.at(offset + 1).isLowSurrogate();
+        offset += pair ? 2 : 1;
+    }
+    return offset;
+}
+
+CFRange utf16Range(const QString &text, qint64 start, qint64 end)
+{
+    if (end < start)
+        std::swap(start, end);
+    const qint64 first = utf16Offset(text, start);
+    return {first, utf16Offset(text, end) - first};
+}
+
+QString withLineFeeds(QString text)
+{
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    text.replace(QChar::LineSeparator, QLatin1Char('\n'));
+    text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    return text;
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Accessibility.h"
+
+#include <QString>
+
+namespace platform::linux_
+{
+
+/// AT-SPI counts characters (code points), the contract counts UTF-16 units.
+qint64 codePointCount(const QString &text);
+
+/// The UTF-16 offset of the character at `position`, the text's end when there are fewer.
+qint64 utf16Offset(const QString &text, qint64 position);
+
+/// The UTF-16 range of the characters from `start` up to `end`, in whichever order and however far
+/// outside the text an application gives them.
+CFRange utf16Range(const QString &text, qint64 start, qint64 end);
+
+/// The text with every kind of line end as a line feed: toolkits differ in what they make of one.
+QString withLineFeeds(QString text);
+
+} // namespace platform::linux_

@@ -1,0 +1,192 @@
+#include "platform/linux/accessibility/ConsentWindow.h"
+
+#include "platform/linux/accessibility/AtspiBus.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QProcess>
+#include <QVBoxLayout>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+constexpr int iconSize = 40;
+
+const QColor on(0x2f, 0x9e, 0x60);
+
+/// A check box that looks like a switch.
+class Switch : public QCheckBox
+{
+public:
+    using QCheckBox::QCheckBox;
+
+    QSize sizeHint() const override { return {46, 26}; }
+
+protected:
+    bool hitButton(const QPoint &position) const override { return rect().contains(position); }
+
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QRectF track(0, 0, 46, 26);
+        track.moveCenter(QRectF(rect()).center());
+        track.adjust(1, 1, -1, -1);
+        QColor off = palette().color(QPalette::WindowText);
+        off.setAlphaF(0.28F);
+        painter.setPen(hasFocus() ? QPen(palette().color(QPalette::Highlight), 2)
+                                  : QPen(Qt::NoPen));
+        painter.setBrush(isChecked() ? on : off);
+        painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
+        QRectF knob(0, 0, track.height() - 4, track.height() - 4);
+        knob.moveTop(track.top() + 2);
+        if (isChecked() != isRightToLeft())
+            knob.moveRight(track.right() - 2);
+        else
+            knob.moveLeft(track.left() + 2);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawEllipse(knob);
+    }
+};
+
+/// GNOME and its relatives keep the switch among their settings and set it again at login. Absent
+/// schemas and programs are no failure: then the session's own switch is all there is.
+void keepInDesktopSettings()
+{
+    QProcess::startDetached(QStringLiteral("gsettings"),
+                            {QStringLiteral("set"), QStringLiteral("org.gnome.desktop.interface"),
+                             QStringLiteral("toolkit-accessibility"), QStringLiteral("true")});
+}
+
+QPixmap applicationIcon(qreal scale)
+{
+    const QIcon icon = QApplication::windowIcon();
+    if (!icon.isNull())
+        return icon.pixmap(QSize(iconSize, iconSize), scale);
+    QPixmap pixmap(QSize(iconSize, iconSize) * scale);
+    pixmap.setDevicePixelRatio(scale);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0x3b, 0x3f, 0x9c));
+    painter.drawRoundedRect(QRectF(0, 0, iconSize, iconSize), 9, 9);
+    QFont font;
+    font.setPixelSize(24);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRectF(0, 0, iconSize, iconSize), Qt::AlignCenter, QStringLiteral("Q"));
+    return pixmap;
+}
+
+} // namespace
+
+ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
+    : m_bus(bus)
+{
+    setWindowTitle(tr("Accessibility"));
+
+    auto *title = new QLabel(tr("Accessibility"));
+    QFont titleFont = title->font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.5);
+    titleFont.setBold(true);
+    title->setFont(titleFont);
+
+    auto *explanation = new QLabel(
+        tr("Applications in this list may see which text field you are working in, and read and "
+           "replace the text in it. Passwords are never read."));
+    explanation->setWordWrap(true);
+
+    auto *icon = new QLabel;
+    icon->setPixmap(applicationIcon(devicePixelRatioF()));
+    auto *name = new QLabel(QStringLiteral("Quillet"));
+    QFont nameFont = name->font();
+    nameFont.setPointSizeF(nameFont.pointSizeF() * 1.15);
+    nameFont.setBold(true);
+    name->setFont(nameFont);
+    m_state = new QLabel;
+    m_state->setWordWrap(true);
+    m_state->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto *consent = new Switch;
+    consent->setAccessibleName(QStringLiteral("Quillet"));
+    consent->setChecked(allowed);
+    m_switch = consent;
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(3);
+    texts->addWidget(name);
+    texts->addWidget(m_state);
+
+    auto *row = new QFrame;
+    row->setObjectName(QStringLiteral("row"));
+    row->setStyleSheet(QStringLiteral("#row { background: palette(base); border: 1px solid "
+                                      "palette(mid); border-radius: 10px; }"));
+    auto *rowLayout = new QHBoxLayout(row);
+    rowLayout->setContentsMargins(16, 14, 16, 14);
+    rowLayout->setSpacing(14);
+    rowLayout->addWidget(icon, 0, Qt::AlignTop);
+    rowLayout->addLayout(texts, 1);
+    rowLayout->addWidget(consent, 0, Qt::AlignVCenter);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 22, 24, 24);
+    layout->setSpacing(12);
+    layout->addWidget(title);
+    layout->addWidget(explanation);
+    layout->addSpacing(4);
+    layout->addWidget(row);
+    layout->addStretch();
+    setFixedWidth(460);
+    setMinimumHeight(230);
+
+    connect(consent, &QCheckBox::toggled, this, &ConsentWindow::onToggled);
+    connect(&m_bus, &AtspiBus::changed, this, &ConsentWindow::showState);
+    showState();
+}
+
+void ConsentWindow::onToggled(bool allowed)
+{
+    if (allowed) {
+        m_bus.setEnabled(true);
+        keepInDesktopSettings();
+    }
+    Q_EMIT consentChanged(allowed);
+    showState();
+}
+
+void ConsentWindow::showState()
+{
+    QString text;
+    bool wrong = false;
+    if (m_bus.service() == AtspiBus::Service::Missing) {
+        text = tr("The accessibility service of this desktop is not running, so this permission "
+                  "has no effect. Install the package at-spi2-core and log in again.");
+        wrong = true;
+    } else if (!m_switch->isChecked()) {
+        text = tr("Off. Quillet does not see other applications.");
+    } else if (m_bus.service() == AtspiBus::Service::Unknown || !m_bus.isConnected()) {
+        text = tr("On. Connecting to the accessibility service…");
+    } else if (!m_bus.isEnabled()) {
+        text = tr("On, but accessibility is switched off for this desktop. Switch this off and on "
+                  "again.");
+        wrong = true;
+    } else {
+        text = tr("On. Applications that were started before may have to be started again.");
+    }
+    m_state->setText(text);
+    QPalette colours = palette();
+    if (wrong)
+        colours.setColor(QPalette::WindowText, QColor(0xb3, 0x26, 0x1e));
+    m_state->setPalette(colours);
+}
+
+} // namespace platform::linux_

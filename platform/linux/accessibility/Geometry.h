@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QList>
+#include <QRect>
+#include <QRectF>
+
+#include <optional>
+
+namespace platform::linux_
+{
+
+/// A screen, for turning device pixels into points.
+struct ScreenGeometry {
+    /// In points. Qt leaves the origin of a scaled screen where the window system has it.
+    QRect geometry;
+    double scale = 1;
+
+    QRect inPixels() const
+    {
+        return QRect(geometry.topLeft(), QSizeF(QSizeF(geometry.size()) * scale).toSize());
+    }
+};
+
+/// Whether an application's extents can be those of something on a screen.
+bool isPlausible(const QRect &pixels, const QList<ScreenGeometry> &screens);
+
+/// Turns device pixels into points from the top left of the main screen, the first of `screens`.
+QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens);
+
+/// The screens as Qt sees them now, the main one first.
+QList<ScreenGeometry> currentScreens();
+
+} // namespace platform::linux_

@@ -1,0 +1,226 @@
+#include "platform/linux/accessibility/ValueWriter.h"
+
+#include "platform/linux/accessibility/CodePoints.h"
+#include "platform/linux/accessibility/RichText.h"
+
+#include <QTextBoundaryFinder>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+/// What was typed may still be on its way through the application's own scripts.
+constexpr int readBackPause = 40;      // milliseconds
+constexpr int readBackPatience = 2500; // milliseconds without any progress
+/// An application that does not answer keeps the caller waiting no longer than this.
+constexpr int answerPatience = 20'000; // milliseconds
+
+QList<KeyboardEvent> keyboardEvents(const QString &text)
+{
+    QList<KeyboardEvent> events;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    for (qsizetype start = 0, end = 0; start < text.size(); start = end) {
+        end = finder.toNextBoundary();
+        if (end <= start)
+            end = text.size();
+        const QString character = text.mid(start, end - start);
+        events.append({true, character});
+        events.append({false, character});
+    }
+    return events;
+}
+
+} // namespace
+
+bool isValueSettable(const ElementFacts &facts, bool focused)
+{
+    return isEditable(facts) && hasTextValue(facts) &&
+           (facts.has(ElementFacts::EditableText) || focused);
+}
+
+ValueWriter::ValueWriter(AtspiApplication &application, ObjectRef element, ElementFacts facts,
+                         QString text, FocusTracker &focus, KeyboardEvents &keyboard,
+                         std::function<void(AXError)> completion)
+    : m_application(&application)
+    , m_element(std::move(element))
+    , m_facts(std::move(facts))
+    , m_text(withLineFeeds(std::move(text)))
+    , m_focus(focus)
+    , m_keyboard(keyboard)
+    , m_completion(std::move(completion))
+{
+    connect(&application, &QObject::destroyed, this, [this] { finish(AXError::InvalidUIElement); });
+    QTimer::singleShot(answerPatience, this, [this] {
+        if (!m_application || !m_application->isAnswering())
+            finish(AXError::CannotComplete);
+    });
+}
+
+bool ValueWriter::holds(const std::optional<QString> &value) const
+{
+    return value && withLineFeeds(*value) == m_text;
+}
+
+void ValueWriter::start()
+{
+    readRichText(*m_application, m_element.path,
+                 [self = QPointer(this)](const std::optional<QString> &value) {
+                     if (!self || self->m_result)
+                         return;
+                     if (!value) {
+                         self->finish(AXError::CannotComplete);
+                     } else if (self->holds(value)) {
+                         self->finish(AXError::Success);
+                     } else if (self->m_facts.has(ElementFacts::EditableText)) {
+                         self->setContents();
+                     } else {
+                         self->m_lastRead = *value;
+                         self->m_application->call(
+                             self->m_element.path, atspi::PropertiesInterface, "Get",
+                             [self](DBusMessage &reply) {
+                                 if (!self || self->m_result)
+                                     return;
+                                 const auto number =
+                                     reply.enterVariant("i") ? reply.readInt32() : std::nullopt;
+                                 self->type(number.value_or(0));
+                             },
+                             "ss", atspi::TextInterface, "CharacterCount");
+                     }
+                 });
+}
+
+void ValueWriter::setContents()
+{
+    const QByteArray text = m_text.toUtf8();
+    m_application->call(
+        m_element.path, atspi::EditableTextInterface, "SetTextContents",
+        [self = QPointer(this)](DBusMessage &) {
+            // The answer alone proves nothing: some toolkits say yes and do nothing.
+            if (self && !self->m_result)
+                self->readBack(true);
+        },
+        "s", text.constData());
+}
+
+void ValueWriter::readBack(bool mayTryAgain)
+{
+    readRichText(*m_application, m_element.path,
+                 [self = QPointer(this), mayTryAgain](const std::optional<QString> &value) {
+                     if (!self || self->m_result)
+                         return;
+                     if (self->holds(value))
+                         self->finish(AXError::Success);
+                     else if (mayTryAgain && value)
+                         self->replaceContents(codePointCount(*value));
+                     else
+                         self->finish(AXError::Failure);
+                 });
+}
+
+void ValueWriter::replaceContents(qint64 count)
+{
+    const QByteArray text = m_text.toUtf8();
+    if (count > 0)
+        m_application->call(
+            m_element.path, atspi::EditableTextInterface, "DeleteText", [](DBusMessage &) {}, "ii",
+            0, qint32(count));
+    m_application->call(
+        m_element.path, atspi::EditableTextInterface, "InsertText",
+        [self = QPointer(this)](DBusMessage &) {
+            if (self && !self->m_result)
+                self->readBack(false);
+        },
+        "isi", 0, text.constData(), qint32(codePointCount(m_text)));
+}
+
+void ValueWriter::type(qint64 count)
+{
+    if (!m_focus.hasFocus(m_element)) {
+        finish(AXError::CannotComplete);
+        return;
+    }
+    if (count > 0)
+        selectAll(count);
+    else
+        typeOverSelection();
+}
+
+void ValueWriter::selectAll(qint64 count)
+{
+    // Chromium adds a selection where there is none, and changes the one that there is.
+    m_application->call(
+        m_element.path, atspi::TextInterface, "AddSelection", [](DBusMessage &) {}, "ii", 0,
+        qint32(count));
+    m_application->call(
+        m_element.path, atspi::TextInterface, "SetSelection",
+        [self = QPointer(this)](DBusMessage &) {
+            if (self && !self->m_result)
+                self->typeOverSelection();
+        },
+        "iii", 0, 0, qint32(count));
+}
+
+void ValueWriter::typeOverSelection()
+{
+    if (!m_focus.hasFocus(m_element)) {
+        finish(AXError::CannotComplete);
+        return;
+    }
+    // Nothing to put in place of the selection: then a key that deletes it.
+    const QString keys = m_text.isEmpty() ? QString(QChar(u'\b')) : m_text;
+    m_keyboard.CGEventPost(keyboardEvents(keys), [self = QPointer(this)](TypingResult result) {
+        if (!self || self->m_result)
+            return;
+        if (result != TypingResult::Typed) {
+            self->finish(AXError::Failure);
+            return;
+        }
+        self->m_sinceProgress.start();
+        self->awaitTyped();
+    });
+}
+
+void ValueWriter::awaitTyped()
+{
+    if (!m_application) {
+        finish(AXError::InvalidUIElement);
+        return;
+    }
+    readRichText(*m_application, m_element.path,
+                 [self = QPointer(this)](const std::optional<QString> &value) {
+                     if (!self || self->m_result)
+                         return;
+                     if (self->holds(value)) {
+                         self->finish(AXError::Success);
+                         return;
+                     }
+                     if (value && *value != self->m_lastRead) {
+                         self->m_lastRead = *value;
+                         self->m_sinceProgress.restart();
+                     }
+                     if (self->m_sinceProgress.elapsed() > readBackPatience)
+                         self->finish(AXError::Failure);
+                     else
+                         QTimer::singleShot(readBackPause, self, &ValueWriter::awaitTyped);
+                 });
+}
+
+void ValueWriter::finish(AXError result)
+{
+    if (m_result)
+        return;
+    m_result = result;
+    // Never from within an answer: whoever is told may ask the application something else.
+    QMetaObject::invokeMethod(this, &ValueWriter::deliver, Qt::QueuedConnection);
+}
+
+void ValueWriter::deliver()
+{
+    if (const auto completion = std::exchange(m_completion, nullptr))
+        completion(*m_result);
+    deleteLater();
+}
+
+} // namespace platform::linux_
