@@ -9,8 +9,9 @@ namespace
 struct Table {
     Table()
     {
+        // Only a suffix that is given lets it fall back to the table without a language.
         if (!translator.load(QLocale(), QStringLiteral("Localizable"), QStringLiteral("_"),
-                             QStringLiteral(":/localisation")))
+                             QStringLiteral(":/localisation"), QStringLiteral(".qm")))
             qWarning("The localisation table is missing from the resources.");
     }
     QTranslator translator;
