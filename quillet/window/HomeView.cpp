@@ -50,7 +50,8 @@ void HomeView::onAppear()
     observeWindowDidBecomeKey();
     m_status->checkKeyboardStatus();
     m_status->checkPremiumStatus();
-    m_configure->setFocus();
+    if (m_configure->isVisible())
+        m_configure->setFocus();
 }
 
 void HomeView::observeWindowDidBecomeKey()
@@ -68,4 +69,9 @@ void HomeView::showStatus()
     m_statusCard->text().setText(m_status->subtitle());
     m_configure->setVisible(m_status->offersConfiguration());
     m_premiumCard->badge().setStatus(m_status->premiumStatus(), m_status->premiumColor());
+
+    // At once: otherwise a frame is painted with the old heights.
+    m_statusCard->layout()->activate();
+    m_premiumCard->layout()->activate();
+    layout()->activate();
 }

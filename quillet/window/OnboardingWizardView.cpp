@@ -56,6 +56,7 @@ QWidget *makeWidePage(VerticalStack *&stack)
 OnboardingWizardView::OnboardingWizardView(const Collaborators &collaborators, QWidget *parent)
     : AppearingView(parent)
     , m_collaborators(collaborators)
+    , m_permissionCheckTimer(this)
     , m_button(new StyledButton(std::make_unique<PurpleButtonStyle>(), ButtonLabel{}))
 {
     m_permissionCheckTimer.setInterval(kPermissionCheckInterval);
@@ -106,6 +107,7 @@ void OnboardingWizardView::showStep()
 {
     for (size_t i = 0; i < m_pages.size(); ++i)
         m_pages[i]->setVisible(int(i) + 1 == m_step);
+    layout()->activate();
 
     if (m_step == 2)
         m_button->setText(QStringLiteral("Open Accessibility Settings"));

@@ -38,9 +38,9 @@ QPalette lightPalette();
 struct ButtonLabel {
     QString text;
     /// In place of the style's own.
-    std::optional<QColor> foreground;
+    std::optional<QColor> foreground = {};
     /// A filled box around the text, as wide as the button, with kDefaultPadding around the text.
-    std::optional<QColor> background;
+    std::optional<QColor> background = {};
     qreal backgroundRadius = 0;
 };
 
@@ -49,8 +49,8 @@ class ButtonStyle
 {
 public:
     struct Configuration {
-        ButtonLabel label;
-        QRectF bounds;
+        ButtonLabel label = {};
+        QRectF bounds = {};
         bool isPressed = false;
         bool isEnabled = true;
         /// The keyboard is at this button and the user is using it.
