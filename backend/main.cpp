@@ -8,11 +8,13 @@
 #include "http/HttpServer.h"
 #include "model/ModelEngine.h"
 #include "model/ModelFinder.h"
+#include "offline/OfflineEngine.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QHostAddress>
 #include <QNetworkProxyFactory>
+#include <QThreadPool>
 
 #include <cstdio>
 #include <cstdlib>
@@ -142,11 +144,18 @@ int main(int argc, char **argv)
 
     ModelFinder finder;
     ModelEngine model;
-    ThreadedEngine offline([](const EngineRequest &) {
-        return EngineAnswer{501, QStringLiteral("This needs a language model, and none is set up. "
-                                                "The command \"settings\" says how.")};
+    const OfflineEngine rules;
+    ThreadedEngine offline([&rules](const EngineRequest &request) {
+        const OfflineAnswer answer = rules.answer(request.command, request.text);
+        return EngineAnswer{answer.supported ? 200 : 501, answer.text};
     });
     SwitchingEngine engine(configuration, finder, model, offline);
+
+    // While nobody asks yet, so that the first answer need not wait.
+    const auto warmUp = [&] {
+        if (!configuration.current().model)
+            QThreadPool::globalInstance()->start([&rules] { rules.warmUp(); });
+    };
 
     if (!options.child) {
         const QByteArray secret = qgetenv("QUILLET_BACKEND_SECRET");
@@ -154,14 +163,17 @@ int main(int argc, char **argv)
             quitWith(QStringLiteral("an address that other machines can reach needs a secret in "
                                     "QUILLET_BACKEND_SECRET"));
         }
-        return serve(options, secret, engine, &application) ? QCoreApplication::exec()
-                                                            : cannotListen;
+        if (!serve(options, secret, engine, &application))
+            return cannotListen;
+        warmUp();
+        return QCoreApplication::exec();
     }
     // Nothing is stored, so nothing needs to be ended in order.
     ParentLink link(
         [&](const QByteArray &secret) {
             if (!serve(options, secret, engine, &application))
                 std::_Exit(cannotListen);
+            warmUp();
         },
         [] { std::_Exit(EXIT_SUCCESS); });
     return QCoreApplication::exec();
