@@ -21,7 +21,7 @@ public:
 /// waits for a slow answer. Connections are kept alive; when a client goes
 /// away, the work for its request is cancelled.
 ///
-/// Bounds: a request line of 1 MiB (414 above it), 64 KiB of header fields (431),
+/// Bounds: a request line of 1 MiB (414 above it), 60 KiB of header fields (431),
 /// a body of 32 MiB (413), 256 connections, 60 seconds for a request to arrive.
 class HttpServer : public QObject
 {

@@ -12,7 +12,8 @@ namespace http = boost::beast::http;
 namespace
 {
 
-constexpr quint32 maximumFields = 64 * 1024;
+/// Below the 64 KiB that the parser can keep of one field.
+constexpr quint32 maximumFields = 60 * 1024;
 constexpr quint64 maximumBody = 32 * 1024 * 1024;
 
 /// A body that is counted and dropped.
@@ -39,12 +40,6 @@ QByteArray bytes(beast::string_view view)
     return QByteArray(view.data(), qsizetype(view.size()));
 }
 
-bool requestLineIsTooLong(const QByteArray &buffer)
-{
-    const auto end = buffer.indexOf("\r\n");
-    return (end < 0 ? buffer.size() : end) > HttpServer::maximumRequestLine;
-}
-
 } // namespace
 
 struct RequestParser::Private {
@@ -52,6 +47,25 @@ struct RequestParser::Private {
     int status = 0;
     QByteArray sentence;
     bool continueTaken = false;
+    /// How much of the buffer has been searched for the end of the request line.
+    qsizetype searched = 0;
+    qsizetype lineEnd = -1;
+
+    /// Looks at the bytes of the header section, which the parser leaves in the
+    /// buffer until they are complete.
+    int excess(const QByteArray &buffer)
+    {
+        if (lineEnd < 0) {
+            lineEnd = buffer.indexOf("\r\n", std::max<qsizetype>(0, searched - 1));
+            searched = buffer.size();
+        }
+        if ((lineEnd < 0 ? buffer.size() : lineEnd) > HttpServer::maximumRequestLine)
+            return 414;
+        if (lineEnd < 0 || buffer.size() - lineEnd <= maximumFields)
+            return 0;
+        const auto end = buffer.indexOf("\r\n\r\n", lineEnd);
+        return end < 0 || end - lineEnd > maximumFields ? 431 : 0;
+    }
 
     Outcome fail(int code, const char *text)
     {
@@ -73,19 +87,27 @@ RequestParser::~RequestParser() = default;
 
 RequestParser::Outcome RequestParser::feed(QByteArray &buffer)
 {
-    if (!d->parser.is_header_done() && requestLineIsTooLong(buffer)) {
+    const int excess = d->parser.is_header_done() ? 0 : d->excess(buffer);
+    if (excess == 414) {
         return d->fail(414, "The text is too long to be sent in one request. Shorten it, or use "
                             "the command on a part of it.");
     }
+    if (excess == 431)
+        return d->fail(431, "The request's header fields are too long.");
     qsizetype taken = 0;
     beast::error_code error;
-    while (taken < buffer.size() && !d->parser.is_done()) {
-        const auto used = d->parser.put(
-            boost::asio::buffer(buffer.constData() + taken, std::size_t(buffer.size() - taken)),
-            error);
-        taken += qsizetype(used);
-        if (error || used == 0)
-            break;
+    try {
+        while (!error && taken < buffer.size() && !d->parser.is_done()) {
+            const auto used = d->parser.put(
+                boost::asio::buffer(buffer.constData() + taken, std::size_t(buffer.size() - taken)),
+                error);
+            taken += qsizetype(used);
+            if (used == 0)
+                break;
+        }
+    } catch (const std::exception &) {
+        // The parser throws for a single trailer field above its own bound.
+        return d->fail(431, "The request's trailer fields are too long.");
     }
     buffer.remove(0, taken);
     if (error == http::error::header_limit)

@@ -50,9 +50,12 @@ QString cleanedAnswer(const QString &answer, const QString &text, const QString 
     result.remove(QStringLiteral("</text-%1>").arg(delimiter));
     result = withoutFence(result.trimmed(), text);
     result.removeIf(isUnwantedControl);
-    result.replace(u"\r\n"_qs, u"\n"_qs);
     const auto lineFeeds = text.count(u'\n');
-    if (lineFeeds > 0 && text.count(u"\r\n"_qs) == lineFeeds)
-        result.replace(u"\n"_qs, u"\r\n"_qs);
+    const auto pairs = text.count(u"\r\n"_qs);
+    if (pairs == 0 || pairs == lineFeeds) {
+        result.replace(u"\r\n"_qs, u"\n"_qs);
+        if (pairs > 0)
+            result.replace(u"\n"_qs, u"\r\n"_qs);
+    }
     return result;
 }
