@@ -1,0 +1,127 @@
+#include "LocalBackend.h"
+
+#include "BackendProcess.h"
+#include "Waiting.h"
+
+#include <QFile>
+#include <QTcpSocket>
+#include <QUrlQuery>
+#include <gtest/gtest.h>
+#include <optional>
+#include <signal.h>
+
+namespace
+{
+
+const QString program = QStringLiteral(BACKEND_PROGRAM);
+
+LocalEndpoint endpointOf(LocalBackend &backend)
+{
+    std::optional<LocalEndpoint> result;
+    backend.withEndpoint([&result](const LocalEndpoint &endpoint) { result = endpoint; });
+    EXPECT_FALSE(result.has_value());
+    EXPECT_TRUE(waitUntil([&] { return result.has_value(); }));
+    return result.value_or(LocalEndpoint{});
+}
+
+Answer rate(const LocalEndpoint &endpoint)
+{
+    QUrl url = endpoint.generate;
+    url.setQuery(QUrlQuery{{u"command"_qs, u"rate"_qs}, {u"text"_qs, QString()}});
+    return fetch(url);
+}
+
+bool refuses(int port)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, quint16(port));
+    waitUntil([&] {
+        return socket.state() == QAbstractSocket::ConnectedState ||
+               socket.state() == QAbstractSocket::UnconnectedState;
+    });
+    return socket.state() == QAbstractSocket::UnconnectedState;
+}
+
+TEST(LocalBackend, ServesWithASecretThatNobodyElseSees)
+{
+    LocalBackend backend(program);
+    const LocalEndpoint endpoint = endpointOf(backend);
+    ASSERT_EQ(endpoint.failure, QString());
+    EXPECT_EQ(rate(endpoint).status, 200);
+    QUrl track = endpoint.analytics;
+    track.setPath(u"/track/"_qs);
+    EXPECT_EQ(post(track, QByteArray(100'000, 'x')).text, u"1"_qs);
+
+    QUrl stranger = endpoint.generate;
+    stranger.setUserInfo({});
+    EXPECT_EQ(fetch(stranger).status, 401);
+    EXPECT_GE(endpoint.generate.password().size(), 32);
+    for (const char *file : {"cmdline", "environ"}) {
+        QFile visible(u"/proc/%1/%2"_qs.arg(backend.processId()).arg(QLatin1String(file)));
+        ASSERT_TRUE(visible.open(QIODevice::ReadOnly));
+        EXPECT_FALSE(visible.readAll().contains(endpoint.generate.password().toLatin1()));
+    }
+}
+
+TEST(LocalBackend, SharesOneChildAndStartsItAgainWhenItDied)
+{
+    LocalBackend backend(program);
+    QList<LocalEndpoint> endpoints;
+    for (int i = 0; i < 5; ++i)
+        backend.withEndpoint([&](const LocalEndpoint &endpoint) { endpoints += endpoint; });
+    ASSERT_TRUE(waitUntil([&] { return endpoints.size() == 5; }));
+    for (const auto &endpoint : endpoints)
+        EXPECT_EQ(endpoint.generate, endpoints.first().generate);
+    EXPECT_EQ(endpointOf(backend).generate, endpoints.first().generate);
+
+    ::kill(pid_t(backend.processId()), SIGKILL);
+    ASSERT_TRUE(waitUntil([&] { return backend.processId() == 0; }));
+    const LocalEndpoint again = endpointOf(backend);
+    EXPECT_NE(again.generate.password(), endpoints.first().generate.password());
+    EXPECT_EQ(rate(again).status, 200);
+}
+
+TEST(LocalBackend, ReportsAProgramThatDoesNotServe)
+{
+    for (const QString &wrong : {u"/nonexistent/quillet-backend"_qs, u"/bin/false"_qs, QString()}) {
+        LocalBackend backend(wrong);
+        // Twice: the second request tries anew.
+        for (int i = 0; i < 2; ++i) {
+            const LocalEndpoint endpoint = endpointOf(backend);
+            EXPECT_FALSE(endpoint.generate.isValid());
+            EXPECT_TRUE(endpoint.failure.startsWith(u"The local writing backend"))
+                << qPrintable(endpoint.failure);
+        }
+    }
+}
+
+TEST(LocalBackend, EndsWithItsParent)
+{
+    int port = 0;
+    {
+        LocalBackend backend(program);
+        port = endpointOf(backend).generate.port();
+        EXPECT_FALSE(refuses(port));
+    }
+    EXPECT_TRUE(waitUntil([&] { return refuses(port); }));
+
+    QProcess parent;
+    parent.start(QStringLiteral(PARENT_PROGRAM), {program});
+    ASSERT_TRUE(waitUntil([&] { return parent.canReadLine(); }));
+    port = parent.readLine().trimmed().toInt();
+    EXPECT_FALSE(refuses(port));
+    parent.kill();
+    EXPECT_TRUE(waitUntil([&] { return refuses(port); }));
+    EXPECT_TRUE(waitUntil([&] { return parent.state() == QProcess::NotRunning; }));
+}
+
+TEST(LocalBackend, ChildWithoutASecretDoesNotServe)
+{
+    QProcess child;
+    child.start(program, {u"--child"_qs});
+    child.write("\n");
+    ASSERT_TRUE(waitUntil([&] { return child.state() == QProcess::NotRunning; }));
+    EXPECT_TRUE(child.readAllStandardOutput().isEmpty());
+}
+
+} // namespace
