@@ -1,0 +1,10 @@
+#include "quillet/shell/AppDelegate.h"
+
+void AppDelegate::applicationDidFinishLaunching(QWidget *window)
+{
+    updaterController = std::make_unique<UpdateAdvice>(m_platform.workspace(),
+                                                       m_platform.installation().bundlePath());
+    updaterController->start();
+    m_platform.workspace().setActivationPolicy(window, platform::ActivationPolicy::Regular);
+    m_platform.workspace().activate(window);
+}

@@ -1,0 +1,77 @@
+#include "quillet/shell/MenuBarItem.h"
+
+#include <QCursor>
+#include <QPainter>
+#include <QPixmap>
+#include <QSvgRenderer>
+
+#include <chrono>
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds trayCheckInterval = 3s;
+
+} // namespace
+
+MenuBarItem::MenuBarItem(const QIcon &icon, const Actions &actions)
+    : m_icon(icon)
+{
+    const auto add = [this](const QString &title, const std::function<void()> &action) {
+        connect(m_menu.addAction(title), &QAction::triggered, this, [action] { action(); });
+    };
+    add(QStringLiteral("Open Quillet"), actions.openQuillet);
+    add(QStringLiteral("Send Feedback"), actions.sendFeedback);
+    add(QStringLiteral("Check for Updates"), actions.checkForUpdates);
+    add(QStringLiteral("Quit"), actions.quit);
+
+    // An item made while there is no tray does not find every kind of tray that comes later.
+    m_waitForTray.setInterval(trayCheckInterval);
+    connect(&m_waitForTray, &QTimer::timeout, this, [this] {
+        if (QSystemTrayIcon::isSystemTrayAvailable()) {
+            m_waitForTray.stop();
+            show();
+        }
+    });
+    if (!QSystemTrayIcon::isSystemTrayAvailable())
+        m_waitForTray.start();
+    show();
+}
+
+MenuBarItem::~MenuBarItem() = default;
+
+void MenuBarItem::show()
+{
+    m_item = std::make_unique<QSystemTrayIcon>(m_icon);
+    m_item->setToolTip(QStringLiteral("Quillet"));
+    m_item->setContextMenu(&m_menu);
+    connect(m_item.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger)
+                    m_menu.popup(QCursor::pos());
+            });
+    m_item->show();
+}
+
+QIcon MenuBarItem::labelIcon()
+{
+    const QString name = QStringLiteral(":/images/QuilletIcon.svg");
+    QSvgRenderer image(name);
+    if (!image.isValid())
+        qFatal("The image \"QuilletIcon\" is missing");
+    QIcon icon;
+    for (const int label : {16, 22, 24, 32, 44, 48, 64}) {
+        // Six points of the usual label, which is 24 high; in proportion for the others.
+        const qreal inset = label * 3 / 24.0;
+        QPixmap pixmap(label, label);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        image.render(&painter, QRectF(pixmap.rect()).adjusted(inset, inset, -inset, -inset));
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    icon.setIsMask(true);
+    return icon;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/Installation.h"
+
+#include <QStringList>
+
+namespace fake
+{
+
+/// An installation that a test scripts and that records what was asked of it, in order.
+class Installation : public platform::Installation
+{
+public:
+    QString bundle = QStringLiteral("/home/a/Downloads/quillet");
+    bool installed = false;
+    bool development = false;
+    bool targetExists = false;
+    int answer = 0;
+    QString copyError;
+    QStringList calls;
+
+    QString bundlePath() override { return bundle; }
+    QString targetPath() override { return QStringLiteral("/target"); }
+    bool isInstalledLocation(const QString &path) override
+    {
+        return record(QStringLiteral("installed? ") + path), installed;
+    }
+    bool isDevelopmentRun() override { return record(QStringLiteral("development?")), development; }
+    bool fileExists(const QString &path) override
+    {
+        return record(QStringLiteral("exists? ") + path), targetExists;
+    }
+    int runModalAlert(const QString &messageText, const QString &informativeText,
+                      const QStringList &buttons) override
+    {
+        return record(QStringLiteral("alert ") + messageText + u'|' + informativeText + u'|' +
+                      buttons.join(u',')),
+               answer;
+    }
+    QString copyBundle(const QString &from, const QString &to) override
+    {
+        return record(QStringLiteral("copy ") + from + u' ' + to), copyError;
+    }
+    void removeDownloadMarks(const QString &path) override
+    {
+        record(QStringLiteral("unmark ") + path);
+    }
+    void start(const QString &path) override { record(QStringLiteral("start ") + path); }
+    void terminate() override { record(QStringLiteral("terminate")); }
+
+private:
+    void record(const QString &call) { calls.append(call); }
+};
+
+} // namespace fake

@@ -1,0 +1,212 @@
+#include "quillet/shell/QuilletApp.h"
+#include "FakeInstallation.h"
+#include "quillet/shell/Feedback.h"
+#include "support/CapturedOutput.h"
+#include "support/FakePlatform.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace
+{
+
+using platform::ActivationPolicy;
+
+struct FakePlatform : platform::Platform {
+    fake::Accessibility ax;
+    fake::KeyboardEvents keys;
+    fake::Workspace desktop;
+    fake::Installation bundle;
+
+    platform::Accessibility &accessibility() override { return ax; }
+    platform::KeyboardEvents &keyboard() override { return keys; }
+    platform::Workspace &workspace() override { return desktop; }
+    platform::Installation &installation() override { return bundle; }
+};
+
+void runEvents()
+{
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+class QuilletAppTest : public testing::Test
+{
+protected:
+    QTemporaryDir m_folder;
+    QSettings m_defaults{m_folder.filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat};
+    FakePlatform m_platform;
+    QStringList m_views;
+    std::function<void(bool)> m_setShowOnboarding;
+    int m_quits = 0;
+
+    void SetUp() override
+    {
+        qputenv("XDG_RUNTIME_DIR", m_folder.path().toLocal8Bit());
+        m_platform.bundle.installed = true;
+    }
+
+    QuilletApp::Parts parts()
+    {
+        const auto factory = [this](const char *name) {
+            return [this, name](QWidget *parent, std::function<void(bool)> setShowOnboarding) {
+                m_views.append(QString::fromLatin1(name));
+                m_setShowOnboarding = std::move(setShowOnboarding);
+                return new QWidget(parent);
+            };
+        };
+        return {m_platform, m_defaults, factory("home"), factory("wizard"), [this] { ++m_quits; }};
+    }
+
+    static QAction *action(const QuilletApp &app, const char *title)
+    {
+        for (QAction *candidate : app.menuBarItem()->menu().actions()) {
+            if (candidate->text() == QLatin1String(title))
+                return candidate;
+        }
+        return nullptr;
+    }
+
+    static QString notice()
+    {
+        QString found;
+        for (const QWidget *widget : QApplication::topLevelWidgets()) {
+            const auto *box = qobject_cast<const QMessageBox *>(widget);
+            if (box && box->isVisible())
+                found += box->text();
+        }
+        return found;
+    }
+};
+
+TEST_F(QuilletAppTest, ShowsTheWizardFirstAndTheHomeViewLater)
+{
+    QuilletApp first(parts());
+    first.launch();
+    EXPECT_EQ(m_views, QStringList{QStringLiteral("wizard")});
+    EXPECT_TRUE(m_platform.desktop.activated.isEmpty());
+    runEvents();
+    QWidget *window = first.mainWindow();
+    EXPECT_EQ(window->minimumSize(), QSize(600, 600));
+    EXPECT_EQ(window->maximumSize(), QSize(600, 600));
+    EXPECT_TRUE(m_platform.desktop.activated.contains(window));
+    EXPECT_EQ(m_platform.desktop.policies.last(), std::pair(window, ActivationPolicy::Regular));
+
+    m_setShowOnboarding(false);
+    runEvents();
+    m_setShowOnboarding(false);
+    EXPECT_EQ(m_views.mid(1), QStringList{QStringLiteral("home")});
+    EXPECT_EQ(window->findChildren<WindowSizeSetter *>().size(), 1) << "the old view is gone";
+
+    m_defaults.setValue(QStringLiteral("onboardingSeen"), true);
+    QuilletApp second(parts());
+    second.launch();
+    EXPECT_EQ(m_views.last(), QStringLiteral("home"));
+}
+
+TEST_F(QuilletAppTest, ClosingTheWindowGoesToTheBackgroundAndBack)
+{
+    QuilletApp app(parts());
+    app.launch();
+    runEvents();
+    QWidget *window = app.mainWindow();
+    EXPECT_EQ(capturedLines([&] { window->close(); }),
+              QStringList{QStringLiteral("Window will close!")});
+    EXPECT_EQ(m_platform.desktop.policies.last(), std::pair(window, ActivationPolicy::Accessory));
+    EXPECT_FALSE(window->isVisible());
+
+    const auto actions = app.menuBarItem()->menu().actions();
+    QStringList titles;
+    for (const QAction *item : actions)
+        titles.append(item->text());
+    EXPECT_EQ(titles.join(u'|'),
+              QStringLiteral("Open Quillet|Send Feedback|Check for Updates|Quit"));
+    actions.first()->trigger();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(m_platform.desktop.policies.last(), std::pair(window, ActivationPolicy::Regular));
+}
+
+TEST_F(QuilletAppTest, FeedbackOpensAMessageOrTellsTheAddress)
+{
+    EXPECT_EQ(feedbackUrl(QStringLiteral("a@b.example")).toEncoded(),
+              "mailto:a@b.example?subject=Quillet%20mac%20feedback");
+    QuilletApp app(parts());
+    app.launch();
+    action(app, "Send Feedback")->trigger();
+    EXPECT_EQ(m_platform.desktop.opened, QList<QUrl>{feedbackUrl(feedbackAddress())});
+    EXPECT_EQ(notice(), QString());
+
+    m_platform.desktop.opens = false;
+    action(app, "Send Feedback")->trigger();
+    EXPECT_TRUE(notice().contains(feedbackAddress()));
+}
+
+TEST_F(QuilletAppTest, TheUpdateCheckAnswersOnceTheLaunchHasFinished)
+{
+    for (const auto &[bundle, expected] :
+         {std::pair("/usr", "package manager"), std::pair("/usr/local", "published at"),
+          std::pair("/home/a/.local/opt/quillet", "published at")}) {
+        m_platform.bundle.bundle = QString::fromLatin1(bundle);
+        QuilletApp app(parts());
+        app.launch();
+        action(app, "Check for Updates")->trigger();
+        EXPECT_EQ(notice(), QString());
+        runEvents();
+        action(app, "Check for Updates")->trigger();
+        EXPECT_TRUE(notice().contains(QLatin1String(expected))) << notice().toStdString();
+    }
+}
+
+TEST_F(QuilletAppTest, EndsInOrderOnQuitAndOnSignals)
+{
+    for (const int number : {0, SIGTERM, SIGINT, SIGHUP}) {
+        QuilletApp app(parts());
+        QTimer::singleShot(0, [&] {
+            if (number)
+                ::raise(number);
+            else
+                action(app, "Quit")->trigger();
+        });
+        m_quits = 0;
+        EXPECT_EQ(capturedLines([&] { EXPECT_EQ(app.run(), 0); }), QStringList());
+        EXPECT_EQ(m_quits, 1);
+    }
+}
+
+TEST_F(QuilletAppTest, DoesNotRunWhenItHasBeenMoved)
+{
+    m_platform.bundle.installed = false;
+    m_platform.bundle.targetExists = true;
+    QuilletApp app(parts());
+    EXPECT_EQ(app.run(), 0);
+    EXPECT_EQ(app.mainWindow(), nullptr);
+    EXPECT_TRUE(m_views.isEmpty());
+}
+
+TEST(WindowHelpers, ActOnceAndOnlyInAWindow)
+{
+    QWidget window;
+    int calls = 0;
+    WindowAccessor alone([&](QWidget *) { ++calls; });
+    WindowSizeSetter lonely(10, 10);
+    runEvents();
+    alone.setParent(&window);
+    lonely.setParent(&window);
+    runEvents();
+    EXPECT_EQ(calls, 0);
+    EXPECT_NE(window.maximumSize(), QSize(10, 10));
+
+    QWidget *found = nullptr;
+    WindowAccessor inside([&](QWidget *w) { found = w; }, &window);
+    runEvents();
+    EXPECT_EQ(found, &window);
+}
+
+} // namespace

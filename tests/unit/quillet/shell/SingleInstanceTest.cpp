@@ -1,0 +1,96 @@
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+constexpr int patience = 60'000;
+
+class SingleInstanceTest : public testing::Test
+{
+protected:
+    using Process = std::unique_ptr<QProcess>;
+
+    Process start(const char *startupId)
+    {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process->start(QStringLiteral(INSTANCE_PROBE), {m_folder.filePath(QStringLiteral("socket")),
+                                                        QString::fromLatin1(startupId)});
+        return process;
+    }
+
+    static QByteArray line(const Process &process)
+    {
+        while (!process->canReadLine()) {
+            if (!process->waitForReadyRead(patience))
+                return "(nothing)";
+        }
+        return process->readLine().trimmed();
+    }
+
+    static void end(const Process &process)
+    {
+        process->closeWriteChannel();
+        process->waitForFinished(patience);
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_F(SingleInstanceTest, ALaterStartActivatesTheFirstAndEndsWell)
+{
+    const Process first = start("");
+    ASSERT_EQ(line(first), "first");
+    const Process second = start("id with spaces_TIME12");
+    EXPECT_EQ(line(second), "later");
+    EXPECT_EQ(line(first), "activate id with spaces_TIME12");
+    end(second);
+    EXPECT_EQ(second->exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(second->exitCode(), 0);
+
+    end(first);
+    const Process third = start("");
+    EXPECT_EQ(line(third), "first");
+    end(third);
+}
+
+TEST_F(SingleInstanceTest, ACrashDoesNotKeepTheNextOut)
+{
+    const Process crashed = start("");
+    ASSERT_EQ(line(crashed), "first");
+    crashed->kill();
+    crashed->waitForFinished(patience);
+    const Process next = start("");
+    EXPECT_EQ(line(next), "first");
+    end(next);
+}
+
+TEST_F(SingleInstanceTest, OfManyStartsAtOnceOneStays)
+{
+    std::vector<Process> all;
+    for (int i = 0; i < 8; ++i)
+        all.push_back(start("x"));
+    int firsts = 0;
+    int activations = 0;
+    for (const Process &process : all) {
+        const QByteArray role = line(process);
+        if (role == "first")
+            ++firsts;
+        else
+            EXPECT_EQ(role, "later");
+    }
+    EXPECT_EQ(firsts, 1);
+    for (const Process &process : all) {
+        end(process);
+        activations += int(process->readAll().count("activate x"));
+    }
+    EXPECT_EQ(activations, 7);
+}
+
+} // namespace
