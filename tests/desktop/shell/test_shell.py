@@ -1,0 +1,131 @@
+"""The application among the windows, task bar and tray of a desktop."""
+
+import os
+import re
+import shutil
+import signal
+
+from session import wait_until
+
+
+def start(desktop, build, environment=None):
+    return desktop.start([str(build / "tests/desktop/shell/quillet_shell_probe")], environment)
+
+
+def wait_for_main_window(desktop):
+    window = desktop.wait_for_window("^Quillet$")
+    wait_until(lambda: desktop.active_window() == window, "the active main window")
+    return window
+
+
+def close(desktop, window):
+    desktop.run(["wmctrl", "-i", "-c", str(window)])
+    wait_until(lambda: not desktop.windows("^Quillet$"), "the closed window")
+
+
+def test_the_window_closes_into_the_background_and_a_second_start_brings_it_back(desktop, build):
+    first = start(desktop, build)
+    window = wait_for_main_window(desktop)
+    assert "600x600" in desktop.run(["xwininfo", "-id", str(window)])
+    size = desktop.run(["xprop", "-id", str(window), "WM_NORMAL_HINTS"])
+    assert "minimum size: 600 by 600" in size and "maximum size: 600 by 600" in size
+
+    close(desktop, window)
+    wait_until(lambda: first.output() == "Window will close!\n", "the line")
+    assert first.running()
+
+    # The user is busy elsewhere, and the desktop announces the start.
+    desktop.start(["xterm", "-title", "Other", "-e", "cat"])
+    other = desktop.wait_for_window("Other")
+    wait_until(lambda: desktop.active_window() == other, "the other window")
+    messages = desktop.start(["xev", "-root", "-event", "property"])
+    wait_until(lambda: messages.running(), "the listener")
+    second = start(desktop, build, {"DESKTOP_STARTUP_ID": "launcher-1_TIME1"})
+    assert second.process.wait(60) == 0
+    again = wait_for_main_window(desktop)
+    state = desktop.run(["xprop", "-id", str(again), "_NET_WM_STATE"])
+    assert "SKIP_TASKBAR" not in state
+    assert f"{again:#x}" in desktop.run(["xprop", "-root", "_NET_CLIENT_LIST"])
+
+    # Minimised, it comes back too.
+    desktop.run(["xdotool", "windowminimize", "--sync", str(again)])
+    desktop.activate(other)
+    assert start(desktop, build).process.wait(60) == 0
+    wait_for_main_window(desktop)
+
+    first.signal(signal.SIGTERM)
+    assert first.process.wait(60) == 0
+    assert first.output().endswith("cleaned up\n")
+
+
+def visible(desktop):
+    return set(desktop.run(["xdotool", "search", "--onlyvisible", "--name", ""]).split())
+
+
+def find_icon(desktop):
+    """The middle of our icon in the tray, on the screen."""
+    tree = desktop.run(["xwininfo", "-root", "-tree"])
+    panel = tree[tree.find('"panel": ("panel" "trayer")'):]
+    found = re.search(r'"quillet_shell_probe"\)\s+(\d+)x(\d+)\S+\s+\+(\d+)\+(\d+)', panel)
+    if not found:
+        return None
+    width, height, x, y = map(int, found.groups())
+    return x + width // 2, y + height // 2
+
+
+def test_the_tray_brings_everything(desktop, build, tmp_path):
+    """Also when it comes late, and when it was restarted."""
+    program = start(desktop, build)
+    close(desktop, wait_for_main_window(desktop))
+    for last in (False, True):
+        tray = desktop.start(["trayer", "--edge", "top", "--align", "right", "--height", "24",
+                              "--widthtype", "pixel", "--width", "200"])
+        place = wait_until(lambda: find_icon(desktop), "the icon")
+        before = visible(desktop)
+        desktop.click(*place, button=3 if last else 1)
+        wait_until(lambda: visible(desktop) - before, "the menu")
+        desktop.screenshot(tmp_path / f"menu{last}.png")
+        desktop.key("Up" if last else "Down", "Return")  # the last entry, the first entry
+        if not last:
+            close(desktop, wait_for_main_window(desktop))
+            tray.stop()
+            wait_until(lambda: not find_icon(desktop), "the end of the tray")
+    wait_until(lambda: not program.running(), "the end")
+    assert program.process.returncode == 0
+    assert program.output().endswith("cleaned up\n")
+
+
+def test_an_unpacked_bundle_installs_itself(desktop, build):
+    """From the question to the running copy, with the real files."""
+    bundle = os.path.join(desktop.folder, "Downloads", "quillet-1.0")
+    os.makedirs(os.path.join(bundle, "bin"))
+    os.makedirs(os.path.join(bundle, "share/applications"))
+    shutil.copy(build / "tests/desktop/shell/quillet_shell_probe", bundle + "/bin/quillet")
+    shutil.copy(build.parents[1] / "packaging/quillet.desktop", bundle + "/share/applications")
+    unpacked = desktop.start([bundle + "/bin/quillet"])
+    wait_for_main_window(desktop)  # the alert
+    desktop.key("Return")
+    assert unpacked.process.wait(60) == 0
+
+    installed = os.path.join(desktop.folder, ".local/opt/quillet/bin/quillet")
+
+    def running_copies():
+        found = []
+        for pid in filter(str.isdigit, os.listdir("/proc")):
+            try:
+                if os.readlink(f"/proc/{pid}/exe") == installed:
+                    found.append(int(pid))
+            except OSError:
+                pass
+        return found
+    wait_until(running_copies, "the installed copy")
+    window = wait_for_main_window(desktop)
+    assert "600x600" in desktop.run(["xwininfo", "-id", str(window)])
+    with open(desktop.env["XDG_DATA_HOME"] + "/applications/quillet.desktop") as entry:
+        assert f'Exec="{installed}"\n' in entry.read()
+
+    # The unpacked one now hands over without asking.
+    close(desktop, window)
+    assert desktop.start([bundle + "/bin/quillet"]).process.wait(60) == 0
+    wait_for_main_window(desktop)
+    assert len(running_copies()) == 1
