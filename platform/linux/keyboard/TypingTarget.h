@@ -4,7 +4,8 @@
 
 #include <optional>
 
-namespace platform::linux_ {
+namespace platform::linux_
+{
 
 /// The input that text is being typed into, as far as it can be seen from outside. The typing
 /// engine asks it whether to go on, and reads back how much has arrived before it sends more or

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/linux/keyboard/KeyboardMap.h"
+#include "platform/linux/keyboard/XConnection.h"
+
+#include <cstddef>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace platform::linux_
+{
+
+/// The keycodes that the layout leaves empty, lent to characters that it does not have. Each takes
+/// one character a level, in one group, so that the active group does not matter; its key type is
+/// one that no other key uses, redefined so that Shift, Mod5 and Mod3 choose among eight levels and
+/// Caps Lock and Num Lock change nothing.
+///
+/// The keys form two banks, so that one can be mapped anew while the other's keys are still on
+/// their way. Every change of the map is one request, made from a fresh copy while the server is
+/// grabbed: another client's change is never undone by ours.
+///
+/// What was borrowed is written on the root window before it is taken. A process that ended without
+/// giving it back no longer owns the selection that goes with it; recover() then does it.
+///
+/// The thread of the connection only.
+class BorrowedKeys
+{
+public:
+    explicit BorrowedKeys(XConnection &connection);
+    ~BorrowedKeys();
+
+    /// Gives back what a process that is gone has left borrowed.
+    void recover();
+
+    /// Chooses what to borrow from `map`. False when another process is typing now.
+    bool begin(const KeyboardMap &map);
+
+    static constexpr int bankCount = 2;
+    std::size_t bankCapacity() const;
+    std::size_t wholeCapacity() const;
+    /// Whether Caps Lock cannot alter what the keys type.
+    bool ignoresCapsLock() const { return m_type.has_value(); }
+
+    /// Maps `characters` to the keys of one bank, or of all banks, in place of what they held.
+    void map(std::optional<int> bank, const std::vector<char32_t> &characters);
+    std::optional<Keystroke> keyFor(std::optional<int> bank, char32_t codePoint) const;
+
+    /// Leaves the map as it was before begin().
+    void giveBack();
+
+private:
+    struct Record;
+    std::vector<std::uint8_t> bankKeycodes(std::optional<int> bank) const;
+    void writeRecord();
+    std::optional<Record> readRecord() const;
+    void restore(const Record &record);
+
+    XConnection &m_connection;
+    std::vector<std::uint8_t> m_keycodes;
+    std::optional<int> m_type;
+    std::vector<std::uint8_t> m_levelModifiers;
+    std::unordered_map<char32_t, Keystroke> m_slots[bankCount];
+    bool m_begun = false;
+    bool m_taken = false;
+};
+
+} // namespace platform::linux_

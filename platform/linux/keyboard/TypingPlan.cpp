@@ -1,0 +1,106 @@
+#include "platform/linux/keyboard/TypingPlan.h"
+
+#include <unordered_set>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+constexpr int spacesForTab = 4;
+
+bool canBeTyped(char32_t codePoint)
+{
+    const bool control = codePoint < 0x20 || (codePoint >= 0x7f && codePoint < 0xa0);
+    const bool nonCharacter =
+        (codePoint & 0xfffe) == 0xfffe || (codePoint >= 0xfdd0 && codePoint <= 0xfdef);
+    return !control && !nonCharacter;
+}
+
+// toUcs4() would turn a lone surrogate into U+FFFD; it is to be left out.
+std::vector<char32_t> codePointsOf(const QString &text)
+{
+    std::vector<char32_t> result;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar unit = text.at(i);
+        if (!unit.isSurrogate()) {
+            result.push_back(unit.unicode());
+        } else if (unit.isHighSurrogate() && i + 1 < text.size() &&
+                   text.at(i + 1).isLowSurrogate()) {
+            result.push_back(QChar::surrogateToUcs4(unit, text.at(i + 1)));
+            ++i;
+        }
+    }
+    return result;
+}
+
+std::vector<Segment> cut(const std::vector<PlannedKey> &keys, std::size_t capacity)
+{
+    std::vector<Segment> segments(1);
+    std::unordered_set<char32_t> present;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        const PlannedKey &key = keys[i];
+        if (key.kind == PlannedKey::Kind::Character && !key.onLayout &&
+            !present.count(key.codePoint)) {
+            if (present.size() == capacity) {
+                segments.back().end = i;
+                segments.push_back({i, i, {}});
+                present.clear();
+            }
+            present.insert(key.codePoint);
+            segments.back().characters.push_back(key.codePoint);
+        }
+    }
+    segments.back().end = keys.size();
+    return segments;
+}
+
+} // namespace
+
+std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
+                                 const KeyboardMap::Lookup &layout, const TypingHabits &habits)
+{
+    std::vector<PlannedKey> keys;
+    const auto addCharacter = [&](char32_t codePoint) {
+        keys.push_back({PlannedKey::Kind::Character, codePoint, layout.character(codePoint)});
+    };
+    bool afterCarriageReturn = false;
+    for (const KeyboardEvent &event : events) {
+        if (!event.keyDown)
+            continue;
+        for (const char32_t codePoint : codePointsOf(event.unicodeString)) {
+            const bool secondHalf = codePoint == U'\n' && afterCarriageReturn;
+            afterCarriageReturn = codePoint == U'\r';
+            if (secondHalf)
+                continue;
+            if (codePoint == U'\n' || codePoint == U'\r') {
+                keys.push_back({PlannedKey::Kind::LineBreak, U'\n', std::nullopt});
+            } else if (codePoint == U'\t') {
+                if (habits.takesTabs) {
+                    keys.push_back({PlannedKey::Kind::Tab, U'\t', std::nullopt});
+                } else {
+                    for (int i = 0; i < spacesForTab; ++i)
+                        addCharacter(U' ');
+                }
+            } else if (canBeTyped(codePoint)) {
+                addCharacter(codePoint);
+            }
+        }
+    }
+    return keys;
+}
+
+std::optional<std::vector<Segment>> cutIntoSegments(const std::vector<PlannedKey> &keys,
+                                                    std::size_t wholeCapacity,
+                                                    std::size_t bankCapacity)
+{
+    std::vector<Segment> whole = cut(keys, wholeCapacity ? wholeCapacity : 1);
+    if (whole.size() == 1 && whole.front().characters.size() <= wholeCapacity)
+        return whole;
+    if (bankCapacity == 0)
+        return std::nullopt;
+    return cut(keys, bankCapacity);
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,533 @@
+#include "platform/linux/keyboard/XTestKeyboard.h"
+
+#include "platform/linux/keyboard/BorrowedKeys.h"
+#include "platform/linux/keyboard/InputWatch.h"
+#include "platform/linux/keyboard/ReadBack.h"
+#include "platform/linux/keyboard/TypingPlan.h"
+#include "platform/linux/keyboard/XConnection.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <algorithm>
+#include <deque>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+// The core protocol's modifier bits.
+constexpr std::uint8_t shiftModifier = 1;
+constexpr std::uint8_t capsLock = 2;
+constexpr std::uint8_t numLock = 16;
+
+// Keys in one burst, and keys on their way that the input has not shown yet. The second bounds what
+// a client that moves its own focus can misplace, and what it has to queue.
+constexpr std::size_t burstSize = 48;
+constexpr std::size_t inFlight = 192;
+// Without reading back we only know that the client has taken the keys from the server.
+constexpr std::size_t blindBurstSize = 16;
+constexpr qint64 blindPause = 32;
+constexpr qint64 deafPause = 80;
+
+// How long things may take, in milliseconds.
+constexpr qint64 focusLimit = 2000;
+constexpr qint64 heldModifiersLimit = 15000;
+constexpr qint64 heldKeysLimit = 1000;
+constexpr qint64 progressLimit = 15000;
+constexpr qint64 drainLimit = 500;
+// A client that does not answer pings gets this long to fetch a new map.
+constexpr qint64 deafMapPause = 150;
+
+constexpr int tick = 2;
+
+} // namespace
+
+class XTestKeyboard::Engine : public QObject
+{
+public:
+    Engine(TargetProvider provider, const QByteArray &displayName);
+    ~Engine() override;
+
+    void post(const QList<KeyboardEvent> &events, std::function<void(TypingResult)> completion);
+
+private:
+    struct Sequence {
+        QList<KeyboardEvent> events;
+        std::function<void(TypingResult)> completion;
+    };
+    enum class Phase {
+        Idle,
+        /// Until the input has the focus and the user's keys are up.
+        Waiting,
+        Typing,
+        /// Until the keys on their way have been taken, so that the map can be restored.
+        Draining,
+    };
+    /// What a bank of borrowed keys holds now.
+    struct Bank {
+        std::optional<std::size_t> segment;
+        std::uint32_t ping = 0;
+        bool secondPing = false;
+        qint64 mappedAt = 0;
+    };
+
+    void startNext();
+    void step();
+    void wait();
+    bool plan(const XConnection::Moment &moment);
+    void type();
+    void confirm();
+    void mapSegments();
+    void mapSegment(std::size_t index);
+    bool isSettled(Bank &bank);
+    bool mayGoOn();
+    std::size_t sendable();
+    bool sendBurst();
+    std::optional<Keystroke> strokeFor(const PlannedKey &key, std::size_t segment) const;
+    void drain(TypingResult result);
+    void finish(TypingResult result);
+    std::uint32_t sendPing();
+    std::optional<int> bankOf(std::size_t segment) const;
+
+    TargetProvider m_provider;
+    std::unique_ptr<XConnection> m_connection;
+    std::unique_ptr<InputWatch> m_watch;
+    std::unique_ptr<BorrowedKeys> m_borrowed;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    QTimer m_timer;
+    QElapsedTimer m_clock;
+
+    std::deque<Sequence> m_waiting;
+    Sequence m_current;
+    Phase m_phase = Phase::Idle;
+    TypingResult m_result = TypingResult::Typed;
+    bool m_fenceRequested = false;
+
+    std::unique_ptr<TypingTarget> m_target;
+    bool m_softLineBreaks = false;
+    std::vector<PlannedKey> m_keys;
+    std::vector<Segment> m_segments;
+    std::vector<Bank> m_banks;
+    std::uint8_t m_returnKey = 0;
+    std::uint8_t m_tabKey = 0;
+    XWindow m_focus = 0;
+    XWindow m_pingWindow = 0;
+    int m_group = 0;
+    std::uint8_t m_locked = 0;
+    std::uint8_t m_ambient = 0;
+
+    ReadBack m_readBack;
+    std::size_t m_sent = 0;
+    std::size_t m_confirmed = 0;
+    std::size_t m_segment = 0;
+    std::uint32_t m_lastPing = 0;
+    std::deque<std::pair<std::uint32_t, std::size_t>> m_pings;
+    qint64 m_phaseStart = 0;
+    qint64 m_lastProgress = 0;
+    qint64 m_lastBurst = 0;
+};
+
+XTestKeyboard::Engine::Engine(TargetProvider provider, const QByteArray &displayName)
+    : m_provider(std::move(provider))
+    , m_connection(XConnection::open(displayName))
+{
+    m_clock.start();
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &Engine::step);
+    if (!m_connection)
+        return;
+    m_watch = std::make_unique<InputWatch>(*m_connection);
+    m_borrowed = std::make_unique<BorrowedKeys>(*m_connection);
+    m_borrowed->recover();
+    m_notifier =
+        std::make_unique<QSocketNotifier>(m_connection->fileDescriptor(), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        m_watch->poll();
+        if (m_connection->broken())
+            m_notifier->setEnabled(false);
+        if (m_phase != Phase::Idle)
+            m_timer.start(0);
+    });
+}
+
+XTestKeyboard::Engine::~Engine() = default;
+
+void XTestKeyboard::Engine::post(const QList<KeyboardEvent> &events,
+                                 std::function<void(TypingResult)> completion)
+{
+    m_waiting.push_back({events, std::move(completion)});
+    if (m_phase == Phase::Idle)
+        startNext();
+}
+
+void XTestKeyboard::Engine::startNext()
+{
+    if (m_waiting.empty())
+        return;
+    m_current = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    m_phase = Phase::Waiting;
+    m_phaseStart = m_clock.elapsed();
+    m_fenceRequested = false;
+    m_target = m_provider ? m_provider() : nullptr;
+    m_timer.start(0);
+}
+
+// Everything that follows blocks for no longer than the server takes to answer, once it has shown
+// that no other client holds it.
+void XTestKeyboard::Engine::step()
+{
+    if (m_phase == Phase::Idle)
+        return;
+    if (!m_connection || m_connection->broken()) {
+        finish(TypingResult::Failed);
+        return;
+    }
+    m_watch->poll();
+    if (!m_fenceRequested) {
+        m_fenceRequested = true;
+        m_watch->clearFence();
+        m_connection->requestFence();
+        m_watch->poll();
+    }
+    if (!m_watch->fencePassed()) {
+        // The notifier is quicker, but Xlib may have read the event together with another answer.
+        m_timer.start(tick);
+        return;
+    }
+    m_fenceRequested = false;
+    switch (m_phase) {
+    case Phase::Idle:
+        return;
+    case Phase::Waiting:
+        wait();
+        break;
+    case Phase::Typing:
+        type();
+        break;
+    case Phase::Draining:
+        drain(m_result);
+        break;
+    }
+    if (m_connection->broken() && m_phase != Phase::Idle)
+        finish(TypingResult::Failed);
+}
+
+void XTestKeyboard::Engine::wait()
+{
+    const qint64 waited = m_clock.elapsed() - m_phaseStart;
+    const std::optional<XConnection::Moment> moment = m_connection->look();
+    if (!moment) {
+        finish(TypingResult::Failed);
+        return;
+    }
+    const bool focused = moment->focus != 0 && (!m_target || m_target->hasFocus());
+    if (!focused && waited > focusLimit) {
+        finish(TypingResult::Interrupted);
+        return;
+    }
+    if (moment->heldModifiers && waited > heldModifiersLimit) {
+        finish(TypingResult::Interrupted);
+        return;
+    }
+    // A key that stays down for longer is stuck and repeats no more once another one is pressed.
+    const bool held = moment->heldModifiers || (moment->keyHeld && waited < heldKeysLimit);
+    if (!focused || held) {
+        m_timer.start(5);
+        return;
+    }
+    m_focus = moment->focus;
+    m_watch->start(m_focus);
+    m_connection->wakeTestKeyboard();
+    m_pingWindow = m_connection->pingableWindow(m_focus);
+    if (!plan(*moment)) {
+        finish(TypingResult::Failed);
+        return;
+    }
+    m_watch->poll();
+    m_watch->clearMapChange();
+    m_phase = Phase::Typing;
+    m_lastProgress = m_lastBurst = m_clock.elapsed();
+    m_timer.start(0);
+}
+
+bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
+{
+    m_sent = m_confirmed = m_segment = 0;
+    m_pings.clear();
+    m_group = moment.group;
+    m_locked = moment.lockedModifiers;
+
+    const KeyboardMap map = m_connection->readMap();
+    if (!m_borrowed->begin(map))
+        return false;
+    m_ambient = m_locked & (m_borrowed->ignoresCapsLock() ? capsLock | numLock : numLock);
+    const KeyboardMap::Lookup layout = map.lookup(m_group, m_ambient);
+    m_softLineBreaks = m_target && m_target->needsSoftLineBreaks();
+    m_keys =
+        planKeys(m_current.events, layout, {m_softLineBreaks, m_target && m_target->takesTabs()});
+    m_returnKey = layout.functionKey(XKB_KEY_Return).value_or(0);
+    m_tabKey = layout.functionKey(XKB_KEY_Tab).value_or(0);
+    for (const PlannedKey &key : m_keys) {
+        if ((key.kind == PlannedKey::Kind::LineBreak && !m_returnKey) ||
+            (key.kind == PlannedKey::Kind::Tab && !m_tabKey))
+            return false;
+    }
+    auto segments =
+        cutIntoSegments(m_keys, m_borrowed->wholeCapacity(), m_borrowed->bankCapacity());
+    if (!segments)
+        return false;
+    m_segments = std::move(*segments);
+    m_banks.assign(m_segments.size() == 1 ? 1 : BorrowedKeys::bankCount, {});
+    m_readBack = m_target ? ReadBack(m_target->characterCount(), m_target->selectedCharacterCount())
+                          : ReadBack();
+    return true;
+}
+
+std::optional<int> XTestKeyboard::Engine::bankOf(std::size_t segment) const
+{
+    if (m_segments.size() == 1)
+        return std::nullopt;
+    return static_cast<int>(segment % BorrowedKeys::bankCount);
+}
+
+void XTestKeyboard::Engine::type()
+{
+    if (!mayGoOn()) {
+        drain(TypingResult::Interrupted);
+        return;
+    }
+    confirm();
+    if (m_sent == m_keys.size() && m_confirmed == m_sent) {
+        finish(TypingResult::Typed);
+        return;
+    }
+    if (m_clock.elapsed() - m_lastProgress > progressLimit) {
+        drain(TypingResult::Interrupted);
+        return;
+    }
+    mapSegments();
+    if (sendable() > 0) {
+        if (!sendBurst()) {
+            drain(TypingResult::Interrupted);
+            return;
+        }
+        m_lastBurst = m_clock.elapsed();
+    }
+    m_timer.start(tick);
+}
+
+bool XTestKeyboard::Engine::mayGoOn()
+{
+    return !m_watch->userActed() && !m_watch->focusLost() && !m_watch->mapChanged() &&
+           (!m_target || m_target->hasFocus());
+}
+
+// Moves m_confirmed on to what is known to have arrived.
+void XTestKeyboard::Engine::confirm()
+{
+    const std::size_t before = m_confirmed;
+    const qint64 now = m_clock.elapsed();
+    if (m_readBack.state() != ReadBack::State::Useless) {
+        if (m_sent > m_confirmed) {
+            m_readBack.observe(m_target->characterCount(), m_sent, now);
+            m_confirmed = std::max(m_confirmed, m_readBack.confirmed());
+        }
+    } else if (m_pingWindow) {
+        while (!m_pings.empty() && m_pings.front().first <= m_watch->lastPong()) {
+            m_confirmed = std::max(m_confirmed, m_pings.front().second);
+            m_pings.pop_front();
+        }
+    } else if (now - m_lastBurst >= deafPause) {
+        m_confirmed = m_sent;
+    }
+    if (m_confirmed != before || m_sent == m_confirmed)
+        m_lastProgress = now;
+}
+
+// A bank is mapped anew as soon as all that it held has been typed, while the other one's keys are
+// on their way.
+void XTestKeyboard::Engine::mapSegments()
+{
+    const std::size_t last = std::min(m_segments.size(), m_segment + m_banks.size());
+    for (std::size_t i = m_segment; i < last; ++i) {
+        Bank &bank = m_banks[i % m_banks.size()];
+        if (bank.segment == i)
+            continue;
+        if (bank.segment && m_confirmed < m_segments[*bank.segment].end)
+            continue;
+        mapSegment(i);
+    }
+}
+
+void XTestKeyboard::Engine::mapSegment(std::size_t index)
+{
+    Bank &bank = m_banks[index % m_banks.size()];
+    bank.segment = index;
+    if (m_segments[index].characters.empty()) {
+        bank.ping = 0;
+        bank.mappedAt = 0;
+        return;
+    }
+    m_borrowed->map(bankOf(index), m_segments[index].characters);
+    // The round trip brings the notices of our own change.
+    m_connection->look();
+    m_watch->poll();
+    m_watch->clearMapChange();
+    bank.mappedAt = m_clock.elapsed();
+    bank.ping = m_pingWindow ? sendPing() : 0;
+    bank.secondPing = false;
+}
+
+// A client has taken a new map once it has answered a ping that came after the notice. Some fetch
+// it once more on a second connection: a second answer shows that it has been round its event loop.
+bool XTestKeyboard::Engine::isSettled(Bank &bank)
+{
+    if (bank.mappedAt == 0)
+        return true;
+    if (!m_pingWindow) {
+        if (m_clock.elapsed() - bank.mappedAt < deafMapPause)
+            return false;
+    } else {
+        if (m_watch->lastPong() < bank.ping)
+            return false;
+        if (!bank.secondPing) {
+            bank.secondPing = true;
+            bank.ping = sendPing();
+            return false;
+        }
+    }
+    bank.mappedAt = 0;
+    return true;
+}
+
+// How many keys may be sent now.
+std::size_t XTestKeyboard::Engine::sendable()
+{
+    while (m_segment + 1 < m_segments.size() && m_sent == m_segments[m_segment].end)
+        ++m_segment;
+    Bank &bank = m_banks[m_segment % m_banks.size()];
+    if (bank.segment != m_segment || !isSettled(bank))
+        return 0;
+    std::size_t count = m_segments[m_segment].end - m_sent;
+    const std::size_t pending = m_sent - m_confirmed;
+    if (m_readBack.state() == ReadBack::State::Measuring)
+        return m_sent == 0 ? std::min<std::size_t>(count, 1) : 0;
+    if (m_readBack.state() == ReadBack::State::Reliable) {
+        const std::size_t room = inFlight > pending ? inFlight - pending : 0;
+        return std::min({count, room, burstSize});
+    }
+    if (pending > 0 || m_clock.elapsed() - m_lastBurst < (m_pingWindow ? blindPause : deafPause))
+        return 0;
+    return std::min(count, blindBurstSize);
+}
+
+std::optional<Keystroke> XTestKeyboard::Engine::strokeFor(const PlannedKey &key,
+                                                          std::size_t segment) const
+{
+    switch (key.kind) {
+    case PlannedKey::Kind::LineBreak:
+        return Keystroke{m_returnKey, m_softLineBreaks ? shiftModifier : std::uint8_t{0}};
+    case PlannedKey::Kind::Tab:
+        return Keystroke{m_tabKey, 0};
+    case PlannedKey::Kind::Character:
+        break;
+    }
+    return key.onLayout ? key.onLayout : m_borrowed->keyFor(bankOf(segment), key.codePoint);
+}
+
+bool XTestKeyboard::Engine::sendBurst()
+{
+    const std::size_t count = sendable();
+    std::vector<Keystroke> strokes;
+    for (std::size_t i = m_sent; i < m_sent + count; ++i) {
+        const std::optional<Keystroke> stroke = strokeFor(m_keys[i], m_segment);
+        if (!stroke)
+            return false;
+        strokes.push_back(*stroke);
+    }
+    // Nobody can move the focus between the check and the keys.
+    m_connection->grabServer();
+    const std::optional<XConnection::Moment> moment = m_connection->look();
+    m_watch->poll();
+    const bool unchanged = moment && moment->focus == m_focus && moment->group == m_group &&
+                           moment->heldModifiers == 0 && moment->lockedModifiers == m_locked;
+    const bool allowed =
+        unchanged && !m_watch->userActed() && !m_watch->focusLost() && !m_watch->mapChanged();
+    if (allowed) {
+        for (const Keystroke &stroke : strokes)
+            m_watch->expectPress(stroke.keycode);
+        m_connection->sendKeys(strokes, m_ambient, m_locked);
+        m_sent += count;
+        if (m_pingWindow && m_readBack.state() == ReadBack::State::Useless)
+            m_pings.emplace_back(sendPing(), m_sent);
+    }
+    m_connection->ungrabServer();
+    return allowed;
+}
+
+std::uint32_t XTestKeyboard::Engine::sendPing()
+{
+    m_connection->ping(m_pingWindow, ++m_lastPing);
+    m_connection->flush();
+    return m_lastPing;
+}
+
+void XTestKeyboard::Engine::drain(TypingResult result)
+{
+    if (m_phase != Phase::Draining) {
+        m_phase = Phase::Draining;
+        m_phaseStart = m_clock.elapsed();
+        m_result = result;
+    }
+    confirm();
+    if (m_confirmed == m_sent || m_clock.elapsed() - m_phaseStart > drainLimit) {
+        finish(result);
+        return;
+    }
+    m_timer.start(tick);
+}
+
+void XTestKeyboard::Engine::finish(TypingResult result)
+{
+    m_timer.stop();
+    m_phase = Phase::Idle;
+    if (m_connection && !m_connection->broken()) {
+        m_watch->stop();
+        m_borrowed->giveBack();
+    }
+    m_target.reset();
+    m_keys.clear();
+    m_segments.clear();
+    const auto completion = std::move(m_current.completion);
+    m_current = {};
+    QTimer::singleShot(0, this, [this, completion, result] {
+        if (completion)
+            completion(result);
+        if (m_phase == Phase::Idle)
+            startNext();
+    });
+}
+
+XTestKeyboard::XTestKeyboard(TargetProvider target, const QByteArray &displayName)
+    : m_engine(std::make_unique<Engine>(std::move(target), displayName))
+{
+}
+
+XTestKeyboard::~XTestKeyboard() = default;
+
+void XTestKeyboard::CGEventPost(const QList<KeyboardEvent> &events,
+                                std::function<void(TypingResult)> completion)
+{
+    m_engine->post(events, std::move(completion));
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/KeyboardEvents.h"
+#include "platform/linux/keyboard/TypingTarget.h"
+
+#include <QByteArray>
+
+#include <functional>
+#include <memory>
+
+namespace platform::linux_
+{
+
+/// Types text into the focused window of an X11 desktop: XTEST presses the keys, XKB lends the
+/// characters that the user's layout does not have to keys that it leaves empty.
+///
+/// Works from the event loop in pieces of a few milliseconds. Keys go out in small bursts, each
+/// under a server grab in which the focus and the user's modifiers have been checked, and no more
+/// are on their way than the input is known to keep up with. A key or click of the user, a change
+/// of focus, of layout, or an input that stops answering ends the sequence as Interrupted. The
+/// keyboard map is left as it was found; what a killed process has left is put back when the next
+/// one is created.
+///
+/// Main thread only. Destroying it during a sequence restores the map and drops the completions.
+class XTestKeyboard : public KeyboardEvents
+{
+public:
+    /// Gives the input that has the focus when a sequence starts; it may give none.
+    using TargetProvider = std::function<std::unique_ptr<TypingTarget>()>;
+
+    /// `displayName` as XOpenDisplay takes it; empty for $DISPLAY. Without a usable X server every
+    /// sequence ends as Failed.
+    explicit XTestKeyboard(TargetProvider target, const QByteArray &displayName = {});
+    ~XTestKeyboard() override;
+
+    void CGEventPost(const QList<KeyboardEvent> &events,
+                     std::function<void(TypingResult)> completion) override;
+
+private:
+    class Engine;
+    std::unique_ptr<Engine> m_engine;
+};
+
+} // namespace platform::linux_
