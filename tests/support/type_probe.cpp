@@ -1,0 +1,93 @@
+// Types the text of standard input into the focused input, as the application does, and prints what
+// came of it as one line of JSON: {"result": "typed", "milliseconds": 12.3, "codePoints": 45}.
+//
+//   type_probe [--blind] [--recover]
+//     --blind     without reading back from the input
+//     --recover   puts back what a killed probe has left, and types nothing
+
+#include "platform/linux/keyboard/XTestKeyboard.h"
+#include "tests/support/FocusedInput.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSocketNotifier>
+#include <QTextBoundaryFinder>
+
+#include <csignal>
+#include <cstdio>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace
+{
+
+QList<platform::KeyboardEvent> eventsFor(const QString &text)
+{
+    QList<platform::KeyboardEvent> events;
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype start = 0;
+    while (finder.toNextBoundary() > 0) {
+        const QString character = text.mid(start, finder.position() - start);
+        events.append({true, character});
+        events.append({false, character});
+        start = finder.position();
+    }
+    return events;
+}
+
+const char *nameOf(platform::TypingResult result)
+{
+    switch (result) {
+    case platform::TypingResult::Typed:
+        return "typed";
+    case platform::TypingResult::Interrupted:
+        return "interrupted";
+    case platform::TypingResult::Failed:
+        break;
+    }
+    return "failed";
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // An orderly end on SIGTERM, so that the keyboard is put back.
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+
+    QCoreApplication app(argc, argv);
+    QSocketNotifier terminate(signalfd(-1, &signals, SFD_CLOEXEC), QSocketNotifier::Read);
+    QObject::connect(&terminate, &QSocketNotifier::activated, &app,
+                     [] { QCoreApplication::exit(143); });
+
+    const bool blind = app.arguments().contains(QStringLiteral("--blind"));
+    platform::linux_::XTestKeyboard keyboard(
+        [blind]() -> std::unique_ptr<platform::linux_::TypingTarget> {
+            return blind ? nullptr : test::focusedInput();
+        });
+    if (app.arguments().contains(QStringLiteral("--recover")))
+        return 0;
+
+    QFile input;
+    if (!input.open(stdin, QIODevice::ReadOnly))
+        return 2;
+    const QString text = QString::fromUtf8(input.readAll());
+    QElapsedTimer clock;
+    clock.start();
+    keyboard.CGEventPost(eventsFor(text), [&](platform::TypingResult result) {
+        const QJsonObject report{
+            {QStringLiteral("result"), QString::fromLatin1(nameOf(result))},
+            {QStringLiteral("milliseconds"), static_cast<double>(clock.nsecsElapsed()) / 1e6},
+            {QStringLiteral("codePoints"), static_cast<qint64>(text.toUcs4().size())},
+        };
+        std::puts(QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
+        QCoreApplication::quit();
+    });
+    return QCoreApplication::exec();
+}
