@@ -1,9 +1,13 @@
 #include "backend/offline/OfflineEngine.h"
 
+#include "backend/offline/Emojifier.h"
 #include "backend/offline/GrammarChecker.h"
+#include "backend/offline/Translator.h"
+#include "backend/offline/rules/PhraseRule.h"
+
+#include <QHash>
 
 #include <mutex>
-#include <optional>
 
 using namespace offline;
 
@@ -13,9 +17,9 @@ namespace
 OfflineAnswer needsModel(const QString &task)
 {
     return {false,
-            QStringLiteral("%1 needs a language model: name one in ~/.config/quillet/backend.ini "
-                           "under [model] with url=… and name=…, or start Ollama on this computer.")
-                .arg(task)};
+            task + QStringLiteral(" needs a language model: name one in "
+                                  "~/.config/quillet/backend.ini under [model] with url=… and "
+                                  "name=…, or start Ollama on this computer.")};
 }
 
 } // namespace
@@ -24,37 +28,79 @@ OfflineAnswer needsModel(const QString &task)
 class OfflineEngine::Private
 {
 public:
-    explicit Private(const OfflinePaths &paths)
-        : lexicon(paths.dictionaries)
+    explicit Private(OfflinePaths where)
+        : lexicon(where.dictionaries)
+        , paths(std::move(where))
     {
     }
 
+    /// Everything that the rewriting of English takes.
     struct English {
-        explicit English(const Lexicon &lexicon)
-            : grammar(lexicon, detector, verbs)
+        explicit English(const Private &engine)
+            : grammar(engine.lexicon, engine.detector, verbs)
+            , safe(u"concise.tsv", PhraseRule::Rows::Safe, verbs)
+            , concise(u"concise.tsv", PhraseRule::Rows::All, verbs)
+            , clear(u"clear.tsv", PhraseRule::Rows::All, verbs)
+            , elevated(u"elevate.tsv", PhraseRule::Rows::All, verbs)
+            , professional(u"professional.tsv", PhraseRule::Rows::All, verbs)
         {
         }
 
-        LanguageDetector detector;
         Verbs verbs;
         GrammarChecker grammar;
+        PhraseRule safe;
+        PhraseRule concise;
+        PhraseRule clear;
+        PhraseRule elevated;
+        PhraseRule professional;
+        Emojifier emojifier;
     };
 
     const English &english()
     {
-        std::call_once(m_englishOnce, [this] { m_english = std::make_unique<English>(lexicon); });
+        std::call_once(m_englishOnce, [this] { m_english = std::make_unique<English>(*this); });
         return *m_english;
     }
 
+    const Translator &translator()
+    {
+        std::call_once(m_translatorOnce, [this] {
+            m_translator =
+                std::make_unique<Translator>(paths.apertium, paths.apertiumModes, detector);
+        });
+        return *m_translator;
+    }
+
+    /// The text with its mistakes corrected and the phrases of a table replaced.
+    QString rephrased(const QString &text, const PhraseRule &phrases)
+    {
+        const QString corrected = english().grammar.corrected(text);
+        EditList edits;
+        phrases.check(Document(corrected, lexicon, detector), edits);
+        return edits.isEmpty() ? corrected
+                               : english().grammar.withArticles(edits.applied(corrected));
+    }
+
+    QString emojified(const QString &text)
+    {
+        EditList edits;
+        english().emojifier.check(Document(text, lexicon, detector), edits);
+        return edits.applied(text);
+    }
+
     Lexicon lexicon;
+    LanguageDetector detector;
 
 private:
+    OfflinePaths paths;
     std::once_flag m_englishOnce;
     std::unique_ptr<English> m_english;
+    std::once_flag m_translatorOnce;
+    std::unique_ptr<Translator> m_translator;
 };
 
 OfflineEngine::OfflineEngine(OfflinePaths paths)
-    : d(std::make_unique<Private>(paths))
+    : d(std::make_unique<Private>(std::move(paths)))
 {
 }
 
@@ -68,7 +114,34 @@ void OfflineEngine::warmUp() const
 
 OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text) const
 {
-    if (command == u"check-grammar" || command == u"quick-improve")
+    static const QHash<QString, PhraseRule Private::English::*> rephrasings = {
+        {QStringLiteral("quick-improve"), &Private::English::safe},
+        {QStringLiteral("concise"), &Private::English::concise},
+        {QStringLiteral("clear"), &Private::English::clear},
+        {QStringLiteral("elevate"), &Private::English::elevated},
+        {QStringLiteral("professional"), &Private::English::professional},
+    };
+    static const QHash<QString, QString> beyondRules = {
+        {QStringLiteral("expand"), QStringLiteral("Expanding a text")},
+        {QStringLiteral("reply-msg-copy"), QStringLiteral("Writing a reply")},
+    };
+
+    const bool translation = Translator::offers(command);
+    const auto rephrasing = rephrasings.constFind(command);
+    const bool rewriting = rephrasing != rephrasings.constEnd() || command == u"check-grammar" ||
+                           command == u"emojify";
+    if (!translation && !rewriting) {
+        return needsModel(beyondRules.value(command, QStringLiteral("“%1”").arg(command.left(40))));
+    }
+    if (text.isEmpty())
+        return {true, QString()};
+    if (translation) {
+        const Translator::Result result = d->translator().translate(text, command);
+        return {result.supported, result.text};
+    }
+    if (command == u"check-grammar")
         return {true, d->english().grammar.corrected(text)};
-    return needsModel(QStringLiteral("This command"));
+    if (command == u"emojify")
+        return {true, d->emojified(text)};
+    return {true, d->rephrased(text, d->english().*(*rephrasing))};
 }

@@ -28,14 +28,16 @@ std::optional<bool> wordOpensWithVowel(const QString &lower)
     static constexpr QStringView likeYou[] = {
         u"unic", u"unif", u"unil", u"unio", u"uniq", u"unis", u"unit", u"univ",  u"unip",
         u"usa",  u"use",  u"usu",  u"usi",  u"util", u"uten", u"uter", u"utop",  u"ubiq",
-        u"ukul", u"uran", u"urin", u"urol", u"eu",   u"ewe",  u"uni-", u"usurp", u"ufolog"};
+        u"ukul", u"uran", u"urin", u"urol", u"eu",   u"ewe",  u"uni-", u"usurp", u"unix"};
     static constexpr QStringView silentH[] = {u"hour", u"honest", u"honor", u"honour", u"heir"};
     static const QSet<QString> likeWon = setOf(QStringLiteral("one ones once oneself one's"));
     // Both articles are in use.
     static const QSet<QString> open = setOf(QStringLiteral(
         "herb herbs herbal historic historical historian historically hotel habitual hysterical "
         "hereditary heroic hilarious hypothesis hallucination h unionized unionised unidentified"));
-    if (open.contains(lower))
+    const bool pronounceable = std::any_of(
+        lower.begin(), lower.end(), [](QChar c) { return QStringView(u"aeiouy").contains(c); });
+    if (open.contains(lower) || !pronounceable)
         return std::nullopt;
     if (likeWon.contains(lower) || startsWithAny(lower, likeYou))
         return false;

@@ -64,6 +64,9 @@ bool CapitalRule::opensCarelessly(const Document &document, size_t number) const
     const QStringView gap = document.gapBefore(sentence.first);
     if (!gap.isEmpty() && !gap.back().isSpace())
         return false;
+    const QStringView next = document.gapBefore(sentence.first + 1);
+    if (next.startsWith(u'.') || next.startsWith(u')'))
+        return false; // an enumerator
     const bool whole = sentence.terminated && sentence.end - sentence.first >= shortestSentence;
     if (sentence.startsParagraph) {
         const bool listed = gap.contains(u'-') || gap.contains(u'*') || gap.contains(u'\u2022') ||

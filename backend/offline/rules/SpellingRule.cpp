@@ -7,6 +7,13 @@
 namespace offline
 {
 
+namespace
+{
+
+constexpr int certainLevel = 10;
+
+} // namespace
+
 bool SpellingRule::isCandidate(const Document &document, int index) const
 {
     const Word &word = document.word(index);
@@ -45,8 +52,12 @@ void SpellingRule::check(const Document &document, EditList &edits) const
             correction = corrections.insert(word.lower, m_lexicon.correction(word.lower));
         if (correction->isEmpty())
             continue;
-        // A word that the writer uses again and again is a term of theirs.
-        if (uses.value(word.lower) > 2 && !m_lexicon.isCommonMisspelling(word.lower))
+        // A word that the writer uses again is a term of theirs, and one with a
+        // capital a name, unless many people write the mistake.
+        const bool doubtful =
+            uses.value(word.lower) > 1 ||
+            (word.letters == LetterCase::Capital && m_lexicon.level(*correction) < certainLevel);
+        if (doubtful && !m_lexicon.isCommonMisspelling(word.lower))
             continue;
         const QStringView original = QStringView(document.text()).mid(word.start, word.length);
         edits.replace(word.start, word.length, inCaseOf(original, *correction));

@@ -24,7 +24,7 @@ bool isAbbreviation(const QString &lower)
             "dept est inc ltd co corp gen col sgt capt lt rev hon pres gov sen rep jan feb mar apr "
             "jun jul aug sep sept oct nov dec mon tue wed thu fri sat sun tel ext min max resp "
             "ca viz op ibid ch sec sect para ref refs ver rel misc incl excl e.g i.e a.m p.m u.s "
-            "u.k ave blvd rd mt ft lb oz hr hrs");
+            "u.k ii iii iv vi vii viii ix xi xii ave blvd rd mt ft lb oz hr hrs");
         const QStringList words = list.split(u' ');
         return QSet<QString>(words.begin(), words.end());
     }();
@@ -127,19 +127,30 @@ bool Document::endsSentence(int index) const
     if (breaks > 1)
         return true;
     if (breaks == 1) {
-        const QChar last = gap.back();
-        const Word &next = m_words[size_t(index) + 1];
-        if (!last.isSpace() || next.lower.isEmpty() || next.letters != LetterCase::Lower)
+        const Word &following = m_words[size_t(index) + 1];
+        if (!gap.back().isSpace() || following.lower.isEmpty() ||
+            following.letters != LetterCase::Lower)
             return true;
     }
     if (terminal < 0)
+        return false;
+    // "What a cake!" she said
+    const Word &next = m_words[size_t(index) + 1];
+    const bool goesOn = next.letters == LetterCase::Lower && !next.lower.isEmpty();
+    if (goesOn && terminal + 1 < gap.size() &&
+        QStringView(u"\"'\u201d\u2019)").contains(gap[terminal + 1]))
         return false;
     const bool spaceAfter =
         terminal + 1 < gap.size() && (gap[terminal + 1].isSpace() || gap.back().isSpace());
     if (gap[terminal] == u'.') {
         if (terminal > 0 && gap[terminal - 1] == u'.')
-            return spaceAfter && m_words[size_t(index) + 1].letters == LetterCase::Capital;
-        if (terminal == 0 && isAbbreviation(word(index).lower))
+            return spaceAfter && next.letters == LetterCase::Capital;
+        const Word &last = word(index);
+        if (terminal == 0 && isAbbreviation(last.lower))
+            return false;
+        // "e.g.", "5.", "U.S.": only a capital shows that the sentence is over
+        if (last.lower.isEmpty() && m_words[size_t(index) + 1].letters == LetterCase::Lower &&
+            !m_words[size_t(index) + 1].lower.isEmpty())
             return false;
     }
     return spaceAfter;

@@ -143,7 +143,7 @@ private:
     static bool isProse(QStringView chunk)
     {
         static constexpr QStringView technical = u"/\\_@=$%^|&#~*+<>{}[]()";
-        if (chunk.front() == u'-' && chunk.size() > 1 && chunk[1] != u'-')
+        if (chunk.front() == u'-' && chunk.size() > 1)
             return false; // an option or a negative number
         if (chunk.front() == u'.' && chunk.size() > 1 && chunk[1].isLetter())
             return false;

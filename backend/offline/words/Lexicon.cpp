@@ -102,6 +102,31 @@ void Lexicon::load() const
     m_data->britishDictionary();
 }
 
+/// "rulesets", "manpage", "unmapped": words that writers build from others, and
+/// that no dictionary lists.
+bool Lexicon::isCompound(const QString &lower) const
+{
+    constexpr int wellKnown = 6;
+    constexpr qsizetype shortestPart = 3;
+    static constexpr QStringView prefixes[] = {u"un",    u"re",    u"non",   u"sub",  u"pre",
+                                               u"multi", u"micro", u"super", u"over", u"under",
+                                               u"anti",  u"inter", u"auto",  u"co",   u"meta"};
+    const WordTrie &words = data().trie;
+    const QStringView whole(lower);
+    for (const QStringView prefix : prefixes) {
+        if (lower.startsWith(prefix) && lower.size() > prefix.size() + shortestPart &&
+            words.level(whole.mid(prefix.size())) >= 0)
+            return true;
+    }
+    if (lower.endsWith(u's') && words.level(whole.chopped(1)) >= 0 && !lower.endsWith(u"ss"))
+        return true;
+    for (qsizetype i = shortestPart; i <= lower.size() - shortestPart; ++i) {
+        if (words.level(whole.left(i)) >= wellKnown && words.level(whole.mid(i)) >= wellKnown)
+            return true;
+    }
+    return false;
+}
+
 bool Lexicon::knows(const QString &lower) const
 {
     const Data &known = data();
@@ -126,7 +151,7 @@ QString Lexicon::correction(const QString &lower) const
     if (common != known.misspellings.constEnd())
         return *common;
     // Without a dictionary every rarer word would count as a mistake.
-    if (!known.american.isOpen() || knows(lower))
+    if (!known.american.isOpen() || knows(lower) || isCompound(lower))
         return {};
     return known.trie.correction(lower).value_or(QString());
 }

@@ -45,6 +45,7 @@ public:
 private:
     struct Data;
     const Data &data() const;
+    bool isCompound(const QString &lower) const;
 
     QString m_dictionaries;
     mutable std::once_flag m_once;

@@ -21,9 +21,8 @@ constexpr int swapped = 6;
 constexpr int doubling = 5;
 constexpr int silentLetter = 8;
 constexpr int vowelForVowel = 7;
-constexpr int soundAlike = 6;
+constexpr int soundAlike = 7;
 constexpr int neighbouringKey = 8;
-constexpr int wrongFirstLetter = 7;
 constexpr int rarity = 2; // for each level below the most common
 constexpr int clearMargin = 5;
 
@@ -88,8 +87,10 @@ struct WordTrie::Search {
 
     void offer(int cost, int level, int depth)
     {
-        if (path[0] != word[0])
-            cost += wrongFirstLetter;
+        // Writers rarely miss the first letter; where it differs, it is a name.
+        const bool swappedStart = path[0] == word[1] && path[1] == word[0];
+        if (path[0] != word[0] && !swappedStart)
+            return;
         const int score = cost + (15 - level) * rarity;
         if (score < best) {
             second = best;
@@ -175,7 +176,10 @@ std::optional<QString> WordTrie::correction(QStringView misspelling) const
         search.word[search.length++] = char(c.unicode());
     }
     // Short words have many neighbours: there only the commonest slips count.
-    search.limit = search.length <= 4 ? swapped : search.length <= 6 ? arbitrary : arbitrary + 8;
+    search.limit = search.length <= 4   ? swapped
+                   : search.length <= 6 ? silentLetter
+                   : search.length <= 9 ? 2 * vowelForVowel
+                                        : arbitrary + silentLetter;
     search.rows[0][0] = 0;
     for (int j = 1; j <= search.length; ++j) {
         search.rows[0][j] = search.rows[0][j - 1] +
@@ -208,7 +212,9 @@ void WordTrie::descend(Search &search, qint32 node, int depth) const
             int cost =
                 last[size_t(j) - 1] + substitutions.cost[size_t(letter - 'a')][size_t(typed - 'a')];
             cost = std::min(cost, last[size_t(j)] + looseLetter(letter, before));
-            cost = std::min(cost, row[size_t(j) - 1] + looseLetter(typed, typedBefore));
+            // "ccache": a doubled first letter is meant
+            const int loose = j == 2 ? arbitrary : looseLetter(typed, typedBefore);
+            cost = std::min(cost, row[size_t(j) - 1] + loose);
             if (j > 1 && depth > 0 && typed == before && typedBefore == letter && typed != letter)
                 cost = std::min(cost, search.rows[size_t(depth) - 1][size_t(j) - 2] + swapped);
             row[size_t(j)] = cost;

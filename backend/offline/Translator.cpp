@@ -1,0 +1,183 @@
+#include "backend/offline/Translator.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <array>
+#include <deque>
+
+namespace offline
+{
+
+namespace
+{
+
+constexpr int longestStep = 20'000; // milliseconds
+
+struct Language {
+    QString name;
+    QStringList codes; ///< as Apertium's modes write it
+};
+
+/// In the order in which they are tried as a language in between.
+const std::array<Language, 6> &languages()
+{
+    static const std::array<Language, 6> list = {{
+        {QStringLiteral("catalan"), {QStringLiteral("cat"), QStringLiteral("ca")}},
+        {QStringLiteral("spanish"), {QStringLiteral("spa"), QStringLiteral("es")}},
+        {QStringLiteral("english"), {QStringLiteral("eng"), QStringLiteral("en")}},
+        {QStringLiteral("french"), {QStringLiteral("fra"), QStringLiteral("fr")}},
+        {QStringLiteral("portuguese"), {QStringLiteral("por"), QStringLiteral("pt")}},
+        {QStringLiteral("italian"), {QStringLiteral("ita"), QStringLiteral("it")}},
+    }};
+    return list;
+}
+
+int indexOf(const QString &language)
+{
+    for (size_t i = 0; i < languages().size(); ++i) {
+        if (languages()[i].name == language)
+            return int(i);
+    }
+    return -1;
+}
+
+/// The modes of Debian's packages, so that a missing one can be named.
+const QHash<QString, QString> &packageOfMode()
+{
+    static const QHash<QString, QString> packages = [] {
+        QHash<QString, QString> result;
+        for (const QString &package :
+             {QStringLiteral("eng-cat"), QStringLiteral("eng-spa"), QStringLiteral("spa-cat"),
+              QStringLiteral("fra-cat"), QStringLiteral("por-cat"), QStringLiteral("cat-ita"),
+              QStringLiteral("es-pt"), QStringLiteral("fr-es")}) {
+            const QStringList codes = package.split(u'-');
+            const QString name = QStringLiteral("apertium-") + package;
+            result.insert(package, name);
+            result.insert(codes.at(1) + u'-' + codes.at(0), name);
+        }
+        return result;
+    }();
+    return packages;
+}
+
+QString displayName(const QString &language)
+{
+    return language.left(1).toUpper() + language.mid(1);
+}
+
+} // namespace
+
+Translator::Translator(QString program, const QString &modes, const LanguageDetector &detector)
+    : m_program(std::move(program))
+    , m_detector(detector)
+{
+    const QStringList files = QDir(modes).entryList({QStringLiteral("*.mode")}, QDir::Files);
+    for (const QString &file : files)
+        m_modes.insert(file.chopped(5));
+}
+
+bool Translator::offers(const QString &language)
+{
+    return indexOf(language) >= 0;
+}
+
+/// The modes that lead from one language to another, fewest first; empty when
+/// there is no way.
+QStringList Translator::route(const QString &from, const QString &to, const QSet<QString> &modes)
+{
+    const auto mode = [&modes](const Language &a, const Language &b) {
+        for (const QString &left : a.codes) {
+            for (const QString &right : b.codes) {
+                const QString name = left + u'-' + right;
+                if (modes.contains(name))
+                    return name;
+            }
+        }
+        return QString();
+    };
+    std::array<QStringList, 6> routes;
+    std::deque<size_t> open = {size_t(indexOf(from))};
+    const auto goal = size_t(indexOf(to));
+    while (!open.empty() && routes[goal].isEmpty()) {
+        const size_t here = open.front();
+        open.pop_front();
+        for (size_t next = 0; next < languages().size(); ++next) {
+            const QString step = mode(languages()[here], languages()[next]);
+            if (step.isEmpty() || !routes[next].isEmpty() || languages()[next].name == from)
+                continue;
+            routes[next] = routes[here] + QStringList(step);
+            open.push_back(next);
+        }
+    }
+    return routes[goal];
+}
+
+std::optional<QString> Translator::run(const QString &mode, const QString &text) const
+{
+    QProcess process;
+    process.setProgram(m_program);
+    process.setArguments({QStringLiteral("-u"), mode});
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start();
+    if (!process.waitForStarted(longestStep))
+        return std::nullopt;
+    process.write(text.toUtf8());
+    process.closeWriteChannel();
+    if (!process.waitForFinished(longestStep)) {
+        process.terminate(); // lets it clean up
+        if (!process.waitForFinished(1000))
+            process.kill();
+        process.waitForFinished(1000);
+        return std::nullopt;
+    }
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        return std::nullopt;
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+Translator::Result Translator::translate(const QString &text, const QString &language) const
+{
+    const QString from = m_detector.languageOf(text);
+    if (from == language)
+        return {true, text};
+    if (!offers(from)) {
+        const QString found = from.isEmpty()
+                                  ? QStringLiteral("The language of this text was not recognised")
+                                  : displayName(from) + QStringLiteral(" cannot be translated");
+        return {false,
+                found + QStringLiteral(" without a language model: name one in "
+                                       "~/.config/quillet/backend.ini under [model] with "
+                                       "url=… and name=…, or start Ollama on this computer.")};
+    }
+    if (QStandardPaths::findExecutable(m_program).isEmpty())
+        return {false, QStringLiteral("Translations need Apertium, which is not installed: install "
+                                      "the package apertium.")};
+
+    const QStringList steps = route(from, language, m_modes);
+    if (steps.isEmpty()) {
+        const QHash<QString, QString> &packages = packageOfMode();
+        const QSet<QString> all(packages.keyBegin(), packages.keyEnd());
+        QStringList missing;
+        for (const QString &step : route(from, language, all)) {
+            if (!m_modes.contains(step))
+                missing.append(packages.value(step));
+        }
+        return {false,
+                QStringLiteral("Apertium's data for %1 to %2 is not installed: install the package "
+                               "%3.")
+                    .arg(displayName(from), displayName(language),
+                         missing.join(QStringLiteral(" and ")))};
+    }
+    QString result = text;
+    for (const QString &step : steps) {
+        const std::optional<QString> translated = run(step, result);
+        if (!translated)
+            return {false, QStringLiteral("Apertium did not finish the translation.")};
+        result = *translated;
+    }
+    return {true, result};
+}
+
+} // namespace offline

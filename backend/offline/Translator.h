@@ -1,0 +1,45 @@
+#pragma once
+
+#include "backend/offline/words/LanguageDetector.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace offline
+{
+
+/// Translates between English, Spanish, Catalan, Italian, Portuguese and French
+/// with an installed Apertium, through languages in between where no pair leads
+/// straight. The text reaches the child process through its standard input
+/// only. Constant after construction; any thread may use it.
+class Translator
+{
+public:
+    struct Result {
+        bool supported = false;
+        QString text; ///< the translation, or one sentence why there is none
+    };
+
+    /// `program` is Apertium's, `modes` the folder of its modes. `detector` must
+    /// outlive the translator.
+    Translator(QString program, const QString &modes, const LanguageDetector &detector);
+
+    static bool offers(const QString &language);
+
+    /// Blocks while Apertium works, at most 20 seconds a step.
+    Result translate(const QString &text, const QString &language) const;
+
+private:
+    static QStringList route(const QString &from, const QString &to, const QSet<QString> &modes);
+    std::optional<QString> run(const QString &mode, const QString &text) const;
+
+    QString m_program;
+    QSet<QString> m_modes; ///< installed
+    const LanguageDetector &m_detector;
+};
+
+} // namespace offline

@@ -1,0 +1,102 @@
+#include "backend/offline/OfflineEngine.h"
+
+#include <QFile>
+#include <QStringList>
+
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+QString file(const char *name)
+{
+    QFile data(QString::fromUtf8(OFFLINE_TEST_DATA) + u'/' + QString::fromUtf8(name));
+    EXPECT_TRUE(data.open(QIODevice::ReadOnly)) << name;
+    return QString::fromUtf8(data.readAll());
+}
+
+const OfflineEngine &engine()
+{
+    static const OfflineEngine shared;
+    return shared;
+}
+
+TEST(Rewrite, ReplacesPhrasesInFormAndCase)
+{
+    int cases = 0;
+    for (const QString &line : file("rewrites.tsv").split(u'\n')) {
+        const QStringList columns = line.split(u'\t');
+        if (line.startsWith(u'#') || columns.size() != 3)
+            continue;
+        const OfflineAnswer answer = engine().answer(columns.at(0), columns.at(1));
+        EXPECT_TRUE(answer.supported);
+        EXPECT_EQ(answer.text.toStdString(), columns.at(2).toStdString())
+            << columns.at(0).toStdString();
+        EXPECT_EQ(engine().answer(columns.at(0), answer.text).text.toStdString(),
+                  answer.text.toStdString())
+            << "not stable";
+        ++cases;
+    }
+    EXPECT_GT(cases, 20);
+}
+
+TEST(Rewrite, LeavesWhatIsNotEnglishProse)
+{
+    const QString text =
+        QStringLiteral("Hola, no sé si la casa de mi hermano está cerca de la playa.\r\n\r\n"
+                       "```\nin order to, very good, don't\n```\r\n`in order to` "
+                       "https://a.example/in-order-to\t ");
+    for (const char *command : {"quick-improve", "concise", "clear", "elevate", "professional",
+                                "emojify", "check-grammar"}) {
+        const OfflineAnswer answer = engine().answer(QString::fromUtf8(command), text);
+        EXPECT_TRUE(answer.supported);
+        EXPECT_EQ(answer.text.toStdString(), text.toStdString()) << command;
+    }
+}
+
+TEST(Rewrite, SaysWhatNeedsAModel)
+{
+    for (const char *command : {"friendly", "happy", "confident", "romantic", "sarcastic", "witty",
+                                "flirty", "expand", "reply-msg-copy", "german", "chinese", "?"}) {
+        for (const QString &text : {QStringLiteral("Hello there."), QString()}) {
+            const OfflineAnswer answer = engine().answer(QString::fromUtf8(command), text);
+            EXPECT_FALSE(answer.supported) << command;
+            EXPECT_TRUE(answer.text.contains(u"~/.config/quillet/backend.ini")) << command;
+            EXPECT_TRUE(answer.text.endsWith(u'.')) << command;
+        }
+    }
+    const OfflineAnswer empty = engine().answer(QStringLiteral("clear"), QString());
+    EXPECT_TRUE(empty.supported);
+    EXPECT_TRUE(empty.text.isEmpty());
+}
+
+TEST(Rewrite, AnswersSeveralThreadsAtOnce)
+{
+    const OfflineEngine fresh;
+    const QString text = QStringLiteral("The colour of teh house are nice ,realy. It's very good.");
+    std::vector<QString> answers(8);
+    std::vector<std::thread> threads;
+    for (QString &answer : answers) {
+        threads.emplace_back([&] { answer = fresh.answer(QStringLiteral("elevate"), text).text; });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    for (const QString &answer : answers)
+        EXPECT_EQ(answer.toStdString(), answers.front().toStdString());
+    EXPECT_TRUE(answers.front().contains(u"excellent"));
+}
+
+TEST(Rewrite, WorksWithoutDictionaries)
+{
+    OfflinePaths paths;
+    paths.dictionaries = QStringLiteral("/nonexistent");
+    const OfflineEngine bare(paths);
+    const QString text = QStringLiteral("The recalcitrant wombat recieved an apple.");
+    EXPECT_EQ(bare.answer(QStringLiteral("check-grammar"), text).text.toStdString(),
+              "The recalcitrant wombat received an apple.");
+}
+
+} // namespace

@@ -1,0 +1,133 @@
+#include "backend/offline/OfflineEngine.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+/// An installation of Apertium whose program notes its arguments and answers
+/// its input with the mode's name before each line.
+class FakeApertium
+{
+public:
+    explicit FakeApertium(std::initializer_list<const char *> modes, const char *ending = "")
+    {
+        QDir(m_dir.path()).mkdir(QStringLiteral("modes"));
+        for (const char *mode : modes)
+            write(QStringLiteral("modes/") + QString::fromUtf8(mode) + QStringLiteral(".mode"), {});
+        write(QStringLiteral("apertium"),
+              "#!/bin/sh\necho \"$*\" >> \"$(dirname \"$0\")/arguments\"\nsed \"s/^/$2:/\"\n" +
+                  QByteArray(ending) + '\n');
+        QFile::setPermissions(paths().apertium, QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    OfflinePaths paths() const
+    {
+        OfflinePaths result;
+        result.apertium = m_dir.filePath(QStringLiteral("apertium"));
+        result.apertiumModes = m_dir.filePath(QStringLiteral("modes"));
+        return result;
+    }
+
+    std::string arguments() const
+    {
+        QFile file(m_dir.filePath(QStringLiteral("arguments")));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+    }
+
+private:
+    void write(const QString &name, const QByteArray &content) const
+    {
+        QFile file(m_dir.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    QTemporaryDir m_dir;
+};
+
+OfflineAnswer translated(const FakeApertium &apertium, const char *language, const char *text)
+{
+    return OfflineEngine(apertium.paths())
+        .answer(QString::fromUtf8(language), QString::fromUtf8(text));
+}
+
+constexpr const char *french = "Bonjour, je ne suis pas dans la maison.\nElle est avec nous.";
+
+TEST(Translate, TakesTheStraightPairAndPassesTheTextAsInput)
+{
+    const FakeApertium apertium({"eng-spa", "eng-cat", "cat-spa"});
+    const OfflineAnswer answer =
+        translated(apertium, "spanish", "This is the house.\n\nIt is not yours.");
+    EXPECT_TRUE(answer.supported);
+    EXPECT_EQ(answer.text.toStdString(),
+              "eng-spa:This is the house.\neng-spa:\neng-spa:It is not yours.");
+    EXPECT_EQ(apertium.arguments(), "-u eng-spa\n");
+}
+
+TEST(Translate, GoesThroughAnotherLanguageWhereItMust)
+{
+    const FakeApertium apertium({"fra-cat", "cat-eng", "fr-es", "cat-ita"});
+    EXPECT_TRUE(translated(apertium, "english", french)
+                    .text.startsWith(QStringLiteral("cat-eng:fra-cat:Bonjour")));
+    EXPECT_EQ(apertium.arguments(), "-u fra-cat\n-u cat-eng\n");
+}
+
+TEST(Translate, NamesWhatIsMissing)
+{
+    const FakeApertium some({"fra-cat"});
+    const OfflineAnswer pair = translated(some, "english", french);
+    EXPECT_FALSE(pair.supported);
+    EXPECT_EQ(pair.text.toStdString(),
+              "Apertium's data for French to English is not installed: install the package "
+              "apertium-eng-cat.");
+    EXPECT_EQ(some.arguments(), "");
+
+    OfflinePaths none;
+    none.apertium = QStringLiteral("/nonexistent/apertium");
+    const OfflineAnswer program =
+        OfflineEngine(none).answer(QStringLiteral("english"), QString::fromUtf8(french));
+    EXPECT_FALSE(program.supported);
+    EXPECT_TRUE(program.text.endsWith(u"install the package apertium."));
+
+    const FakeApertium failing({"fra-cat", "cat-eng"}, "exit 3");
+    EXPECT_FALSE(translated(failing, "english", french).supported);
+}
+
+TEST(Translate, TellsTheLanguagesApart)
+{
+    const struct {
+        const char *text;
+        const char *mode; ///< of the step into Catalan, or nothing when refused
+    } cases[] = {
+        {"I would like to buy a house near the sea.", "eng-cat"},
+        {"Me gustaría comprar una casa cerca del mar, pero es muy cara.", "spa-cat"},
+        {"Gostaria de comprar uma casa perto do mar, mas não tenho dinheiro.", "por-cat"},
+        {"Vorrei comprare una casa vicino al mare, ma non ho soldi.", "ita-cat"},
+        {"J'aimerais acheter une maison près de la mer, mais c'est cher.", "fra-cat"},
+        {"Ich möchte ein Haus am Meer kaufen, aber es ist zu teuer.", nullptr},
+        {"Ik wil graag een huis aan zee kopen, maar het is te duur.", nullptr},
+        {"Chciałbym kupić dom nad morzem, ale nie mam na to pieniędzy.", nullptr},
+        {"Я хотел бы купить дом у моря.", nullptr},
+        {"我想在海边买房子。", nullptr},
+        {"12345 !?", nullptr},
+    };
+    for (const auto &item : cases) {
+        const FakeApertium apertium({"eng-cat", "spa-cat", "por-cat", "ita-cat", "fra-cat"});
+        const OfflineAnswer answer = translated(apertium, "catalan", item.text);
+        EXPECT_EQ(answer.supported, item.mode != nullptr) << item.text;
+        if (item.mode) {
+            EXPECT_EQ(apertium.arguments(), std::string("-u ") + item.mode + "\n") << item.text;
+        }
+    }
+    const FakeApertium apertium({"cat-spa"});
+    const char *catalan = "M'agradaria comprar una casa a prop del mar, però és massa cara.";
+    EXPECT_EQ(translated(apertium, "catalan", catalan).text.toStdString(), catalan);
+    EXPECT_EQ(apertium.arguments(), "");
+}
+
+} // namespace
