@@ -67,6 +67,8 @@ def test_the_keyboard_is_borrowed_and_given_back(managed, build):
     assert probe("restore") == "restored 1"
     before = str(managed.terminal.pid)
     assert probe("front") == before
+    assert probe("name " + before) == "XTerm"  # as its desktop entry has it
+    assert probe("name 999999999") == "none"
 
     for closing in ("hide", "close"):
         probe("focus")
@@ -126,8 +128,8 @@ def test_what_is_not_painted_shows_what_is_behind(desktop, build, tmp_path, scal
     desktop.run(["xsetroot", "-solid", "#00ff00"])  # a compositor may have one of its own
     probe = Probe(desktop, build, {"QT_SCALE_FACTOR": scale})
     panel = int(probe("panel 100 80 200 150"))
-    x, y, width, _ = geometry(desktop, panel)
-    assert width == 200 * int(scale)
+    x, y, width, height = geometry(desktop, panel)
+    assert [x, y, width, height] == [int(scale) * points for points in (100, 80, 200, 150)]
     corner, edge, inside = (x + 1, y + 1), (x + width // 2, y + 2), (x + 5, y + 60)
     purple = "6C3DF5"
 
@@ -141,3 +143,22 @@ def test_what_is_not_painted_shows_what_is_behind(desktop, build, tmp_path, scal
     wait_until(lambda: looks("blended.png", False), "the blended corners")
     compositor.stop()
     wait_until(lambda: looks("cut-again.png", True), "the shape")
+
+
+def test_a_background_window_is_kept_out_of_the_task_bar(desktop, build):
+    probe = Probe(desktop, build)
+    window = probe("window")
+
+    def left_out():
+        state = desktop.run(["xprop", "-id", window, "_NET_WM_STATE"])
+        return "SKIP_TASKBAR" in state and "SKIP_PAGER" in state
+
+    probe("accessory")  # not shown yet
+    terminal(desktop, "Busy")
+    probe("activate")
+    wait_until(lambda: desktop.active_window() == int(window), "the active window")
+    assert left_out()
+    probe("regular")
+    wait_until(lambda: not left_out(), "the window in the task bar")
+    probe("accessory")
+    wait_until(left_out, "the window out of the task bar")
