@@ -2,13 +2,51 @@
 
 #include <QCoreApplication>
 
+#include <deque>
+#include <mutex>
+#include <utility>
+
 namespace metricpost
 {
 
+namespace
+{
+
+struct Pending {
+    std::mutex mutex;
+    std::deque<std::function<void()>> functions;
+};
+
+// Never destroyed: a queue may still hand something over while the process ends.
+Pending &pending()
+{
+    static auto *const instance = new Pending;
+    return *instance;
+}
+
+void runNext()
+{
+    std::function<void()> function;
+    {
+        const std::lock_guard lock(pending().mutex);
+        function = std::move(pending().functions.front());
+        pending().functions.pop_front();
+    }
+    function();
+}
+
+} // namespace
+
 void runOnMainQueue(std::function<void()> function)
 {
-    if (auto *const application = QCoreApplication::instance())
-        QMetaObject::invokeMethod(application, std::move(function), Qt::QueuedConnection);
+    auto *const application = QCoreApplication::instance();
+    if (!application)
+        return;
+    {
+        const std::lock_guard lock(pending().mutex);
+        pending().functions.push_back(std::move(function));
+    }
+    QMetaObject::invokeMethod(application, runNext, Qt::QueuedConnection);
 }
 
 } // namespace metricpost

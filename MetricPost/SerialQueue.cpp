@@ -1,29 +1,24 @@
 #include "SerialQueue.h"
 
-#include <QThread>
+#include "ThreadName.h"
 
 namespace metricpost
 {
 
-namespace
-{
-
-constexpr int threadNameLength = 15;
-
-} // namespace
-
 SerialQueue::SerialQueue(const QString &label)
     : m_label(label)
-    , m_thread(QThread::create([this] { work(); }))
+    , m_thread([this] {
+        setThreadName(m_label.toUtf8());
+        work();
+        m_finished.release();
+    })
 {
-    m_thread->setObjectName(label.right(threadNameLength));
-    m_thread->start(QThread::LowPriority);
 }
 
 SerialQueue::~SerialQueue()
 {
     close(Closing::RunPending);
-    m_thread->wait();
+    m_thread.join();
 }
 
 void SerialQueue::close(Closing closing)
@@ -36,7 +31,11 @@ void SerialQueue::close(Closing closing)
 
 bool SerialQueue::waitUntilFinished(std::chrono::milliseconds limit)
 {
-    return m_thread->wait(QDeadlineTimer(limit));
+    if (!m_finished.acquireWithin(limit))
+        return false;
+    // For whoever asks next.
+    m_finished.release();
+    return true;
 }
 
 namespace

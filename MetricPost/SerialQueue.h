@@ -1,16 +1,14 @@
 #pragma once
 
-#include <QSemaphore>
+#include "Semaphore.h"
+
 #include <QString>
 
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <thread>
 #include <utility>
-
-QT_BEGIN_NAMESPACE
-class QThread;
-QT_END_NAMESPACE
 
 namespace metricpost
 {
@@ -74,7 +72,7 @@ private:
     };
 
     struct Outcome {
-        QSemaphore done;
+        Semaphore done;
         std::atomic<bool> ran{false};
     };
 
@@ -100,10 +98,11 @@ private:
 
     const QString m_label;
     std::atomic<Task *> m_newest{nullptr};
-    QSemaphore m_arrivals;
+    Semaphore m_arrivals;
+    Semaphore m_finished;
     std::atomic<bool> m_closing{false};
     std::atomic<bool> m_dropPending{false};
-    std::unique_ptr<QThread> m_thread;
+    std::thread m_thread;
 };
 
 } // namespace metricpost

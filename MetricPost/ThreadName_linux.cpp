@@ -1,0 +1,14 @@
+#include "ThreadName.h"
+
+#include <pthread.h>
+
+namespace metricpost
+{
+
+void setThreadName(const QByteArray &name)
+{
+    constexpr qsizetype length = 15;
+    pthread_setname_np(pthread_self(), name.right(length).constData());
+}
+
+} // namespace metricpost
