@@ -1,0 +1,124 @@
+#include "MPDB.h"
+#include "MetricPostInstance.h"
+#include "TestSupport.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+using namespace metricpost;
+using namespace metricpost::test;
+
+namespace
+{
+
+constexpr int processLimitMilliseconds = 60'000;
+
+struct Survival : testing::Test {
+    MPDB open() const
+    {
+        return MPDB(u"tok"_qs, {sandbox.folder.path(), [] { return 1.0; }, {}});
+    }
+    void start(QProcess &child, const QStringList &arguments) const
+    {
+        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        child.start(QStringLiteral(METRICPOST_CHILD), arguments);
+        ASSERT_TRUE(child.waitForStarted(processLimitMilliseconds));
+    }
+    int eventCount() const
+    {
+        return query(sandbox.databasePath(u"tok"_qs),
+                     u"SELECT count(*) FROM metricpost_tok_events"_qs)
+            .value(0)
+            .toInt();
+    }
+
+    Sandbox sandbox;
+};
+
+} // namespace
+
+TEST_F(Survival, KillingTheProcessLosesNoCommittedRowAndDoublesNone)
+{
+    constexpr int rounds = 100;
+    qsizetype committedInAll = 0;
+    for (int round = 0; round < rounds; ++round) {
+        QProcess child;
+        start(child, {u"track"_qs, sandbox.folder.path(), u"tok"_qs});
+        ASSERT_TRUE(child.waitForReadyRead(processLimitMilliseconds));
+        QThread::usleep(QRandomGenerator::global()->bounded(20'000));
+        child.kill();
+        ASSERT_TRUE(child.waitForFinished(processLimitMilliseconds));
+        const qsizetype committed = child.readAllStandardOutput().size();
+        committedInAll += committed;
+
+        // Events are named 0, 1, 2, … in the order in which they were tracked; only the last
+        // one may have been stored without its dot.
+        MPDB database = open();
+        const QList<Properties> rows = database.readRows(PersistenceType::events, MPDB::allRows);
+        ASSERT_GE(rows.size(), committed) << "round " << round;
+        ASSERT_LE(rows.size(), committed + 1) << "round " << round;
+        for (qsizetype i = 0; i < rows.size(); ++i)
+            ASSERT_EQ(textAt(rows[i], {u"event"_qs}), QString::number(i)) << "round " << round;
+        ASSERT_EQ(query(*database.path(), u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
+        database.deleteRows(PersistenceType::events, {}, true);
+    }
+    EXPECT_GT(committedInAll, rounds);
+    RecordProperty("committed", int(committedInAll));
+}
+
+TEST_F(Survival, AnotherProcesssLockIsWaitedFor)
+{
+    MetricPostOptions options;
+    options.token = u"tok"_qs;
+    MetricPostInstance instance(options, sandbox.environment());
+    instance.track(u"before"_qs);
+    instance.waitUntilStored();
+
+    QProcess child;
+    start(child, {u"lock"_qs, sandbox.databasePath(u"tok"_qs), u"700"_qs});
+    ASSERT_TRUE(child.waitForReadyRead(processLimitMilliseconds));
+    instance.track(u"meanwhile"_qs);
+    instance.waitUntilStored();
+    ASSERT_TRUE(child.waitForFinished(processLimitMilliseconds));
+    EXPECT_EQ(eventCount(), 2);
+}
+
+TEST_F(Survival, EndingWhileAnotherProcessHoldsTheLockKeepsTheFile)
+{
+    QProcess child;
+    {
+        MetricPostOptions options;
+        options.token = u"tok"_qs;
+        MetricPostInstance instance(options, sandbox.environment());
+        instance.track(u"before"_qs);
+        instance.waitUntilStored();
+        start(child, {u"lock"_qs, sandbox.databasePath(u"tok"_qs), u"600000"_qs});
+        ASSERT_TRUE(child.waitForReadyRead(processLimitMilliseconds));
+        instance.track(u"blocked"_qs);
+        QElapsedTimer timer;
+        timer.start();
+        instance.shutdown(std::chrono::milliseconds(200));
+        EXPECT_LT(timer.elapsed(), processLimitMilliseconds / 2);
+    }
+    child.kill();
+    ASSERT_TRUE(child.waitForFinished(processLimitMilliseconds));
+    EXPECT_EQ(eventCount(), 1);
+}
+
+TEST_F(Survival, AFullDiskEndsNeitherTheProcessNorLaterTracking)
+{
+    QProcess child;
+    start(child, {u"starve"_qs, sandbox.folder.path(), u"tok"_qs});
+    ASSERT_TRUE(child.waitForFinished(processLimitMilliseconds));
+    EXPECT_EQ(child.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(child.exitCode(), 0);
+    MPDB database = open();
+    const QList<Properties> rows = database.readRows(PersistenceType::events, MPDB::allRows);
+    ASSERT_FALSE(rows.isEmpty());
+    EXPECT_EQ(textAt(rows.constLast(), {u"event"_qs}), u"fed"_qs);
+    EXPECT_EQ(query(*database.path(), u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
+}

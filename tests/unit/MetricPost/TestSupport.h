@@ -1,0 +1,97 @@
+#pragma once
+
+#include "Environment.h"
+#include "JSONHandler.h"
+#include "MetricPostInstance.h"
+#include "MetricPostLogging.h"
+
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace metricpost::test
+{
+
+/// Collects the log, every level enabled, while it lives.
+class LogCapture
+{
+public:
+    LogCapture();
+    ~LogCapture();
+    /// "<level> <text>", in order.
+    QStringList lines() const;
+    bool contains(const QString &line) const { return lines().contains(line); }
+
+private:
+    class Sink;
+    std::shared_ptr<Sink> m_sink;
+};
+
+/// Keeps values in memory.
+class MemoryDefaults : public UserDefaults
+{
+public:
+    QVariant value(const QString &key) const override;
+    void setValues(const QMap<QString, QVariant> &values) override;
+
+private:
+    mutable std::mutex m_mutex;
+    QMap<QString, QVariant> m_values;
+};
+
+/// Answers each request at once with what the test lined up, and remembers the requests. A
+/// missing outcome never answers.
+class FakeTransport : public HTTPTransport
+{
+public:
+    Cancel start(const URLRequest &request, Completion completion) override;
+    void answerWith(const std::function<std::optional<HTTPOutcome>(int number)> &answers);
+    QList<URLRequest> requests() const;
+
+private:
+    mutable std::mutex m_mutex;
+    // No shared list: its reference count is no order that the thread sanitizer would accept.
+    std::vector<URLRequest> m_requests;
+    std::function<std::optional<HTTPOutcome>(int)> m_answers;
+};
+
+HTTPOutcome answer(int status, const QByteArray &body, const QByteArray &retryAfter = {});
+
+/// A folder, a clock that stands still and doubles for everything else.
+struct Sandbox {
+    Sandbox();
+    /// Built with what is set at that moment.
+    Environment environment() const;
+    QString databasePath(const QString &letters) const;
+
+    QTemporaryDir folder;
+    std::shared_ptr<std::atomic<double>> now = std::make_shared<std::atomic<double>>(1000.0);
+    std::shared_ptr<std::atomic<quint32>> random = std::make_shared<std::atomic<quint32>>(1);
+    std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
+    std::shared_ptr<FakeTransport> transport = std::make_shared<FakeTransport>();
+    std::shared_ptr<ApplicationState> applicationState = std::make_shared<ApplicationState>();
+    bool doNotTrack = false;
+};
+
+/// Runs the main event loop until the condition holds; false after a minute.
+bool waitUntil(const std::function<bool()> &condition);
+
+/// Flushes and waits for the completion.
+void flushAndWait(MetricPostInstance &instance, bool performFullFlush = false);
+
+/// Records of a batch that went over the wire.
+QList<Properties> recordsOf(const QByteArray &json);
+
+/// A nested text, number, … of a record, by its keys; a null value when there is none.
+MetricPostType at(const MetricPostType &value, const QStringList &path);
+QString textAt(const MetricPostType &value, const QStringList &path);
+
+/// What SQLite says to a query on the file, the columns of each row joined by "|".
+QStringList query(const QString &databasePath, const QString &sql);
+
+} // namespace metricpost::test
