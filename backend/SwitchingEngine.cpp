@@ -30,7 +30,7 @@ QString settingsAnswer(const std::optional<ModelSettings> &model,
                            "[model]\n"
                            "url = http://127.0.0.1:11434/v1\n"
                            "name = llama3.1\n"
-                           "key = only if the server asks for one\n\n"
+                           "# key = …, if the server asks for one\n\n"
                            "It holds from the next command on. Without a url, an Ollama that runs "
                            "on this computer is used; \"find-ollama = false\" turns that off.")
                 .arg(path);
