@@ -1,22 +1,21 @@
-// Looks at the desktop through the accessibility adapter, as the application does, and prints what
-// it sees as JSON, one line a command. Commands are the arguments, in order:
+// Looks at the desktop through the accessibility adapter, as the application does. Each command is
+// a JSON list, an argument or a line of standard input, and is answered by a line of JSON with
+// the time that it took, "ms", and the processor time of this program, "cpu".
 //
-//   allow              stores the consent and switches accessibility on, waits until trusted
-//   trusted            whether AXIsProcessTrusted
-//   focus              the focused element: role, pid, frame, names, editable, settable, value …
-//   wait-role ROLE     asks twice a second until the focused element has the role, then prints it
-//   value              the focused element's AXValue alone
-//   set TEXT           sets the focused element's AXValue and prints the error code
-//   contains           containsEditableText of the focused element, until it is not Pending
-//   tree               copyTreeText of the focused element
-//   walk               the same by asking element by element
-//   advice             adviceForFocusedApplication
-//   tick N             N ticks of the observer's questions: median milliseconds and CPU
-//   sleep MS           serves the event loop
-//   settings           opens the consent window
-//   editor             shows a window of this program with a text editor
+//   ["allow"]              stores the consent, switches accessibility on, waits until trusted
+//   ["trusted"]            whether AXIsProcessTrusted
+//   ["focus"]              the focused element: role, pid, frame, names, editable, settable, value
+//   ["wait", ROLE, PID]    asks twice a second until the focused element is that one; PID 0: any
+//   ["set", TEXT]          sets the focused element's AXValue
+//   ["contains"]           containsEditableText of the focused element, once it is not Pending
+//   ["tree"]  ["walk"]     copyTreeText of the focused element; the same, element by element
+//   ["advice"]             adviceForFocusedApplication
+//   ["ticks", N]           N ticks of the observer's questions: median and worst milliseconds
+//   ["serve", MS]          serves the event loop; "longest": how long it was held up at once
+//   ["settings"]           opens the consent window
+//   ["editor", TEXT]       shows a window of this program with a text editor
 //
-// A command may be followed by "@" to print how long it took. Typing goes through xdotool here.
+// What is typed goes through xdotool, which is slow but does not depend on our own typing.
 
 #include "platform/KeyboardEvents.h"
 #include "platform/linux/accessibility/AtspiAccessibility.h"
@@ -24,16 +23,19 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPlainTextEdit>
 #include <QProcess>
+#include <QSocketNotifier>
 #include <QTextStream>
-#include <QThread>
+#include <QTimer>
 
 #include <algorithm>
 #include <ctime>
+#include <unistd.h>
 #include <vector>
 
 using namespace platform;
@@ -42,12 +44,6 @@ using namespace platform::linux_;
 namespace
 {
 
-void print(const QJsonObject &object)
-{
-    QTextStream(stdout) << QJsonDocument(object).toJson(QJsonDocument::Compact) << Qt::endl;
-}
-
-/// Types with xdotool: slow, but independent of the program's own typing.
 class ToolTyping : public KeyboardEvents
 {
 public:
@@ -77,16 +73,6 @@ public:
     }
 };
 
-void serve(int milliseconds)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(1);
-    }
-}
-
 double milliseconds(clockid_t clock)
 {
     timespec now{};
@@ -94,13 +80,116 @@ double milliseconds(clockid_t clock)
     return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
 }
 
+/// Serves the event loop; returns the longest time that it was not served, in milliseconds.
+double serve(int duration)
+{
+    QTimer beat;
+    beat.start(2);
+    double longest = 0;
+    double last = milliseconds(CLOCK_MONOTONIC);
+    const double end = last + duration;
+    while (last < end) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        const double now = milliseconds(CLOCK_MONOTONIC);
+        longest = std::max(longest, now - last);
+        last = now;
+    }
+    return longest;
+}
+
 class Probe
 {
 public:
-    explicit Probe(Accessibility &accessibility)
+    Probe(AtspiAccessibility &accessibility, QSettings &settings)
         : m_ax(accessibility)
+        , m_settings(settings)
         , m_system(accessibility.AXUIElementCreateSystemWide())
     {
+    }
+
+    QJsonObject run(const QString &command, const QJsonValue &first, const QJsonValue &second)
+    {
+        AXUIElement element;
+        if (command == QStringLiteral("allow")) {
+            m_settings.setValue(QStringLiteral("accessibility/allowed"), true);
+            m_ax.bus().setEnabled(true);
+            m_ax.bus().setListening(true);
+            while (!m_ax.AXIsProcessTrusted())
+                serve(20);
+            return {};
+        }
+        if (command == QStringLiteral("trusted"))
+            return {{command, m_ax.AXIsProcessTrusted()}};
+        if (command == QStringLiteral("focus"))
+            return describe();
+        if (command == QStringLiteral("wait")) {
+            QElapsedTimer patience;
+            for (patience.start(); patience.elapsed() < 40'000; serve(250)) {
+                std::int32_t pid = 0;
+                if (focused(element) != AXError::Success ||
+                    read<QString>(element, "AXRole") != first.toString())
+                    continue;
+                m_ax.AXUIElementGetPid(element, pid);
+                if (second.toInt() == 0 || second.toInt() == pid)
+                    break;
+            }
+            return describe();
+        }
+        if (command == QStringLiteral("set")) {
+            // The application sets the element that it has kept, whatever is focused now.
+            focused(element);
+            element = m_last;
+            std::optional<AXError> result;
+            m_ax.AXUIElementSetAttributeValue(element, QStringLiteral("AXValue"), first.toString(),
+                                              [&](AXError error) { result = error; });
+            const bool atOnce = result.has_value();
+            while (!result)
+                serve(5);
+            return {{command, int(*result)}, {QStringLiteral("at once"), atOnce}};
+        }
+        if (command == QStringLiteral("contains")) {
+            focused(element);
+            auto answer = m_ax.containsEditableText(element);
+            while (answer == Accessibility::Answer::Pending) {
+                serve(5);
+                answer = m_ax.containsEditableText(element);
+            }
+            return {{command, answer == Accessibility::Answer::Yes}};
+        }
+        if (command == QStringLiteral("tree")) {
+            focused(element);
+            std::optional<QString> text;
+            if (!m_ax.copyTreeText(element, [&](const QString &result) { text = result; }))
+                return {};
+            while (!text)
+                serve(5);
+            return {{command, *text}};
+        }
+        if (command == QStringLiteral("walk")) {
+            focused(element);
+            return {{command, walk(element)}};
+        }
+        if (command == QStringLiteral("advice")) {
+            focused(element);
+            return {{command, m_ax.adviceForFocusedApplication()}};
+        }
+        if (command == QStringLiteral("ticks"))
+            return ticks(first.toInt());
+        if (command == QStringLiteral("serve"))
+            return {{QStringLiteral("longest"), serve(first.toInt())}};
+        if (command == QStringLiteral("settings")) {
+            m_ax.openAccessibilitySettings();
+            return {};
+        }
+        if (command == QStringLiteral("editor")) {
+            m_editor.setPlainText(first.toString());
+            m_editor.setWindowTitle(QStringLiteral("Own editor"));
+            m_editor.resize(400, 200);
+            m_editor.show();
+            m_editor.activateWindow();
+            return {};
+        }
+        return {{QStringLiteral("unknown command"), command}};
     }
 
     AXError focused(AXUIElement &element)
@@ -109,7 +198,7 @@ public:
         const AXError error = m_ax.AXUIElementCopyAttributeValue(
             m_system, QStringLiteral("AXFocusedUIElement"), value);
         if (const auto *found = std::get_if<AXUIElement>(&value))
-            element = *found;
+            m_last = element = *found;
         return error;
     }
 
@@ -188,19 +277,23 @@ public:
             if (read<QString>(element, "AXRole") == QStringLiteral("AXWebArea"))
                 m_ax.containsEditableText(element);
             wall.push_back(milliseconds(CLOCK_MONOTONIC) - wallStart);
-            serve(250);
+            serve(100);
             cpu.push_back(milliseconds(CLOCK_PROCESS_CPUTIME_ID) - cpuStart);
         }
         std::sort(wall.begin(), wall.end());
         std::sort(cpu.begin(), cpu.end());
         return {{QStringLiteral("ticks"), count},
-                {QStringLiteral("ms"), wall.at(wall.size() / 2)},
-                {QStringLiteral("worst ms"), wall.back()},
-                {QStringLiteral("cpu ms, event loop included"), cpu.at(cpu.size() / 2)}};
+                {QStringLiteral("median"), wall.at(wall.size() / 2)},
+                {QStringLiteral("worst"), wall.back()},
+                {QStringLiteral("median cpu, event loop included"), cpu.at(cpu.size() / 2)}};
     }
 
-    Accessibility &m_ax;
+private:
+    AtspiAccessibility &m_ax;
+    QSettings &m_settings;
     AXUIElement m_system;
+    AXUIElement m_last;
+    QPlainTextEdit m_editor;
 };
 
 } // namespace
@@ -208,96 +301,40 @@ public:
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
+    app.setQuitOnLastWindowClosed(false);
     QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Quillet"),
                        QStringLiteral("ax_probe"));
     ToolTyping typing;
     X11ActiveWindow activeWindow;
     AtspiAccessibility accessibility(typing, activeWindow, settings);
-    Probe probe(accessibility);
-    QPlainTextEdit editor;
+    Probe probe(accessibility, settings);
 
-    QStringList arguments = app.arguments().mid(1);
-    while (!arguments.isEmpty()) {
-        const QString command = arguments.takeFirst();
+    const auto answer = [&probe](const QByteArray &line) {
+        const QJsonArray words = QJsonDocument::fromJson(line).array();
         const double start = milliseconds(CLOCK_MONOTONIC);
-        AXUIElement element;
-        if (command == QStringLiteral("allow")) {
-            settings.setValue(QStringLiteral("accessibility/allowed"), true);
-            accessibility.bus().setEnabled(true);
-            accessibility.bus().setListening(true);
-            while (!accessibility.AXIsProcessTrusted())
-                serve(20);
-        } else if (command == QStringLiteral("trusted")) {
-            print({{QStringLiteral("trusted"), accessibility.AXIsProcessTrusted()}});
-        } else if (command == QStringLiteral("focus")) {
-            print(probe.describe());
-        } else if (command == QStringLiteral("wait-role")) {
-            const QString role = arguments.takeFirst();
-            QElapsedTimer patience;
-            patience.start();
-            while (patience.elapsed() < 30'000) {
-                if (probe.focused(element) == AXError::Success &&
-                    probe.read<QString>(element, "AXRole") == role)
-                    break;
-                serve(100);
-            }
-            print(probe.describe());
-        } else if (command == QStringLiteral("value")) {
-            probe.focused(element);
-            const auto value = probe.read<QString>(element, "AXValue");
-            print({{QStringLiteral("value"), value ? QJsonValue(*value) : QJsonValue()}});
-        } else if (command == QStringLiteral("set")) {
-            const QString text = arguments.takeFirst();
-            probe.focused(element);
-            std::optional<AXError> result;
-            accessibility.AXUIElementSetAttributeValue(element, QStringLiteral("AXValue"), text,
-                                                       [&](AXError error) { result = error; });
-            const bool atOnce = result.has_value();
-            while (!result)
-                serve(5);
-            print({{QStringLiteral("set"), int(*result)}, {QStringLiteral("at once"), atOnce}});
-        } else if (command == QStringLiteral("contains")) {
-            probe.focused(element);
-            auto answer = accessibility.containsEditableText(element);
-            while (answer == Accessibility::Answer::Pending) {
-                serve(5);
-                answer = accessibility.containsEditableText(element);
-            }
-            print({{QStringLiteral("contains"), int(answer)}});
-        } else if (command == QStringLiteral("tree")) {
-            probe.focused(element);
-            std::optional<QString> text;
-            const bool better =
-                accessibility.copyTreeText(element, [&](const QString &result) { text = result; });
-            while (better && !text)
-                serve(1);
-            print({{QStringLiteral("better"), better},
-                   {QStringLiteral("tree"), text.value_or(QString())}});
-        } else if (command == QStringLiteral("walk")) {
-            probe.focused(element);
-            print({{QStringLiteral("walk"), probe.walk(element)}});
-        } else if (command == QStringLiteral("advice")) {
-            probe.focused(element);
-            print({{QStringLiteral("advice"), accessibility.adviceForFocusedApplication()}});
-        } else if (command == QStringLiteral("tick")) {
-            print(probe.ticks(arguments.takeFirst().toInt()));
-        } else if (command == QStringLiteral("sleep")) {
-            serve(arguments.takeFirst().toInt());
-        } else if (command == QStringLiteral("settings")) {
-            accessibility.openAccessibilitySettings();
-        } else if (command == QStringLiteral("editor")) {
-            editor.setWindowTitle(QStringLiteral("Own editor"));
-            editor.resize(400, 200);
-            editor.show();
-            editor.activateWindow();
-        } else {
-            qWarning("ax_probe: unknown command");
-            return 2;
-        }
-        if (arguments.value(0) == QStringLiteral("@")) {
-            arguments.removeFirst();
-            print({{command, milliseconds(CLOCK_MONOTONIC) - start}});
-        }
-    }
-    return 0;
+        const double cpu = milliseconds(CLOCK_PROCESS_CPUTIME_ID);
+        QJsonObject result = probe.run(words.at(0).toString(), words.at(1), words.at(2));
+        result[QStringLiteral("ms")] = milliseconds(CLOCK_MONOTONIC) - start;
+        result[QStringLiteral("cpu")] = milliseconds(CLOCK_PROCESS_CPUTIME_ID) - cpu;
+        QTextStream(stdout) << QJsonDocument(result).toJson(QJsonDocument::Compact) << Qt::endl;
+    };
+    const QStringList arguments = app.arguments().mid(1);
+    for (const QString &argument : arguments)
+        answer(argument.toUtf8());
+    if (!arguments.isEmpty())
+        return 0;
+
+    QFile input;
+    (void)input.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered);
+    QSocketNotifier readable(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&readable, &QSocketNotifier::activated, &app, [&] {
+        readable.setEnabled(false);
+        const QByteArray line = input.readLine();
+        if (line.isEmpty())
+            QCoreApplication::quit();
+        else
+            answer(line);
+        readable.setEnabled(true);
+    });
+    return app.exec();
 }

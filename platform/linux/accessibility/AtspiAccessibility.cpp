@@ -1,5 +1,6 @@
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 
+#include "platform/linux/accessibility/AtspiTypingTarget.h"
 #include "platform/linux/accessibility/CodePoints.h"
 #include "platform/linux/accessibility/ConsentWindow.h"
 #include "platform/linux/accessibility/Elements.h"
@@ -7,6 +8,7 @@
 #include "platform/linux/accessibility/Geometry.h"
 #include "platform/linux/accessibility/OwnWindows.h"
 #include "platform/linux/accessibility/RichText.h"
+#include "platform/linux/accessibility/TreeWalk.h"
 #include "platform/linux/accessibility/ValueWriter.h"
 
 namespace platform::linux_
@@ -25,6 +27,11 @@ constexpr int mostKnownFacts = 512;
 /// More children than a window can show are data, and no way to look for an input.
 constexpr int mostChildren = 50'000;
 constexpr int deepestClip = 64;
+/// How long a document is believed to hold editable text, or not, without an event that says
+/// otherwise, and how long the first search may hold up the user interface.
+constexpr int shortestAnswer = 1000; // milliseconds
+constexpr int longestAnswer = 4000;  // milliseconds
+constexpr int searchPatience = 25;   // milliseconds
 
 /// The element's data as `Data`, when that is what it is.
 template <typename Data> const Data *as(const AXUIElement &element)
@@ -48,6 +55,11 @@ std::optional<QRect> readExtents(DBusMessage &reply)
     if (!x || !y || !width || !height || *width <= 0 || *height <= 0)
         return std::nullopt;
     return QRect(*x, *y, *width, *height);
+}
+
+bool isTopLevel(quint32 role)
+{
+    return Role(role) == Role::Frame || Role(role) == Role::Window || Role(role) == Role::Dialog;
 }
 
 /// Whether an element shows only a part of what lies in it.
@@ -79,7 +91,11 @@ AtspiAccessibility::AtspiAccessibility(KeyboardEvents &keyboard, ActiveWindow &a
 {
     connect(&m_bus, &AtspiBus::applicationLeft, this, [this](const QByteArray &busName) {
         m_facts.removeIf([&](auto it) { return it.key().busName == busName; });
+        m_answers.removeIf([&](auto it) { return it.key().busName == busName; });
     });
+    connect(&m_bus, &AtspiBus::contentChanged, this, &AtspiAccessibility::forgetAnswers);
+    connect(&m_bus, &AtspiBus::focusChanged, this,
+            [this](const ObjectRef &focused) { forgetAnswers(focused.busName); });
     applyConsent();
 }
 
@@ -149,6 +165,7 @@ AXError AtspiAccessibility::copyFocusedElement(AXValue &value)
             value = AXUIElement(std::make_shared<ApplicationElement>(m_lastFocus.pid));
         return AXError::Success;
     case FocusTracker::Kind::Element:
+        remember(m_lastFocus.element, m_lastFocus.facts);
         value = remote(m_lastFocus.element);
         return AXError::Success;
     }
@@ -190,8 +207,10 @@ AXError AtspiAccessibility::factsOf(const RemoteElement &element, AtspiApplicati
         facts = m_lastFocus.facts;
         return AXError::Success;
     }
+    // What an element is does not change while its application is silent.
     const auto known = m_facts.constFind(element.ref());
-    if (known != m_facts.cend() && known->since.elapsed() < factsLifetime) {
+    if (known != m_facts.cend() &&
+        (known->since.elapsed() < factsLifetime || !application->isAnswering())) {
         facts = known->facts;
         return AXError::Success;
     }
@@ -199,12 +218,17 @@ AXError AtspiAccessibility::factsOf(const RemoteElement &element, AtspiApplicati
         return application->isAnswering() ? AXError::InvalidUIElement : AXError::CannotComplete;
     if (facts.has(atspi::State::Defunct))
         return AXError::InvalidUIElement;
+    remember(element.ref(), facts);
+    return AXError::Success;
+}
+
+void AtspiAccessibility::remember(const ObjectRef &element, const ElementFacts &facts)
+{
     if (m_facts.size() >= mostKnownFacts)
         m_facts.clear();
-    KnownFacts &fresh = m_facts[element.ref()];
-    fresh.facts = facts;
-    fresh.since.start();
-    return AXError::Success;
+    KnownFacts &known = m_facts[element];
+    known.facts = facts;
+    known.since.start();
 }
 
 AXError AtspiAccessibility::copyRemoteValue(const RemoteElement &element, const QString &attribute,
@@ -270,23 +294,10 @@ AXError AtspiAccessibility::copyRemoteValue(const RemoteElement &element, const 
 AXError AtspiAccessibility::copyText(AtspiApplication &application, const QByteArray &path,
                                      AXValue &value)
 {
-    struct Result {
-        bool done = false;
-        std::optional<QString> text;
-    };
-    const auto result = std::make_shared<Result>();
-    readRichText(application, path, [result](const std::optional<QString> &text) {
-        result->done = true;
-        result->text = text;
-    });
-    if (!application.waitFor([result] { return result->done; },
-                             QDeadlineTimer(AtspiApplication::patience))) {
-        application.missedDeadline();
-        return AXError::CannotComplete;
-    }
-    if (!result->text)
-        return AXError::Failure;
-    value = withLineFeeds(*result->text);
+    const std::optional<QString> text = waitForRichText(application, path);
+    if (!text)
+        return application.isAnswering() ? AXError::Failure : AXError::CannotComplete;
+    value = withLineFeeds(*text);
     return AXError::Success;
 }
 
@@ -297,7 +308,10 @@ AXError AtspiAccessibility::copySelection(AtspiApplication &application, const Q
     std::optional<qint32> caret;
     qint32 selections = 0;
     std::optional<std::pair<qint32, qint32>> selection;
+    qint32 count = 0;
     Pipeline pipeline(application);
+    pipeline.property(path, atspi::TextInterface, "CharacterCount", "i",
+                      [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
     pipeline.call(
         path, atspi::TextInterface, "GetText",
         [&](DBusMessage &reply) { text = reply.readString().value_or(QString()); }, "ii", 0, -1);
@@ -321,7 +335,7 @@ AXError AtspiAccessibility::copySelection(AtspiApplication &application, const Q
             return AXError::NoValue;
         selection = {*caret, *caret};
     }
-    const CFRange found = utf16Range(text, selection->first, selection->second);
+    const CFRange found = utf16Range(text, selection->first, selection->second, count);
     if (range)
         value = found;
     else
@@ -383,6 +397,7 @@ AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const Objec
     if (!extents)
         return AXError::NoValue;
     QRect visible = *extents;
+    std::optional<QRect> topLevel;
     // A text that scrolls may report all of itself: the part that can be seen is what lies in each
     // element around it that clips.
     for (int depth = 0;
@@ -404,16 +419,17 @@ AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const Objec
             break;
         if (around && clipsItsContents(role))
             visible = visible.intersected(*around);
+        if (around && isTopLevel(role))
+            topLevel = around;
         parent = next;
     }
     const auto window = m_focus.windowOf(element.busName);
     const auto place = window ? m_activeWindow.geometry(*window) : std::nullopt;
-    // GTK 4 does not know where its windows are, and answers relative to them.
-    if (facts.toolkit == "GTK") {
-        if (!place)
-            return AXError::NoValue;
-        visible.translate(place->topLeft());
-    }
+    const bool relative = facts.toolkit == "GTK";
+    if (place && topLevel)
+        visible = ontoScreen(visible, *topLevel, *place, relative);
+    else if (relative)
+        return AXError::NoValue;
     if (place && place->intersects(visible))
         visible = visible.intersected(*place);
     const QList<ScreenGeometry> screens = currentScreens();
@@ -526,8 +542,6 @@ void AtspiAccessibility::AXUIElementSetAttributeValue(const AXUIElement &element
     ElementFacts facts;
     if (error == AXError::Success)
         error = factsOf(*other, application, facts);
-    if (error == AXError::Success && !application->isAnswering())
-        error = AXError::CannotComplete;
     if (error != AXError::Success) {
         completion(error);
         return;
@@ -565,18 +579,84 @@ AXError AtspiAccessibility::AXUIElementGetPid(const AXUIElement &element, std::i
     return AXError::IllegalArgument;
 }
 
-Accessibility::Answer AtspiAccessibility::containsEditableText(const AXUIElement &)
+void AtspiAccessibility::forgetAnswers(const QByteArray &busName)
 {
-    return Answer::Unsupported;
+    for (auto it = m_answers.begin(); it != m_answers.end(); ++it) {
+        if (it.key().busName == busName)
+            it->lifetime = 0;
+    }
 }
 
-bool AtspiAccessibility::copyTreeText(const AXUIElement &, std::function<void(const QString &)>)
+void AtspiAccessibility::startSearch(AtspiApplication &application, const ObjectRef &document)
 {
-    return false;
+    KnownAnswer &answer = m_answers[document];
+    answer.searching = true;
+    findEditable(application, document.path, [this, document](std::optional<bool> found) {
+        const auto it = m_answers.find(document);
+        if (it == m_answers.end())
+            return;
+        it->searching = false;
+        it->since.start();
+        if (!found)
+            return;
+        const bool same = it->contains == found && it->lifetime > 0;
+        it->lifetime = same ? std::min(it->lifetime * 2, longestAnswer) : shortestAnswer;
+        it->contains = found;
+    });
+}
+
+Accessibility::Answer AtspiAccessibility::containsEditableText(const AXUIElement &element)
+{
+    const auto *other = as<RemoteElement>(element);
+    if (!other)
+        return Answer::Unsupported;
+    const ObjectRef document = other->ref();
+    AtspiApplication *application = m_bus.application(document.busName);
+    if (!hasConsent() || !application)
+        return Answer::No;
+    if (m_answers.size() > mostKnownFacts)
+        m_answers.clear();
+    const KnownAnswer known = m_answers.value(document);
+    const bool fresh = known.contains && known.since.elapsed() < known.lifetime;
+    if (!fresh && !known.searching && application->isAnswering()) {
+        startSearch(*application, document);
+        application->waitFor([&] { return !m_answers[document].searching; },
+                             QDeadlineTimer(searchPatience));
+    }
+    // While it is being looked for again, the last answer is the best there is.
+    const std::optional<bool> contains = m_answers.value(document).contains;
+    if (!contains)
+        return Answer::Pending;
+    return *contains ? Answer::Yes : Answer::No;
+}
+
+bool AtspiAccessibility::copyTreeText(const AXUIElement &element,
+                                      std::function<void(const QString &)> completion)
+{
+    const auto *other = as<RemoteElement>(element);
+    AtspiApplication *application = other ? m_bus.application(other->ref().busName) : nullptr;
+    if (!hasConsent() || !application)
+        return false;
+    readTreeText(*application, other->ref().path, std::move(completion));
+    return true;
+}
+
+std::unique_ptr<TypingTarget> AtspiAccessibility::typingTarget()
+{
+    return AtspiTypingTarget::ofFocusedElement(m_bus, m_focus);
 }
 
 QString AtspiAccessibility::adviceForFocusedApplication()
 {
+    if (m_lastFocus.kind != FocusTracker::Kind::Application)
+        return {};
+    // It is on the bus and active, and yet nothing in its windows has the focus.
+    const QList<AtspiApplication *> applications = m_bus.applications(m_lastFocus.pid);
+    for (const AtspiApplication *application : applications) {
+        if (application->toolkit() == "Chromium")
+            return tr("This application shows Quillet only its window: quit it and start it with "
+                      "the option --force-renderer-accessibility.");
+    }
     return {};
 }
 

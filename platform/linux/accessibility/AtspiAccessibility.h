@@ -17,6 +17,7 @@ namespace platform::linux_
 
 class ConsentWindow;
 class RemoteElement;
+class TypingTarget;
 
 /// The accessibility service of the Linux desktop: AT-SPI 2. See platform/Accessibility.h for what
 /// the operations promise. Main thread only.
@@ -52,7 +53,10 @@ public:
     QString adviceForFocusedApplication() override;
 
     AtspiBus &bus() { return m_bus; }
-    FocusTracker &focus() { return m_focus; }
+
+    /// The focused input, for the typing engine; nothing when the focus is not in another
+    /// application's element.
+    std::unique_ptr<TypingTarget> typingTarget();
 
 private:
     struct KnownFacts {
@@ -60,10 +64,20 @@ private:
         QElapsedTimer since;
     };
 
+    /// Whether a document holds editable text, as last found out.
+    struct KnownAnswer {
+        std::optional<bool> contains;
+        bool searching = false;
+        /// How long the answer is believed; grows while it stays the same.
+        int lifetime = 0;
+        QElapsedTimer since;
+    };
+
     AXError copyFocusedElement(AXValue &value);
     AXError copyRemoteValue(const RemoteElement &element, const QString &attribute, AXValue &value);
     AXError factsOf(const RemoteElement &element, AtspiApplication *&application,
                     ElementFacts &facts);
+    void remember(const ObjectRef &element, const ElementFacts &facts);
     AXError copyText(AtspiApplication &application, const QByteArray &path, AXValue &value);
     AXError copySelection(AtspiApplication &application, const QByteArray &path, bool range,
                           AXValue &value);
@@ -73,6 +87,8 @@ private:
     AXError copyFocusedBelow(const RemoteElement &element, AXValue &value);
     bool hasConsent() const;
     void applyConsent();
+    void startSearch(AtspiApplication &application, const ObjectRef &document);
+    void forgetAnswers(const QByteArray &busName);
 
     KeyboardEvents &m_keyboard;
     ActiveWindow &m_activeWindow;
@@ -80,6 +96,7 @@ private:
     AtspiBus m_bus;
     FocusTracker m_focus;
     QHash<ObjectRef, KnownFacts> m_facts;
+    QHash<ObjectRef, KnownAnswer> m_answers;
     FocusTracker::Focus m_lastFocus;
     QPointer<ConsentWindow> m_consentWindow;
     bool m_asked = false;

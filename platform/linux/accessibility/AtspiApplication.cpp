@@ -23,7 +23,7 @@ void AtspiApplication::missedDeadline()
 
 DBusConnection *AtspiApplication::connection()
 {
-    askForPrivateAddress();
+    introduce();
     if (m_private && m_private->isReady())
         return m_private;
     return m_bus;
@@ -34,11 +34,11 @@ QByteArray AtspiApplication::destination(const DBusConnection *to) const
     return to == m_bus ? m_busName : QByteArray();
 }
 
-void AtspiApplication::askForPrivateAddress()
+void AtspiApplication::introduce()
 {
-    if (m_askedForAddress || !m_bus)
+    if (m_introduced || !m_bus)
         return;
-    m_askedForAddress = true;
+    m_introduced = true;
     m_bus->call(m_busName, atspi::rootPath, atspi::ApplicationInterface, "GetApplicationBusAddress",
                 noting([this](DBusMessage &reply) {
                     const auto address = reply.readBytes();
@@ -50,6 +50,12 @@ void AtspiApplication::askForPrivateAddress()
                                 &QObject::deleteLater);
                 }),
                 DBusConnection::WithoutLimit);
+    m_bus->call(m_busName, atspi::rootPath, atspi::PropertiesInterface, "Get",
+                noting([this](DBusMessage &reply) {
+                    if (reply.enterVariant("s"))
+                        m_toolkit = reply.readBytes().value_or(QByteArray());
+                }),
+                DBusConnection::WithoutLimit, "ss", atspi::ApplicationInterface, "ToolkitName");
 }
 
 DBusConnection::Handler AtspiApplication::noting(DBusConnection::Handler handler)

@@ -26,6 +26,9 @@ public:
     const QByteArray &busName() const { return m_busName; }
     qint32 pid() const { return m_pid; }
 
+    /// What it is built with, as it says; empty until it has said.
+    const QByteArray &toolkit() const { return m_toolkit; }
+
     /// False after it let a question pass the deadline, until it has answered that or another one.
     bool isAnswering() const { return m_answering; }
     /// Marks it as not answering, and asks it something whose answer clears the mark.
@@ -50,13 +53,14 @@ private:
     DBusConnection *connection();
     QByteArray destination(const DBusConnection *to) const;
     DBusConnection::Handler noting(DBusConnection::Handler handler);
-    void askForPrivateAddress();
+    void introduce();
 
     QByteArray m_busName;
     qint32 m_pid;
     QPointer<DBusConnection> m_bus;
     QPointer<DBusConnection> m_private;
-    bool m_askedForAddress = false;
+    QByteArray m_toolkit;
+    bool m_introduced = false;
     bool m_answering = true;
     bool m_probing = false;
 };

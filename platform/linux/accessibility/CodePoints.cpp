@@ -26,10 +26,14 @@ qint64 utf16Offset(const QString &text, qint64 position)
     return offset;
 }
 
-CFRange utf16Range(const QString &text, qint64 start, qint64 end)
+CFRange utf16Range(const QString &text, qint64 start, qint64 end, qint64 count)
 {
     if (end < start)
         std::swap(start, end);
+    if (count == text.size()) {
+        start = std::clamp<qint64>(start, 0, count);
+        return {start, std::clamp<qint64>(end, 0, count) - start};
+    }
     const qint64 first = utf16Offset(text, start);
     return {first, utf16Offset(text, end) - first};
 }

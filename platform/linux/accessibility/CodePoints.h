@@ -14,8 +14,9 @@ qint64 codePointCount(const QString &text);
 qint64 utf16Offset(const QString &text, qint64 position);
 
 /// The UTF-16 range of the characters from `start` up to `end`, in whichever order and however far
-/// outside the text an application gives them.
-CFRange utf16Range(const QString &text, qint64 start, qint64 end);
+/// outside the text an application gives them. `count` is what the application takes for the
+/// text's length: Qt counts UTF-16 units where it should count characters.
+CFRange utf16Range(const QString &text, qint64 start, qint64 end, qint64 count);
 
 /// The text with every kind of line end as a line feed: toolkits differ in what they make of one.
 QString withLineFeeds(QString text);

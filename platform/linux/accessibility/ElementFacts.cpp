@@ -14,17 +14,6 @@ bool isTextInputRole(const ElementFacts &facts)
     return facts.is(Role::Text) || facts.is(Role::Entry);
 }
 
-/// A region that a page has made editable as a whole, in contrast to its form's inputs.
-bool isEditingHost(const ElementFacts &facts)
-{
-    if (!isInWebPage(facts) || isDocument(facts) || !isEditable(facts))
-        return false;
-    if (facts.tag == "input" || facts.tag == "textarea" || facts.tag == "select")
-        return false;
-    // What lies inside a host is editable too, but is no target of the focus.
-    return facts.has(State::MultiLine) || facts.has(State::Focusable) || isTextInputRole(facts);
-}
-
 QString plainRole(const ElementFacts &facts)
 {
     switch (Role(facts.role)) {
@@ -198,6 +187,16 @@ bool isEditable(const ElementFacts &facts)
            !facts.is(Role::Terminal);
 }
 
+bool isEditingHost(const ElementFacts &facts)
+{
+    if (!isInWebPage(facts) || isDocument(facts) || !isEditable(facts))
+        return false;
+    if (facts.tag == "input" || facts.tag == "textarea" || facts.tag == "select")
+        return false;
+    // What lies inside a host is editable too, but is no target of the focus.
+    return facts.has(State::MultiLine) || facts.has(State::Focusable) || isTextInputRole(facts);
+}
+
 QString axRole(const ElementFacts &facts)
 {
     if (isPassword(facts))
@@ -232,6 +231,11 @@ bool hasTextValue(const ElementFacts &facts)
         return false;
     return isEditable(facts) || isTextInputRole(facts) || facts.is(Role::Label) ||
            facts.is(Role::Static);
+}
+
+bool holdsLastLineOpen(const ElementFacts &facts)
+{
+    return facts.tag == "textarea" && facts.toolkit == "Chromium";
 }
 
 bool isInline(const ElementFacts &facts)

@@ -47,12 +47,19 @@ bool isInWebPage(const ElementFacts &facts);
 /// Whether the user may change the element's text: never a password, never a terminal.
 bool isEditable(const ElementFacts &facts);
 
+/// A region that a page has made editable as a whole, in contrast to its form's inputs.
+bool isEditingHost(const ElementFacts &facts);
+
 /// The "AX…" name that is nearest to the element's role.
 QString axRole(const ElementFacts &facts);
 
 /// Whether the element has a text of its own to show or edit, in contrast to one that only contains
 /// others that have.
 bool hasTextValue(const ElementFacts &facts);
+
+/// Whether the text of the input ends with a line break more than the user's where the user's last
+/// line is empty: Chromium's text areas hold that line open with one.
+bool holdsLastLineOpen(const ElementFacts &facts);
 
 /// Whether the element lies in a line of text with its neighbours, or begins a line of its own.
 bool isInline(const ElementFacts &facts);

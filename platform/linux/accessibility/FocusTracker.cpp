@@ -48,6 +48,8 @@ bool fetchFacts(AtspiApplication &application, const QByteArray &path, ElementFa
     });
     if (!pipeline.wait(deadline) || !known)
         return false;
+    if (fetched.toolkit.isEmpty())
+        fetched.toolkit = application.toolkit();
     facts = fetched;
     return true;
 }

@@ -3,7 +3,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
-#include <cmath>
+#include <algorithm>
 
 namespace platform::linux_
 {
@@ -13,20 +13,37 @@ namespace
 
 /// No screen, however large, holds more; some toolkits answer with the limits of their integers.
 constexpr int largestExtent = 65535;
+/// Pixels on a side of what an application counts in.
+constexpr int largestUnit = 4;
 
 } // namespace
 
 bool isPlausible(const QRect &pixels, const QList<ScreenGeometry> &screens)
 {
-    if (pixels.width() <= 0 || pixels.height() <= 0 || std::abs(pixels.x()) > largestExtent ||
-        std::abs(pixels.y()) > largestExtent || pixels.width() > largestExtent ||
-        pixels.height() > largestExtent)
+    const auto isPlace = [](int place) {
+        return place >= -largestExtent && place <= largestExtent;
+    };
+    if (pixels.width() <= 0 || pixels.height() <= 0 || !isPlace(pixels.x()) ||
+        !isPlace(pixels.y()) || !isPlace(pixels.width()) || !isPlace(pixels.height()))
         return false;
     for (const ScreenGeometry &screen : screens) {
         if (screen.inPixels().intersects(pixels))
             return true;
     }
     return screens.isEmpty();
+}
+
+QRect ontoScreen(const QRect &element, const QRect &topLevel, const QRect &window, bool relative)
+{
+    if (topLevel.isEmpty() || window.isEmpty())
+        return element;
+    const int unit = std::clamp(qRound(double(window.width()) / topLevel.width()), 1, largestUnit);
+    const QRect pixels(element.topLeft() * unit, element.size() * unit);
+    if (!relative)
+        return pixels;
+    const QSize border = (window.size() - topLevel.size() * unit) / 2;
+    return pixels.translated(window.topLeft() - topLevel.topLeft() * unit +
+                             QPoint(std::max(0, border.width()), std::max(0, border.height())));
 }
 
 QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens)

@@ -24,6 +24,12 @@ struct ScreenGeometry {
 /// Whether an application's extents can be those of something on a screen.
 bool isPlausible(const QRect &pixels, const QList<ScreenGeometry> &screens);
 
+/// Where an element lies on the screen, in device pixels, by what its application says of it and of
+/// its top-level window, and by where the window system has that window. Some applications count in
+/// units of a whole number of pixels; some, when `relative`, count from their window's corner,
+/// inside the border that they draw, because they do not know where the window is.
+QRect ontoScreen(const QRect &element, const QRect &topLevel, const QRect &window, bool relative);
+
 /// Turns device pixels into points from the top left of the main screen, the first of `screens`.
 QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens);
 

@@ -160,6 +160,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
             return;
         }
         seen.insert(path);
+        node->facts.toolkit = application->toolkit();
         ask(path, atspi::AccessibleInterface, "GetRole",
             [node](DBusMessage &reply) { node->facts.role = reply.readUInt32().value_or(0); });
         ask(path, atspi::AccessibleInterface, "GetAttributes", [node](DBusMessage &reply) {
@@ -208,8 +209,12 @@ QString flatten(const TextNode &node)
 {
     // A plain input's line breaks are all the user's.
     const QByteArray &tag = node.facts.tag;
-    if (node.children.empty() && (tag.isEmpty() || tag == "textarea" || tag == "input"))
-        return QString(node.text).remove(QChar::ObjectReplacementCharacter);
+    if (node.children.empty() && (tag.isEmpty() || tag == "textarea" || tag == "input")) {
+        QString text = QString(node.text).remove(QChar::ObjectReplacementCharacter);
+        if (holdsLastLineOpen(node.facts) && text.endsWith(QLatin1Char('\n')))
+            text.chop(1);
+        return text;
+    }
     Lines lines;
     compose(node, lines);
     return lines.take();
@@ -222,6 +227,23 @@ void readRichText(AtspiApplication &application, const QByteArray &path,
     reading->application = &application;
     reading->completion = std::move(completion);
     reading->read(&reading->root, path, 0);
+}
+
+std::optional<QString> waitForRichText(AtspiApplication &application, const QByteArray &path,
+                                       QDeadlineTimer deadline)
+{
+    struct Result {
+        bool done = false;
+        std::optional<QString> text;
+    };
+    const auto result = std::make_shared<Result>();
+    readRichText(application, path, [result](const std::optional<QString> &text) {
+        result->done = true;
+        result->text = text;
+    });
+    if (!application.waitFor([result] { return result->done; }, deadline))
+        application.missedDeadline();
+    return result->text;
 }
 
 } // namespace platform::linux_

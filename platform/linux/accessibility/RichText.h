@@ -31,4 +31,10 @@ QString flatten(const TextNode &node);
 void readRichText(AtspiApplication &application, const QByteArray &path,
                   std::function<void(const std::optional<QString> &)> completion);
 
+/// The same, waiting for it at most until the deadline; an application that misses it is marked as
+/// not answering.
+std::optional<QString>
+waitForRichText(AtspiApplication &application, const QByteArray &path,
+                QDeadlineTimer deadline = QDeadlineTimer(AtspiApplication::patience));
+
 } // namespace platform::linux_

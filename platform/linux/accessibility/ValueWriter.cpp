@@ -12,8 +12,10 @@ namespace
 {
 
 /// What was typed may still be on its way through the application's own scripts.
-constexpr int readBackPause = 40;      // milliseconds
-constexpr int readBackPatience = 2500; // milliseconds without any progress
+constexpr int selectionPause = 30;      // milliseconds
+constexpr int selectionPatience = 2000; // milliseconds
+constexpr int readBackPause = 40;       // milliseconds
+constexpr int readBackPatience = 2500;  // milliseconds without any progress
 /// An application that does not answer keeps the caller waiting no longer than this.
 constexpr int answerPatience = 20'000; // milliseconds
 
@@ -141,6 +143,7 @@ void ValueWriter::type(qint64 count)
         finish(AXError::CannotComplete);
         return;
     }
+    m_sinceProgress.start();
     if (count > 0)
         selectAll(count);
     else
@@ -149,17 +152,34 @@ void ValueWriter::type(qint64 count)
 
 void ValueWriter::selectAll(qint64 count)
 {
-    // Chromium adds a selection where there is none, and changes the one that there is.
+    if (!m_application || !m_focus.hasFocus(m_element)) {
+        finish(AXError::CannotComplete);
+        return;
+    }
+    // Chromium adds a selection where there is none, and changes the one that there is. Either
+    // takes effect some time after the answer, so what is selected is asked for before a key is
+    // sent that would otherwise delete or insert at the caret.
     m_application->call(
         m_element.path, atspi::TextInterface, "AddSelection", [](DBusMessage &) {}, "ii", 0,
         qint32(count));
     m_application->call(
-        m_element.path, atspi::TextInterface, "SetSelection",
-        [self = QPointer(this)](DBusMessage &) {
-            if (self && !self->m_result)
+        m_element.path, atspi::TextInterface, "SetSelection", [](DBusMessage &) {}, "iii", 0, 0,
+        qint32(count));
+    m_application->call(
+        m_element.path, atspi::TextInterface, "GetSelection",
+        [self = QPointer(this), count](DBusMessage &reply) {
+            if (!self || self->m_result)
+                return;
+            const qint32 start = reply.readInt32().value_or(0);
+            const qint32 end = reply.readInt32().value_or(0);
+            if (std::min(start, end) == 0 && std::max(start, end) >= count)
                 self->typeOverSelection();
+            else if (self->m_sinceProgress.elapsed() > selectionPatience)
+                self->finish(AXError::Failure);
+            else
+                QTimer::singleShot(selectionPause, self, [self, count] { self->selectAll(count); });
         },
-        "iii", 0, 0, qint32(count));
+        "i", 0);
 }
 
 void ValueWriter::typeOverSelection()

@@ -1,0 +1,98 @@
+#include "platform/linux/accessibility/AtspiTypingTarget.h"
+
+#include "platform/linux/accessibility/CodePoints.h"
+#include "platform/linux/accessibility/RichText.h"
+
+namespace platform::linux_
+{
+
+std::unique_ptr<TypingTarget> AtspiTypingTarget::ofFocusedElement(AtspiBus &bus,
+                                                                  FocusTracker &focus)
+{
+    FocusTracker::Focus input = focus.current();
+    if (input.kind != FocusTracker::Kind::Element)
+        return nullptr;
+    return std::unique_ptr<TypingTarget>(new AtspiTypingTarget(bus, focus, std::move(input)));
+}
+
+AtspiApplication *AtspiTypingTarget::answeringApplication()
+{
+    AtspiApplication *application = m_bus.application(m_input.element.busName);
+    return application && application->isAnswering() ? application : nullptr;
+}
+
+bool AtspiTypingTarget::hasFocus()
+{
+    return m_focus.hasFocus(m_input.element);
+}
+
+std::optional<qint64> AtspiTypingTarget::characterCount()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || isPassword(m_input.facts))
+        return std::nullopt;
+    if (!isEditingHost(m_input.facts)) {
+        std::optional<qint32> count;
+        Pipeline pipeline(*application);
+        pipeline.property(m_input.element.path, atspi::TextInterface, "CharacterCount", "i",
+                          [&](DBusMessage &reply) { count = reply.readInt32(); });
+        if (!pipeline.wait() || count.value_or(-1) < 0)
+            return std::nullopt;
+        if (*count == 0 || !holdsLastLineOpen(m_input.facts))
+            return count;
+        bool lastLineEmpty = false;
+        Pipeline last(*application);
+        last.call(
+            m_input.element.path, atspi::TextInterface, "GetText",
+            [&](DBusMessage &reply) { lastLineEmpty = reply.readBytes() == "\n"; }, "ii",
+            *count - 1, *count);
+        if (!last.wait())
+            return std::nullopt;
+        return *count - (lastLineEmpty ? 1 : 0);
+    }
+    // An editable region holds its paragraphs as elements: what counts is what it reads as.
+    const std::optional<QString> text = waitForRichText(*application, m_input.element.path);
+    return text ? std::optional(codePointCount(*text)) : std::nullopt;
+}
+
+bool AtspiTypingTarget::needsSoftLineBreaks()
+{
+    return isInWebPage(m_input.facts);
+}
+
+qint64 AtspiTypingTarget::selectedCharacterCount()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || isPassword(m_input.facts))
+        return 0;
+    qint32 start = 0;
+    qint32 end = 0;
+    qint32 count = 0;
+    qint32 selections = 0;
+    Pipeline pipeline(*application);
+    pipeline.call(m_input.element.path, atspi::TextInterface, "GetNSelections",
+                  [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
+    pipeline.call(
+        m_input.element.path, atspi::TextInterface, "GetSelection",
+        [&](DBusMessage &reply) {
+            start = reply.readInt32().value_or(0);
+            end = reply.readInt32().value_or(0);
+        },
+        "i", 0);
+    pipeline.property(m_input.element.path, atspi::TextInterface, "CharacterCount", "i",
+                      [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
+    if (!pipeline.wait() || selections <= 0)
+        return 0;
+    const auto [first, last] = std::minmax(start, end);
+    // A paragraph inside counts as one character there; all selected is all that it reads as.
+    if (isEditingHost(m_input.facts) && first <= 0 && last >= count)
+        return characterCount().value_or(0);
+    return std::max<qint64>(0, qint64(last) - first);
+}
+
+bool AtspiTypingTarget::takesTabs()
+{
+    return !isInWebPage(m_input.facts) && axRole(m_input.facts) == QLatin1String("AXTextArea");
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,192 @@
+"""Real programs, looked at and written into through the accessibility adapter."""
+
+import os
+import signal
+import sys
+
+import pytest
+
+sys.path.insert(0, os.path.dirname(__file__))
+from probe import CANNOT_COMPLETE, SUCCESS, Probe  # noqa: E402
+from session import wait_until  # noqa: E402
+
+MIXED = "Grüße, 😀 мир\n\n日本語 e\u0301 end"
+
+EDITORS = {
+    "gtk3": ["mousepad", "--disable-server"],
+    "gtk4": ["gnome-text-editor", "--standalone"],
+    "qt": ["featherpad", "--standalone"],
+}
+
+
+@pytest.fixture
+def probe(desktop, build):
+    probe = Probe(desktop, build)
+    probe("allow")
+    yield probe
+    probe.close()
+
+
+def open_editor(desktop, editor, text):
+    path = os.path.join(desktop.folder, "letter.txt")
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(text)
+    program = desktop.start(EDITORS[editor] + [path])
+    window = desktop.wait_for_window("letter")
+    desktop.activate(window)
+    return program, window
+
+
+def inside(frame, screen=(0, 0, 1280, 900)):
+    x, y, width, height = frame
+    return width > 50 and height > 50 and x >= screen[0] and y >= screen[1] \
+        and x + width <= screen[2] and y + height <= screen[3]
+
+
+@pytest.mark.parametrize("editor", EDITORS)
+def test_an_editor_is_read_and_written(desktop, probe, editor):
+    program, window = open_editor(desktop, editor, "one\ntwo 😀 three")
+    seen = probe("wait", "AXTextArea", program.pid)
+    assert seen["AXRole"] == "AXTextArea" and seen["pid"] == program.pid
+    assert seen["AXValue"] == "one\ntwo 😀 three"
+    assert seen["AXEditable"] and seen["settable"]
+    geometry = desktop.run(["xwininfo", "-id", str(window)])
+    left, top = (int(line.split()[-1]) for line in geometry.splitlines() if "Absolute" in line)
+    width, height = (int(line.split()[-1]) for line in geometry.splitlines()
+                     if line.strip().startswith(("Width", "Height")))
+    assert inside(seen["AXFrame"], (left, top, left + width, top + height))
+
+    for text in (MIXED, "", MIXED * 200):
+        assert probe("set", text)["set"] == SUCCESS
+        wait_until(lambda: probe("focus").get("AXValue") == text, "the text")
+
+    # The caret's place in UTF-16 units, behind a character of two.
+    assert probe("set", "😀ab")["set"] == SUCCESS
+    desktop.key("ctrl+End", "Left")
+    wait_until(lambda: probe("focus").get("AXSelectedTextRange") == [3, 0], "the caret")
+    desktop.key("shift+Left", "shift+Left")
+    wait_until(lambda: probe("focus").get("AXSelectedText") == "😀a", "the selection")
+    assert probe("focus")["AXSelectedTextRange"] == [0, 3]
+
+
+PAGE = """<title>forms</title><meta charset=utf-8>
+<textarea id=area rows=3>foo\nbar</textarea><input id=line value=single>
+<input id=secret type=password value=hidden>
+<div id=rich contenteditable>one <b>bold</b> <a href=x>link</a> tail<p>second 😀</p><div><br></div>
+<ul><li>item a</li><li>item <i>b</i></li></ul><p>an <img src=data:,> image<br>next line</p></div>
+<p id=plain tabindex=0>Only text, to be read.</p>
+<script>document.onkeydown = e => {
+  const id = {F6: 'area', F7: 'line', F8: 'secret', F9: 'rich', F10: 'plain'}[e.key];
+  if (id) { document.getElementById(id).focus(); e.preventDefault(); } }</script>"""
+
+
+def test_a_page_s_inputs(desktop, probe):
+    browser = desktop.start_chromium(PAGE)
+    desktop.activate(desktop.wait_for_window("forms"))
+    seen = probe("wait", "AXWebArea", browser.pid)
+    assert "AXValue" not in seen and not seen["settable"] and not seen["AXEditable"]
+    assert "AXSelectedText" not in seen and "AXSelectedTextRange" not in seen
+    wait_until(lambda: probe("contains")["contains"], "the page to be loaded")
+    read = probe("tree")["tree"].split("\n")
+    assert read[:3] == ["foo", "bar", "single"] and "hidden" not in read and "••••••" not in read
+
+    desktop.key("F6")
+    seen = probe("wait", "AXTextArea")
+    assert seen["AXValue"] == "foo\nbar" and seen["settable"]
+    for text in ("first\nsecond line", "", "last\n"):
+        assert probe("set", text)["set"] == SUCCESS
+        assert probe("focus")["AXValue"] == text
+    assert probe("set", "last\n")["ms"] < 1000, "nothing is typed that is there already"
+
+    desktop.key("F7")
+    seen = probe("wait", "AXTextField")
+    assert seen["AXValue"] == "single"
+
+    desktop.key("F8")
+    wait_until(lambda: probe("focus").get("AXSubrole") == "AXSecureTextField", "the password field")
+    seen = probe("focus")
+    assert seen["AXRole"] == "AXTextField" and "AXValue" not in seen and not seen["settable"]
+    assert "AXSelectedText" not in seen and not seen["AXEditable"]
+
+    desktop.key("F9")
+    seen = probe("wait", "AXTextArea")
+    assert seen["AXValue"] == \
+        "one bold link tail\nsecond 😀\n\nitem a\nitem b\nan  image\nnext line"
+    for text in ("one line\n\na third", "", "x"):
+        assert probe("set", text)["set"] == SUCCESS
+        assert probe("focus")["AXValue"] == text
+
+    desktop.key("F10")
+    wait_until(lambda: probe("focus")["AXRole"] not in ("AXTextArea", "AXTextField"), "the paragraph")
+    assert not probe("focus")["settable"]
+
+
+def test_a_page_without_inputs_is_none(desktop, probe):
+    rows = "".join(f"<p>{i} <b>bold</b> <a href=x>link</a><hr>" for i in range(800))
+    browser = desktop.start_chromium(f"<title>reading</title>{rows}")
+    desktop.activate(desktop.wait_for_window("reading"))
+    probe("wait", "AXWebArea", browser.pid)
+    # Each text is an element of its own; the rule between them has none.
+    expected = "\n".join(f"{i} \nbold\n \nlink\n" for i in range(800))
+    wait_until(lambda: probe("tree").get("tree") == expected, "the page's text")
+    assert not probe("contains")["contains"]
+
+
+def test_a_stopped_application_holds_nothing_up(desktop, probe):
+    editor, window = open_editor(desktop, "gtk3", "before")
+    other, other_window = None, None
+    probe("wait", "AXTextArea", editor.pid)
+    editor.signal(signal.SIGSTOP)
+    # What is known needs no question; the first question waits, no other does.
+    times = [probe("focus")["ms"] for _ in range(5)]
+    probe("serve", 3000)
+    times += [probe("focus")["ms"] for _ in range(5)]
+    assert sum(time > 100 for time in times) <= 1, times
+    assert probe("focus").get("error") == CANNOT_COMPLETE
+    editor.signal(signal.SIGCONT)
+    assert probe("wait", "AXTextArea", editor.pid)["AXValue"] == "before"
+
+
+def test_focus_follows_the_window_and_the_service(desktop, probe):
+    editor, window = open_editor(desktop, "gtk3", "first")
+    probe("wait", "AXTextArea", editor.pid)
+    # A program that shows nothing takes the focus away from the editor all the same.
+    silent = desktop.start(["xmessage", "nothing to see"])
+    desktop.activate(desktop.wait_for_window("xmessage"))
+    assert probe("wait", "AXApplication", silent.pid)["pid"] == silent.pid
+    desktop.activate(window)
+    assert probe("wait", "AXTextArea", editor.pid)["AXValue"] == "first"
+
+    # The registry dies: whoever registers again hears of the next focus.
+    registry = desktop.run(["pgrep", "-f", "at-spi2-registryd"], check=False).split()
+    ours = [pid for pid in map(int, registry) if pid in desktop._processes()]
+    for pid in ours:
+        os.kill(pid, signal.SIGKILL)
+    qt, _ = open_editor(desktop, "qt", "second")
+    assert probe("wait", "AXTextArea", qt.pid)["AXValue"] == "second"
+
+    # The whole bus restarts; programs started afterwards are seen.
+    desktop.bus_launcher.signal(signal.SIGKILL)
+    desktop.bus_launcher.process.wait()
+    wait_until(lambda: probe("trusted")["trusted"] or probe("serve", 100) is None,
+               "the accessibility bus to be back")
+
+
+def test_own_editor_is_an_input_like_any_other(desktop, probe):
+    probe("editor", "mine\nand 😀")
+    seen = probe("wait", "AXTextArea", probe.process.pid)
+    assert seen["pid"] == probe.process.pid and seen["AXValue"] == "mine\nand 😀"
+    assert seen["settable"] and seen["AXEditable"] and inside(seen["AXFrame"])
+    assert probe("set", MIXED)["set"] == SUCCESS
+    assert probe("focus")["AXValue"] == MIXED
+
+
+def test_the_bare_frame_of_a_browser_is_recognised(desktop, probe):
+    assert probe("advice")["advice"] == ""
+    browser = desktop.start(["chromium", "--no-sandbox", "--no-first-run", "--password-store=basic",
+                             "--disable-renderer-accessibility",
+                             f"--user-data-dir={desktop.folder}/bare", "about:blank"])
+    desktop.activate(desktop.wait_for_window("Chromium"))
+    wait_until(lambda: "--force-renderer-accessibility" in probe("advice")["advice"],
+               "the advice")
+    assert probe("wait", "AXApplication", browser.pid)["pid"] == browser.pid

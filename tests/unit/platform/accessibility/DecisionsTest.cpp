@@ -1,0 +1,193 @@
+#include "platform/linux/accessibility/CodePoints.h"
+#include "platform/linux/accessibility/ElementFacts.h"
+#include "platform/linux/accessibility/Geometry.h"
+#include "platform/linux/accessibility/RichText.h"
+
+#include <gtest/gtest.h>
+
+using namespace platform;
+using namespace platform::linux_;
+using atspi::Role;
+using atspi::State;
+
+namespace
+{
+
+ElementFacts facts(Role role, std::initializer_list<State> states, const char *tag = "",
+                   std::uint8_t interfaces = ElementFacts::Text)
+{
+    ElementFacts result;
+    result.role = std::uint32_t(role);
+    for (const State state : states)
+        result.states |= atspi::bit(state);
+    result.tag = tag;
+    result.interfaces = interfaces;
+    return result;
+}
+
+std::string role(const ElementFacts &of)
+{
+    return axRole(of).toStdString();
+}
+
+TextNode node(Role role, const char *tag, const char *display, const QString &text,
+              std::vector<TextNode> children = {})
+{
+    TextNode result{facts(role, {}, tag), text, std::move(children)};
+    result.facts.display = display;
+    return result;
+}
+
+TextNode block(const QString &text, std::vector<TextNode> children = {})
+{
+    return node(Role::Section, "div", "block", text, std::move(children));
+}
+
+TextNode piece(const QString &text)
+{
+    return node(Role::Static, "", "", text);
+}
+
+const QString object(QChar::ObjectReplacementCharacter);
+
+} // namespace
+
+TEST(ElementFacts, OnlyWhatTheUserEditsInSeveralLinesIsATextArea)
+{
+    const auto editable = {State::Editable, State::MultiLine, State::Focusable};
+    EXPECT_EQ(role(facts(Role::Text, editable)), "AXTextArea");
+    EXPECT_EQ(role(facts(Role::Entry, editable, "textarea")), "AXTextArea");
+    EXPECT_EQ(role(facts(Role::Section, editable, "div")), "AXTextArea");
+    EXPECT_EQ(role(facts(Role::Entry, {State::Editable, State::SingleLine}, "div")), "AXTextArea")
+        << "a page's own message box";
+
+    EXPECT_EQ(role(facts(Role::Entry, {State::Editable, State::SingleLine}, "input")),
+              "AXTextField");
+    EXPECT_EQ(role(facts(Role::Text, {State::Editable, State::SingleLine})), "AXTextField");
+    EXPECT_EQ(role(facts(Role::Text, {State::MultiLine})), "AXStaticText");
+    EXPECT_EQ(role(facts(Role::Label, {State::MultiLine})), "AXStaticText");
+    EXPECT_EQ(role(facts(Role::Link, {State::Editable}, "a")), "AXLink") << "inside a host";
+    EXPECT_EQ(role(facts(Role::Terminal, editable)), "AXGroup");
+    EXPECT_EQ(role(facts(Role::DocumentWeb, editable, "#document")), "AXWebArea");
+    EXPECT_EQ(role(facts(Role(4'000'000'000U), {})), "AXUnknown");
+    EXPECT_EQ(role(facts(Role(-1), {})), "AXUnknown");
+}
+
+TEST(ElementFacts, APasswordIsNeverReadOrEdited)
+{
+    ElementFacts disguised = facts(Role::Entry, {State::Editable, State::MultiLine}, "input");
+    disguised.setAttributes({{"text-input-type", "Password"}});
+    for (const ElementFacts &secret :
+         {facts(Role::PasswordText, {State::Editable, State::MultiLine}), disguised}) {
+        EXPECT_EQ(role(secret), "AXTextField");
+        EXPECT_FALSE(isEditable(secret));
+        EXPECT_FALSE(hasTextValue(secret));
+        EXPECT_FALSE(attributeNames(secret).contains(QStringLiteral("AXValue")));
+    }
+}
+
+TEST(ElementFacts, ADocumentThatIsOnlyReadHasNoText)
+{
+    const ElementFacts page = facts(Role::DocumentWeb, {}, "#document");
+    const ElementFacts composer = facts(Role::DocumentWeb, {State::Editable}, "#document");
+    EXPECT_FALSE(hasTextValue(page));
+    EXPECT_TRUE(hasTextValue(composer));
+    EXPECT_FALSE(hasTextValue(facts(Role::Section, {}, "div")));
+    EXPECT_TRUE(hasTextValue(facts(Role::Static, {})));
+}
+
+TEST(ElementFacts, StatesComeInTwoWords)
+{
+    ElementFacts of;
+    of.setStates({1U << unsigned(State::Editable), 1U << (unsigned(State::ReadOnly) - 32)});
+    EXPECT_TRUE(of.has(State::Editable));
+    EXPECT_TRUE(of.has(State::ReadOnly));
+    EXPECT_FALSE(of.has(State::Focused));
+    of.setStates({});
+    EXPECT_EQ(of.states, 0U);
+}
+
+TEST(RichText, ReadsAsTheUserSeesIt)
+{
+    const TextNode editor = block(
+        QStringLiteral("one bold ") + object + QStringLiteral(" tail") + object + object + object,
+        {piece(QStringLiteral("one ")), piece(QStringLiteral("bold ")),
+         node(Role::Link, "a", "inline", QStringLiteral("link")), piece(QStringLiteral(" tail")),
+         block(QStringLiteral("two\nlines\n")), block(QStringLiteral("\n")),
+         node(Role::List, "ul", "block", object + object,
+              {node(Role::ListItem, "li", "list-item", QStringLiteral("1. first"),
+                    {node(Role::Static, "::marker", "inline", QStringLiteral("1. ")),
+                     piece(QStringLiteral("first"))}),
+               node(Role::ListItem, "li", "list-item", QStringLiteral("2. ") + object,
+                    {node(Role::Static, "::marker", "inline", QStringLiteral("2. ")),
+                     block(QStringLiteral("second"))})})});
+    EXPECT_EQ(flatten(editor), QStringLiteral("one bold link tail\ntwo\nlines\n\nfirst\nsecond"));
+}
+
+TEST(RichText, LineBreaksAtTheEnd)
+{
+    EXPECT_EQ(flatten(block(QStringLiteral("a\n"))), QStringLiteral("a"));
+    EXPECT_EQ(flatten(block(QStringLiteral("\n"))), QString());
+    TextNode input = node(Role::Entry, "textarea", "", QStringLiteral("a\n\n"));
+    EXPECT_EQ(flatten(input), QStringLiteral("a\n\n"));
+    input.facts.toolkit = "Chromium";
+    EXPECT_EQ(flatten(input), QStringLiteral("a\n"));
+    EXPECT_EQ(flatten(node(Role::Text, "", "", QStringLiteral("a\n"))), QStringLiteral("a\n"));
+}
+
+TEST(RichText, SurvivesTextThatDoesNotMatchItsElements)
+{
+    // Fewer and more embedded elements than the text has places for.
+    EXPECT_EQ(flatten(block(object + object, {block(QStringLiteral("only"))})),
+              QStringLiteral("only"));
+    EXPECT_EQ(flatten(block(QStringLiteral("x"), {block(QStringLiteral("a")), block({})})),
+              QStringLiteral("a"));
+    TextNode secret = node(Role::PasswordText, "input", "inline", QStringLiteral("hidden"));
+    EXPECT_EQ(flatten(block(QStringLiteral("a") + object, {secret})), QStringLiteral("a"));
+}
+
+TEST(Geometry, ImpossibleExtentsAreNone)
+{
+    const QList<ScreenGeometry> screens{{QRect(0, 0, 1280, 900), 1}};
+    EXPECT_TRUE(isPlausible(QRect(-10, 10, 200, 40), screens));
+    for (const QRect &lie :
+         {QRect(QPoint(5, 5), QSize(-1, 20)), QRect(0, 0, 0, 0),
+          QRect(QPoint(INT_MIN, INT_MIN), QSize(1, 1)), QRect(QPoint(3000, 10), QSize(50, 50)),
+          QRect(QPoint(0, 0), QSize(INT_MAX, INT_MAX))})
+        EXPECT_FALSE(isPlausible(lie, screens));
+}
+
+TEST(Geometry, PixelsBecomePointsOfTheMainScreen)
+{
+    const QList<ScreenGeometry> screens{{QRect(1920, 0, 960, 540), 2},
+                                        {QRect(0, 0, 1920, 1080), 1}};
+    EXPECT_EQ(toPoints(QRect(1920 + 200, 100, 400, 60), screens), QRectF(100, 50, 200, 30));
+    EXPECT_EQ(toPoints(QRect(100, 50, 200, 30), screens), QRectF(100 - 1920, 50, 200, 30));
+}
+
+TEST(Geometry, ExtentsThatAreRelativeOrInUnitsFindTheirPlace)
+{
+    const QRect element(10, 47, 300, 100);
+    // A border of five pixels that the toolkit draws around what it counts from.
+    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 690, 510), QRect(290, 190, 700, 520), true),
+              QRect(305, 242, 300, 100));
+    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 690, 510), QRect(290, 190, 700, 520), false),
+              element);
+    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 350, 260), QRect(100, 50, 700, 520), true),
+              QRect(120, 144, 600, 200));
+    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 1, 1), QRect(0, 0, 700, 520), false).width(), 1200)
+        << "a lie about the window stays within bounds";
+}
+
+TEST(CodePoints, RangesAreInUtf16Units)
+{
+    const QString text = QStringLiteral("a😀b😀");
+    EXPECT_EQ(codePointCount(text), 4);
+    EXPECT_EQ(utf16Range(text, 1, 3, 4), (CFRange{1, 3}));
+    EXPECT_EQ(utf16Range(text, 3, 1, 4), (CFRange{1, 3}));
+    EXPECT_EQ(utf16Range(text, -5, 100, 4), (CFRange{0, 6}));
+    EXPECT_EQ(utf16Range(text, 1, 3, 6), (CFRange{1, 2})) << "a toolkit that counts units itself";
+    EXPECT_EQ(utf16Range(text, -1, 99, 6), (CFRange{0, 6}));
+    EXPECT_EQ(withLineFeeds(QStringLiteral("a\r\nb\rc\u2029d\u2028e")),
+              QStringLiteral("a\nb\nc\nd\ne"));
+}
