@@ -13,8 +13,6 @@ namespace test
 namespace
 {
 
-using platform::linux_::TypingTarget;
-
 constexpr int callTimeout = 2000; // ms
 
 // Numbers of the accessibility bus: AtspiStateType and AtspiRole.
@@ -84,7 +82,7 @@ struct Element {
     uint role() const { return call("org.a11y.atspi.Accessible", "GetRole").toUInt(); }
 };
 
-class FocusedInput : public TypingTarget
+class FocusedInput : public ReadableInput
 {
 public:
     FocusedInput(Element element, bool inWeb)
@@ -118,12 +116,17 @@ public:
 
     bool takesTabs() override { return !m_inWeb && m_element.hasState(stateMultiLine); }
 
+    QString text() override
+    {
+        return m_element.call("org.a11y.atspi.Text", "GetText", {0, -1}).toString();
+    }
+
 private:
     Element m_element;
     bool m_inWeb;
 };
 
-std::unique_ptr<TypingTarget> findBelow(const Element &element, bool inWeb)
+std::unique_ptr<ReadableInput> findBelow(const Element &element, bool inWeb)
 {
     inWeb = inWeb || element.role() == roleDocumentWeb;
     if (element.hasState(stateFocused) && element.hasState(stateEditable))
@@ -137,16 +140,19 @@ std::unique_ptr<TypingTarget> findBelow(const Element &element, bool inWeb)
 
 } // namespace
 
-std::unique_ptr<TypingTarget> focusedInput()
+std::unique_ptr<ReadableInput> focusedInput()
 {
     const Element desktop{QStringLiteral("org.a11y.atspi.Registry"),
                           QStringLiteral("/org/a11y/atspi/accessible/root")};
-    for (const Element &application : desktop.children()) {
-        for (const Element &window : application.children()) {
-            if (!window.hasState(stateActive))
-                continue;
-            if (auto found = findBelow(window, false))
-                return found;
+    // Some programs' windows do not say that they are active.
+    for (const bool active : {true, false}) {
+        for (const Element &application : desktop.children()) {
+            for (const Element &window : application.children()) {
+                if (window.hasState(stateActive) != active)
+                    continue;
+                if (auto found = findBelow(window, false))
+                    return found;
+            }
         }
     }
     return nullptr;

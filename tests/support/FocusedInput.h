@@ -7,8 +7,14 @@
 namespace test
 {
 
-/// The text input that has the keyboard focus, as the accessibility bus shows it; empty when it
-/// shows none. Main thread only.
-std::unique_ptr<platform::linux_::TypingTarget> focusedInput();
+/// A text input as the accessibility bus shows it. Main thread only.
+class ReadableInput : public platform::linux_::TypingTarget
+{
+public:
+    virtual QString text() = 0;
+};
+
+/// The text input that has the keyboard focus; empty when there is none.
+std::unique_ptr<ReadableInput> focusedInput();
 
 } // namespace test

@@ -1,9 +1,11 @@
 // Types the text of standard input into the focused input, as the application does, and prints what
 // came of it as one line of JSON: {"result": "typed", "milliseconds": 12.3, "codePoints": 45}.
 //
-//   type_probe [--blind] [--recover]
+//   type_probe [--blind | --recover | --read]
 //     --blind     without reading back from the input
 //     --recover   puts back what a killed probe has left, and types nothing
+//     --read      types nothing and prints the focused input's text, as {"text": "..."}; exits with
+//                 1 when there is no such input
 
 #include "platform/linux/keyboard/XTestKeyboard.h"
 #include "tests/support/FocusedInput.h"
@@ -65,6 +67,15 @@ int main(int argc, char *argv[])
     QSocketNotifier terminate(signalfd(-1, &signals, SFD_CLOEXEC), QSocketNotifier::Read);
     QObject::connect(&terminate, &QSocketNotifier::activated, &app,
                      [] { QCoreApplication::exit(143); });
+
+    if (app.arguments().contains(QStringLiteral("--read"))) {
+        const auto focused = test::focusedInput();
+        if (!focused)
+            return 1;
+        const QJsonObject report{{QStringLiteral("text"), focused->text()}};
+        std::puts(QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
+        return 0;
+    }
 
     const bool blind = app.arguments().contains(QStringLiteral("--blind"));
     platform::linux_::XTestKeyboard keyboard(

@@ -2,16 +2,12 @@
 
 #include <algorithm>
 
-namespace platform::linux_
-{
+namespace platform::linux_ {
 
-namespace
-{
+namespace {
 
-// A count that was not what the selection promised is believed once it has stood still for so long.
-constexpr qint64 settledAfter = 150;
-// A count that never moved is given up.
-constexpr qint64 givenUpAfter = 2000;
+// A count that has not moved at all for so long since the first key is given up.
+constexpr qint64 givenUpAfter = 3000;
 
 } // namespace
 
@@ -19,40 +15,33 @@ ReadBack::ReadBack(std::optional<qint64> countBefore, qint64 selected)
 {
     if (!countBefore)
         return;
-    m_state = State::Measuring;
-    m_base = *countBefore - selected;
+    m_useful = true;
     m_last = *countBefore;
+    m_base = *countBefore - selected;
+    // An empty rich text input counts a line break of its own, which the first character replaces.
+    if (m_base == 1)
+        m_base = 0;
 }
 
 void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now)
 {
-    if (m_state == State::Useless || sent == 0)
+    if (!m_useful || sent == 0)
         return;
-    if (!m_timing) {
-        m_timing = true;
+    if (!m_lastChange)
         m_lastChange = now;
-    }
     if (count && *count != m_last) {
         m_last = *count;
         m_lastChange = now;
         m_moved = true;
     }
-    if (m_state == State::Measuring) {
-        const auto expected = m_base + static_cast<qint64>(sent);
-        const qint64 still = now - m_lastChange;
-        if (count && *count == expected) {
-            m_state = State::Reliable;
-        } else if (count && m_moved && still >= settledAfter) {
-            m_state = State::Reliable;
-            m_base = *count - static_cast<qint64>(sent);
-        } else if (still >= givenUpAfter) {
-            m_state = State::Useless;
-        }
+    if (!m_moved && now - *m_lastChange >= givenUpAfter) {
+        m_useful = false;
+        return;
     }
-    if (m_state != State::Reliable || !count)
+    // Until then a selection still counts.
+    if (!count || !m_moved)
         return;
     const auto arrived = static_cast<std::size_t>(std::max<qint64>(0, *count - m_base));
-    m_excess = arrived > sent ? arrived - sent : 0;
     m_confirmed = std::max(m_confirmed, std::min(arrived, sent));
 }
 

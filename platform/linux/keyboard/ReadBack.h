@@ -5,13 +5,10 @@
 #include <cstddef>
 #include <optional>
 
-namespace platform::linux_
-{
+namespace platform::linux_ {
 
-/// Tells from the length of the input's text how many of the keys that were sent have arrived. An
-/// input may count differently from what its selection promises (a placeholder, an invisible line
-/// break), so the first key is sent alone and sets the measure. Times are in milliseconds of any
-/// steady clock. A plain value.
+/// Tells from the length of the input's text how many of the keys that were sent have arrived in
+/// it. Times are in milliseconds of any steady clock. A plain value.
 class ReadBack
 {
 public:
@@ -19,33 +16,26 @@ public:
     /// The count before typing, absent when the input does not say, and how much of it is selected.
     ReadBack(std::optional<qint64> countBefore, qint64 selected);
 
-    enum class State {
-        /// The first key has not been seen yet: send no more than that one.
-        Measuring,
-        Reliable,
-        /// The input's count does not follow what is typed.
-        Useless,
-    };
-    State state() const { return m_state; }
-
     /// Takes a new reading, `sent` keys having been sent by then.
     void observe(std::optional<qint64> count, std::size_t sent, qint64 now);
+
+    /// False when the input does not say how long its text is, or its answer has not followed the
+    /// typing for a long time, as with rich text that is spread over several elements.
+    bool useful() const { return m_useful; }
 
     /// How many of the sent keys have arrived.
     std::size_t confirmed() const { return m_confirmed; }
 
-    /// By how much the input has grown beyond what was sent.
-    std::size_t excess() const { return m_excess; }
+    /// How long the count has not changed.
+    qint64 stillFor(qint64 now) const { return m_lastChange ? now - *m_lastChange : 0; }
 
 private:
-    State m_state = State::Useless;
+    bool m_useful = false;
     qint64 m_base = 0;
     qint64 m_last = 0;
-    qint64 m_lastChange = 0;
-    bool m_timing = false;
+    std::optional<qint64> m_lastChange;
     bool m_moved = false;
     std::size_t m_confirmed = 0;
-    std::size_t m_excess = 0;
 };
 
 } // namespace platform::linux_

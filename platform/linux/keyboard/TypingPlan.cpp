@@ -65,10 +65,10 @@ std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
     const auto addCharacter = [&](char32_t codePoint) {
         keys.push_back({PlannedKey::Kind::Character, codePoint, layout.character(codePoint)});
     };
-    bool afterCarriageReturn = false;
     for (const KeyboardEvent &event : events) {
         if (!event.keyDown)
             continue;
+        bool afterCarriageReturn = false;
         for (const char32_t codePoint : codePointsOf(event.unicodeString)) {
             const bool secondHalf = codePoint == U'\n' && afterCarriageReturn;
             afterCarriageReturn = codePoint == U'\r';

@@ -27,11 +27,15 @@ constexpr std::uint8_t shiftModifier = 1;
 constexpr std::uint8_t capsLock = 2;
 constexpr std::uint8_t numLock = 16;
 
-// Keys in one burst, and keys on their way that the input has not shown yet. The second bounds what
-// a client that moves its own focus can misplace, and what it has to queue.
+// Keys in one burst: what goes out between two looks at the focus and the user's modifiers.
 constexpr std::size_t burstSize = 48;
-constexpr std::size_t inFlight = 192;
-// Without reading back we only know that the client has taken the keys from the server.
+// Keys that the client has not taken from the server yet. The map may change once it has.
+constexpr std::size_t mostUntaken = 256;
+// Keys that the input does not show yet: what a client has to queue (a browser between its
+// processes, where tens of thousands end it), and what it can misplace by moving its own focus.
+constexpr std::size_t mostUnshown = 1536;
+// The same for a client of which we only know that it takes the keys, in keys and milliseconds, and
+// for one that tells nothing at all.
 constexpr std::size_t blindBurstSize = 16;
 constexpr qint64 blindPause = 32;
 constexpr qint64 deafPause = 80;
@@ -41,6 +45,11 @@ constexpr qint64 focusLimit = 2000;
 constexpr qint64 heldModifiersLimit = 15000;
 constexpr qint64 heldKeysLimit = 1000;
 constexpr qint64 progressLimit = 15000;
+// A count that stands still for so long after the last key will not come right.
+constexpr qint64 settledAfter = 8000;
+// Asking the input costs it time.
+constexpr qint64 readingPause = 8;
+constexpr qint64 focusPause = 25;
 constexpr qint64 drainLimit = 500;
 // A client that does not answer pings gets this long to fetch a new map.
 constexpr qint64 deafMapPause = 150;
@@ -125,13 +134,18 @@ private:
 
     ReadBack m_readBack;
     std::size_t m_sent = 0;
-    std::size_t m_confirmed = 0;
+    /// How many of them the client has taken from the server.
+    std::size_t m_taken = 0;
+    /// How many of them are in the input's text, as far as that can be known.
+    std::size_t m_shown = 0;
     std::size_t m_segment = 0;
     std::uint32_t m_lastPing = 0;
     std::deque<std::pair<std::uint32_t, std::size_t>> m_pings;
     qint64 m_phaseStart = 0;
     qint64 m_lastProgress = 0;
     qint64 m_lastBurst = 0;
+    qint64 m_lastReading = 0;
+    qint64 m_lastFocusCheck = 0;
 };
 
 XTestKeyboard::Engine::Engine(TargetProvider provider, const QByteArray &displayName)
@@ -261,7 +275,8 @@ void XTestKeyboard::Engine::wait()
 
 bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
 {
-    m_sent = m_confirmed = m_segment = 0;
+    m_sent = m_taken = m_shown = m_segment = 0;
+    m_lastReading = m_lastFocusCheck = 0;
     m_pings.clear();
     m_group = moment.group;
     m_locked = moment.lockedModifiers;
@@ -306,9 +321,15 @@ void XTestKeyboard::Engine::type()
         return;
     }
     confirm();
-    if (m_sent == m_keys.size() && m_confirmed == m_sent) {
-        finish(TypingResult::Typed);
-        return;
+    if (m_sent == m_keys.size() && m_taken == m_sent) {
+        if (m_shown == m_sent) {
+            finish(TypingResult::Typed);
+            return;
+        }
+        if (m_readBack.stillFor(m_clock.elapsed()) > settledAfter) {
+            finish(TypingResult::Failed);
+            return;
+        }
     }
     if (m_clock.elapsed() - m_lastProgress > progressLimit) {
         drain(TypingResult::Interrupted);
@@ -327,29 +348,40 @@ void XTestKeyboard::Engine::type()
 
 bool XTestKeyboard::Engine::mayGoOn()
 {
-    return !m_watch->userActed() && !m_watch->focusLost() && !m_watch->mapChanged() &&
-           (!m_target || m_target->hasFocus());
+    if (m_watch->userActed() || m_watch->focusLost() || m_watch->mapChanged())
+        return false;
+    const qint64 now = m_clock.elapsed();
+    if (!m_target || now - m_lastFocusCheck < focusPause)
+        return true;
+    m_lastFocusCheck = now;
+    return m_target->hasFocus();
 }
 
-// Moves m_confirmed on to what is known to have arrived.
+// Moves m_taken and m_shown on to what is known now.
 void XTestKeyboard::Engine::confirm()
 {
-    const std::size_t before = m_confirmed;
     const qint64 now = m_clock.elapsed();
-    if (m_readBack.state() != ReadBack::State::Useless) {
-        if (m_sent > m_confirmed) {
-            m_readBack.observe(m_target->characterCount(), m_sent, now);
-            m_confirmed = std::max(m_confirmed, m_readBack.confirmed());
-        }
-    } else if (m_pingWindow) {
+    const std::size_t before = m_taken + m_shown;
+    if (m_pingWindow) {
         while (!m_pings.empty() && m_pings.front().first <= m_watch->lastPong()) {
-            m_confirmed = std::max(m_confirmed, m_pings.front().second);
+            m_taken = m_pings.front().second;
             m_pings.pop_front();
         }
-    } else if (now - m_lastBurst >= deafPause) {
-        m_confirmed = m_sent;
     }
-    if (m_confirmed != before || m_sent == m_confirmed)
+    if (m_readBack.useful()) {
+        if (m_sent > m_shown && now - m_lastReading >= readingPause) {
+            m_lastReading = now;
+            m_readBack.observe(m_target->characterCount(), m_sent, now);
+            m_shown = m_readBack.confirmed();
+        }
+        if (!m_pingWindow)
+            m_taken = m_shown;
+    } else {
+        if (!m_pingWindow && now - m_lastBurst >= deafPause)
+            m_taken = m_sent;
+        m_shown = m_taken;
+    }
+    if (m_taken + m_shown != before || m_shown == m_sent)
         m_lastProgress = now;
 }
 
@@ -362,7 +394,7 @@ void XTestKeyboard::Engine::mapSegments()
         Bank &bank = m_banks[i % m_banks.size()];
         if (bank.segment == i)
             continue;
-        if (bank.segment && m_confirmed < m_segments[*bank.segment].end)
+        if (bank.segment && m_taken < m_segments[*bank.segment].end)
             continue;
         mapSegment(i);
     }
@@ -417,15 +449,15 @@ std::size_t XTestKeyboard::Engine::sendable()
     Bank &bank = m_banks[m_segment % m_banks.size()];
     if (bank.segment != m_segment || !isSettled(bank))
         return 0;
-    std::size_t count = m_segments[m_segment].end - m_sent;
-    const std::size_t pending = m_sent - m_confirmed;
-    if (m_readBack.state() == ReadBack::State::Measuring)
-        return m_sent == 0 ? std::min<std::size_t>(count, 1) : 0;
-    if (m_readBack.state() == ReadBack::State::Reliable) {
-        const std::size_t room = inFlight > pending ? inFlight - pending : 0;
-        return std::min({count, room, burstSize});
+    const std::size_t count = m_segments[m_segment].end - m_sent;
+    if (m_readBack.useful()) {
+        const std::size_t untaken = m_sent - m_taken;
+        const std::size_t unshown = m_sent - m_shown;
+        return std::min({count, burstSize, mostUntaken - std::min(mostUntaken, untaken),
+                         mostUnshown - std::min(mostUnshown, unshown)});
     }
-    if (pending > 0 || m_clock.elapsed() - m_lastBurst < (m_pingWindow ? blindPause : deafPause))
+    if (m_sent > m_taken ||
+        m_clock.elapsed() - m_lastBurst < (m_pingWindow ? blindPause : deafPause))
         return 0;
     return std::min(count, blindBurstSize);
 }
@@ -467,7 +499,7 @@ bool XTestKeyboard::Engine::sendBurst()
             m_watch->expectPress(stroke.keycode);
         m_connection->sendKeys(strokes, m_ambient, m_locked);
         m_sent += count;
-        if (m_pingWindow && m_readBack.state() == ReadBack::State::Useless)
+        if (m_pingWindow)
             m_pings.emplace_back(sendPing(), m_sent);
     }
     m_connection->ungrabServer();
@@ -489,7 +521,7 @@ void XTestKeyboard::Engine::drain(TypingResult result)
         m_result = result;
     }
     confirm();
-    if (m_confirmed == m_sent || m_clock.elapsed() - m_phaseStart > drainLimit) {
+    if (m_taken == m_sent || m_clock.elapsed() - m_phaseStart > drainLimit) {
         finish(result);
         return;
     }

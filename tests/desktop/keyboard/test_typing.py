@@ -1,0 +1,56 @@
+"""What is typed arrives exactly, in every program and with every layout."""
+
+import pytest
+
+from inputs import PROGRAMS, Input, first_difference, keyboard_map
+from session import Session
+from texts import KINDS, make
+
+
+@pytest.fixture(scope="module", params=PROGRAMS)
+def program(request, build):
+    """One desktop for each program: starting it takes longer than typing into it."""
+    with Session() as desktop:
+        yield Input(desktop, build, request.param)
+
+
+@pytest.fixture
+def typed_input(program):
+    program.clear()
+    return program
+
+
+def check(typed_input, text, *options):
+    report = typed_input.type(text, *options)
+    got = typed_input.settled(text)
+    assert got == text, first_difference(got, text)
+    assert report["result"] == "typed"
+
+
+@pytest.mark.parametrize("layout", ["us", "de", "fr", "ru", "us,ru"])
+def test_every_kind_with_every_layout(typed_input, layout):
+    typed_input.desktop.run(["setxkbmap", layout])
+    before = keyboard_map(typed_input.desktop)
+    check(typed_input, make("mixed", 600, seed=layout, tab=typed_input.tab))
+    assert keyboard_map(typed_input.desktop) == before
+
+
+@pytest.mark.parametrize("kind", KINDS)
+def test_long_texts(typed_input, kind):
+    check(typed_input, make(kind, 1500, seed=7, tab=typed_input.tab))
+
+
+def test_caps_lock_and_num_lock_change_nothing(typed_input):
+    for lock in ("Caps_Lock", "Num_Lock"):
+        typed_input.desktop.key(lock)
+    try:
+        before = keyboard_map(typed_input.desktop)
+        check(typed_input, "Abc äÖ жЖ 漢字 123 ﬁ ß")
+        assert keyboard_map(typed_input.desktop) == before
+    finally:
+        for lock in ("Caps_Lock", "Num_Lock"):
+            typed_input.desktop.key(lock)
+
+
+def test_without_reading_back(typed_input):
+    check(typed_input, make("mixed", 240, seed=3, tab="    "), "--blind")

@@ -1,0 +1,52 @@
+#include "platform/linux/keyboard/ReadBack.h"
+
+#include <gtest/gtest.h>
+
+using platform::linux_::ReadBack;
+
+namespace
+{
+
+TEST(ReadBack, CountsFromWhatTheSelectionLeaves)
+{
+    ReadBack readBack(100, 40);
+    ASSERT_TRUE(readBack.useful());
+    readBack.observe(100, 10, 0);
+    EXPECT_EQ(readBack.confirmed(), 0U) << "the selection is still there";
+    readBack.observe(61, 10, 5);
+    EXPECT_EQ(readBack.confirmed(), 1U);
+    readBack.observe(70, 10, 10);
+    EXPECT_EQ(readBack.confirmed(), 10U);
+    readBack.observe(75, 12, 20);
+    EXPECT_EQ(readBack.confirmed(), 12U) << "an editor that adds of its own";
+    readBack.observe(std::nullopt, 20, 30);
+    EXPECT_EQ(readBack.confirmed(), 12U);
+    EXPECT_EQ(readBack.stillFor(50), 30);
+}
+
+TEST(ReadBack, AnEmptyRichInputCountsALineBreakOfItsOwn)
+{
+    ReadBack readBack(1, 0);
+    readBack.observe(1, 3, 0);
+    EXPECT_EQ(readBack.confirmed(), 0U);
+    readBack.observe(3, 3, 5);
+    EXPECT_EQ(readBack.confirmed(), 3U);
+}
+
+TEST(ReadBack, GivesUpACountThatDoesNotFollow)
+{
+    EXPECT_FALSE(ReadBack(std::nullopt, 0).useful());
+    ReadBack readBack(5, 0);
+    readBack.observe(5, 1, 0);
+    readBack.observe(5, 300, 2999);
+    EXPECT_TRUE(readBack.useful());
+    readBack.observe(5, 300, 3000);
+    EXPECT_FALSE(readBack.useful());
+
+    ReadBack slow(5, 0);
+    slow.observe(6, 1, 0);
+    slow.observe(6, 2, 60000);
+    EXPECT_TRUE(slow.useful()) << "it has followed before: the program is busy";
+}
+
+} // namespace
