@@ -35,6 +35,11 @@ QDBusConnection accessibilityBus()
     return bus;
 }
 
+bool isIn(const QVariant &states, int state)
+{
+    return qdbus_cast<QList<uint>>(states).value(state / 32) >> (state % 32) & 1;
+}
+
 struct Element {
     QString name;
     QString path;
@@ -91,7 +96,12 @@ public:
     {
     }
 
-    bool hasFocus() override { return m_element.hasState(stateFocused); }
+    // A program that is too busy to answer has not lost the focus by that.
+    bool hasFocus() override
+    {
+        const QVariant answer = m_element.call("org.a11y.atspi.Accessible", "GetState");
+        return !answer.isValid() || isIn(answer, stateFocused);
+    }
 
     std::optional<qint64> characterCount() override
     {
