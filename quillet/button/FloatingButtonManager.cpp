@@ -77,6 +77,11 @@ FloatingButtonManager &FloatingButtonManager::shared()
     return *instance;
 }
 
+NonActivatingPanel *FloatingButtonManager::buttonWindow() const
+{
+    return m_buttonWindow;
+}
+
 void FloatingButtonManager::show(const AXUIElement &element)
 {
     hide();

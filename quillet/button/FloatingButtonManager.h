@@ -47,7 +47,7 @@ public:
     void getText(std::function<void(const QString &)> completion) override;
     void setText(const QString &text) override;
 
-    NonActivatingPanel *buttonWindow() const { return m_buttonWindow; }
+    NonActivatingPanel *buttonWindow() const;
     FloatingPopup *popup() const { return m_popup; }
 
 Q_SIGNALS:

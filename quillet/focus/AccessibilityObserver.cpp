@@ -145,6 +145,7 @@ void AccessibilityObserver::failFocusChange()
     printLine(QStringLiteral("🔻 Hiding button — focus not in our app"));
     m_lastElement = {};
     m_button.hide();
+    Q_EMIT noInputFocused();
 }
 
 bool AccessibilityObserver::isEditableTextField(const AXUIElement &element)

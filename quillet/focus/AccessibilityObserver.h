@@ -63,6 +63,10 @@ public:
 
     bool isObserving() const { return m_pollTimer.isActive(); }
 
+Q_SIGNALS:
+    /// A tick has found that what has the focus is no input.
+    void noInputFocused();
+
 private:
     void handleFocusChange(const platform::AXUIElement &element);
     void failFocusChange();

@@ -1,0 +1,42 @@
+#include "platform/Platform.h"
+
+#include "platform/linux/accessibility/AtspiAccessibility.h"
+#include "platform/linux/accessibility/X11ActiveWindow.h"
+#include "platform/linux/desktop/LinuxInstallation.h"
+#include "platform/linux/desktop/X11Workspace.h"
+#include "platform/linux/keyboard/XTestKeyboard.h"
+
+#include <QSettings>
+
+namespace platform
+{
+
+namespace
+{
+
+/// The Linux desktop: AT-SPI 2 and X11.
+class LinuxPlatform : public Platform
+{
+public:
+    Accessibility &accessibility() override { return m_accessibility; }
+    KeyboardEvents &keyboard() override { return m_keyboard; }
+    Workspace &workspace() override { return m_workspace; }
+    Installation &installation() override { return m_installation; }
+
+private:
+    QSettings m_settings{QStringLiteral("quillet"), QStringLiteral("platform")};
+    linux_::LinuxInstallation m_installation;
+    linux_::X11Workspace m_workspace;
+    linux_::X11ActiveWindow m_activeWindow;
+    linux_::XTestKeyboard m_keyboard{[this] { return m_accessibility.typingTarget(); }};
+    linux_::AtspiAccessibility m_accessibility{m_keyboard, m_activeWindow, m_settings};
+};
+
+} // namespace
+
+std::unique_ptr<Platform> createPlatform()
+{
+    return std::make_unique<LinuxPlatform>();
+}
+
+} // namespace platform

@@ -1,0 +1,144 @@
+#include "quillet/application/Application.h"
+
+#include "BuildConstants.h"
+#include "MetricPost.h"
+#include "quillet/analytics/SharedMetricPost.h"
+#include "quillet/button/FloatingButtonManager.h"
+#include "quillet/focus/AccessibilityObserver.h"
+#include "quillet/popup/BackendService.h"
+#include "quillet/shell/InstallGuard.h"
+#include "quillet/window/Fonts.h"
+#include "quillet/window/HomeView.h"
+#include "quillet/window/OnboardingWizardView.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScreen>
+
+using metricpost::MetricPost;
+
+Application::Application(const QByteArray &startupId)
+    : m_platform(platform::createPlatform())
+    , m_notice(m_platform->workspace())
+{
+    registerFonts();
+    m_app = std::make_unique<QuilletApp>(QuilletApp::Parts{
+        .platform = *m_platform,
+        .defaults = m_defaults,
+        .homeView =
+            [this](QWidget *parent, const std::function<void(bool)> &setShowOnboarding) {
+                return makeHomeView(parent, setShowOnboarding);
+            },
+        .onboardingWizardView =
+            [this](QWidget *parent, const std::function<void(bool)> &setShowOnboarding) {
+                return makeWizard(parent, setShowOnboarding);
+            },
+        .atQuit = [] { MetricPost::shutdown(); },
+        .startupId = startupId,
+    });
+    prepareAnalytics();
+    prepareEndpoint();
+}
+
+Application::~Application()
+{
+    // The manager outlives the platform; what it has on screen must not.
+    if (m_observing)
+        FloatingButtonManager::shared().hide();
+}
+
+int Application::run()
+{
+    return m_app->run();
+}
+
+void Application::prepareAnalytics()
+{
+    metricpost::ApplicationFacts facts;
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        facts.screenHeight = screen->geometry().height();
+        facts.screenWidth = screen->geometry().width();
+    }
+    facts.bundleVersion = facts.bundleShortVersion = BuildConstants::Version;
+    MetricPost::setApplicationFacts(facts);
+    SharedMetricPost::prepareShared(
+        {.developmentRun = isRunningFromXcode(m_platform->installation()),
+         .serverURL = BuildConstants::AnalyticsEndpoint});
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+            [](Qt::ApplicationState state) {
+                if (state == Qt::ApplicationActive)
+                    MetricPost::applicationDidBecomeActive();
+                else
+                    MetricPost::applicationWillResignActive();
+            });
+}
+
+void Application::prepareEndpoint()
+{
+    if (!BuildConstants::BackendEndpoint.isEmpty()) {
+        m_endpoint = std::make_unique<RemoteWritingEndpoint>(BuildConstants::BackendEndpoint);
+    } else {
+        m_endpoint = std::make_unique<LocalWritingEndpoint>([](const QString &analytics) {
+            if (BuildConstants::AnalyticsEndpoint.isEmpty())
+                SharedMetricPost::shared().setServerURL(analytics);
+        });
+    }
+}
+
+QWidget *Application::makeHomeView(QWidget *parent,
+                                   const std::function<void(bool)> &setShowOnboarding)
+{
+    constexpr int CardWidth = 350;
+    auto *view = new HomeView(m_platform->accessibility(), m_notifications, CardWidth, parent);
+    connect(view, &HomeView::showOnboardingChanged, view, setShowOnboarding);
+    return view;
+}
+
+QWidget *Application::makeWizard(QWidget *parent,
+                                 const std::function<void(bool)> &setShowOnboarding)
+{
+    auto *view = new OnboardingWizardView(
+        {.accessibility = m_platform->accessibility(),
+         .defaults = m_defaults,
+         .createObserver = [this] { createObserver(); },
+         .track = [](const QString &event) { SharedMetricPost::shared().track(event); }},
+        parent);
+    connect(view, &OnboardingWizardView::showOnboardingChanged, view, setShowOnboarding);
+    return view;
+}
+
+void Application::createObserver()
+{
+    if (!std::exchange(m_observing, true)) {
+        FloatingButtonManager::prepareShared({m_platform->accessibility(), m_platform->keyboard(),
+                                              m_platform->workspace(), BackendService::shared(),
+                                              *m_endpoint, SharedMetricPost::shared()});
+        FloatingButtonManager &manager = FloatingButtonManager::shared();
+        connect(&manager, &FloatingButtonManager::textNotWritten, this,
+                &Application::keepUnwrittenText);
+        AccessibilityObserver::prepareShared(
+            {m_platform->accessibility(), m_platform->workspace(), manager,
+             static_cast<std::int32_t>(QCoreApplication::applicationPid())});
+        // The first command is quicker when the backend is up by then.
+        m_endpoint->withEndpoint([](const QString &, const QString &) {});
+        connect(&AccessibilityObserver::shared(), &AccessibilityObserver::noInputFocused, this,
+                &Application::adviseOnFocusedApplication);
+    }
+    AccessibilityObserver::shared();
+}
+
+void Application::keepUnwrittenText(const QString &text)
+{
+    QGuiApplication::clipboard()->setText(text);
+    m_notice.tell(QStringLiteral("Quillet could not write the text into the other application. "
+                                 "It is on the clipboard, so you can paste it."));
+}
+
+void Application::adviseOnFocusedApplication()
+{
+    const QString advice = m_platform->accessibility().adviceForFocusedApplication();
+    if (advice.isEmpty() || advice == m_lastAdvice)
+        return;
+    m_lastAdvice = advice;
+    m_notice.tell(advice);
+}

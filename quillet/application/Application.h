@@ -1,0 +1,43 @@
+#pragma once
+
+#include "quillet/application/WritingEndpoints.h"
+#include "quillet/shell/Notice.h"
+#include "quillet/shell/QuilletApp.h"
+#include "quillet/window/WindowNotifications.h"
+
+#include <QByteArray>
+#include <QSettings>
+
+#include <memory>
+
+/// Puts the application together: every part gets the collaborators that it names, here and nowhere
+/// else. Main thread, one object a process, after the QApplication.
+class Application : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Application(const QByteArray &startupId);
+    ~Application() override;
+
+    /// Runs until the user quits; the process's exit status.
+    int run();
+
+private:
+    void prepareAnalytics();
+    void prepareEndpoint();
+    QWidget *makeHomeView(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
+    QWidget *makeWizard(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
+    void createObserver();
+    void keepUnwrittenText(const QString &text);
+    void adviseOnFocusedApplication();
+
+    std::unique_ptr<platform::Platform> m_platform;
+    QSettings m_defaults;
+    WindowNotifications m_notifications;
+    Notice m_notice;
+    QString m_lastAdvice;
+    bool m_observing = false;
+    std::unique_ptr<WritingEndpoint> m_endpoint;
+    std::unique_ptr<QuilletApp> m_app;
+};

@@ -1,0 +1,57 @@
+#include "BuildConstants.h"
+#include "quillet/application/Application.h"
+#include "quillet/shell/SingleInstance.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
+
+#include <algorithm>
+#include <cstring>
+
+namespace
+{
+
+/// Whether the arguments can be answered without a display.
+bool asksForHelpOnly(int argc, char **argv)
+{
+    return std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        return !std::strcmp(argument, "--help") || !std::strcmp(argument, "-h") ||
+               !std::strcmp(argument, "--version") || !std::strcmp(argument, "-v");
+    });
+}
+
+void parseCommandLine()
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Puts a button at the text input that you are working in, in any application, and rewrites "
+        "its text."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.process(QCoreApplication::arguments());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
+    QCoreApplication::setOrganizationName(QStringLiteral("quillet"));
+    QCoreApplication::setApplicationName(QStringLiteral("quillet"));
+    QCoreApplication::setApplicationVersion(BuildConstants::Version);
+    if (asksForHelpOnly(argc, argv)) {
+        const QCoreApplication application(argc, argv);
+        parseCommandLine();
+    }
+
+    // Panels are placed by their coordinates on the whole desktop, which Wayland does not have; its
+    // X11 server has them. What the user sets in the environment holds.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    QApplication application(argc, argv);
+    QGuiApplication::setDesktopFileName(QStringLiteral("quillet"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillet.svg")));
+    parseCommandLine();
+    return Application(startupId).run();
+}

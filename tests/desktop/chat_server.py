@@ -1,0 +1,42 @@
+"""A language model's chat interface on loopback that always answers the same text."""
+
+import http.server
+import json
+import threading
+
+
+class ChatServer:
+    def __init__(self, answer):
+        self.answer = answer
+        self.prompts = []
+        outer = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_POST(self):
+                body = self.rfile.read(int(self.headers["Content-Length"]))
+                outer.prompts.append(json.loads(body))
+                chunk = {"choices": [{"delta": {"content": outer.answer}}]}
+                self.send_response(200)
+                self.send_header("Content-Type", "text/event-stream")
+                self.send_header("Connection", "close")
+                self.end_headers()
+                self.wfile.write(b"data: " + json.dumps(chunk).encode() + b"\n\ndata: [DONE]\n\n")
+
+            def log_message(self, *_):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    @property
+    def environment(self):
+        """What makes quillet-backend use this server."""
+        port = self.server.server_address[1]
+        return {"QUILLET_MODEL_URL": f"http://127.0.0.1:{port}/v1", "QUILLET_MODEL_NAME": "test"}
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.server.shutdown()
+        self.server.server_close()

@@ -1,0 +1,82 @@
+"""Works Quillet as a person does: looks for controls by their names and clicks them."""
+
+import json
+import pathlib
+
+from session import wait_until
+
+EYES = pathlib.Path(__file__).with_name("eyes.py")
+
+
+class Person:
+    def __init__(self, session):
+        self.session = session
+
+    def _see(self, *arguments):
+        printed = self.session.run(["/usr/bin/python3", str(EYES), *arguments], check=False)
+        try:
+            return json.loads(printed.strip().splitlines()[-1])
+        except (ValueError, IndexError):
+            return None
+
+    def finds(self, name, program="quillet"):
+        """The control's rectangle on the screen, or None."""
+        return self._see("find", program, name)
+
+    def names(self, program="quillet"):
+        return self._see("names", program)
+
+    def texts(self, program):
+        """The texts of the program's multi-line inputs."""
+        return self._see("text", program) or []
+
+    def click(self, name, program="quillet"):
+        """Clicks the middle of the control as soon as it is there."""
+        x, y, width, height = wait_until(lambda: self.finds(name, program),
+                                         f"{name!r} in {program}")
+        self.session.click(x + width / 2, y + height / 2)
+        return x, y, width, height
+
+    def waits_for_text(self, program, text):
+        """Waits until an input of the program holds exactly `text`."""
+        try:
+            wait_until(lambda: text in self.texts(program), "the text")
+        except TimeoutError:
+            raise AssertionError(f"{program} holds {self.texts(program)!r}, not {text!r}") from None
+
+    def finds_floating_button(self):
+        """The rectangle of the floating button, or None: Quillet's only 25 by 25 window, which no
+        window manager knows."""
+        found = self.session.run(["xdotool", "search", "--onlyvisible", "--name", "^Quillet$"],
+                                 check=False)
+        for window in filter(str.isdigit, found.splitlines()):
+            shape = dict(line.split("=") for line in self.session.run(
+                ["xdotool", "getwindowgeometry", "--shell", window], check=False).split()
+                if "=" in line)
+            if shape.get("WIDTH") == shape.get("HEIGHT") == "25":
+                return int(shape["X"]), int(shape["Y"]), 25, 25
+        return None
+
+    def clicks_floating_button(self):
+        x, y, width, height = wait_until(self.finds_floating_button, "the floating button")
+        self.session.click(x + width / 2, y + height / 2)
+
+    def sets_up_quillet(self, build, environment=None):
+        """Starts Quillet for somebody who has allowed it before, and goes through the wizard up to
+        the tutorial, which starts the watching."""
+        settings = pathlib.Path(self.session.env["XDG_CONFIG_HOME"]) / "quillet"
+        settings.mkdir(exist_ok=True)
+        (settings / "platform.conf").write_text("[accessibility]\nallowed=true\n")
+        quillet = self.session.start([str(build / "quillet" / "quillet")], environment)
+        window = self.session.wait_for_window("^Quillet$")
+        self.click("Next")
+        wait_until(lambda: "Quillet is installed! Now you can try it!" in (self.names() or []),
+                   "the tutorial page")
+        return quillet, window
+
+    def runs_command(self, command, expected):
+        """Opens the popup, runs a command of its first page, waits for the answer, applies it."""
+        self.clicks_floating_button()
+        self.click(command)
+        wait_until(lambda: expected in self.texts("quillet"), "the answer in the popup")
+        self.click("apply")

@@ -1,0 +1,112 @@
+"""From focus to applied text, in the programs that people write in."""
+
+import os
+
+import pytest
+
+from chat_server import ChatServer
+from person import Person
+from session import Session, wait_until
+
+# Every kind of character that has ever been lost on the way into another program.
+ANSWER = ("Dear Zoë, naïve façade — “quoted” … 100 % ≠ 50 €.\n"
+          "Привет, Γειά σου, שלום עולם, مرحبا بالعالم.\n"
+          "\n"
+          "你好,世界。日本語のテキスト。 한국어\n"
+          "👩🏽‍💻 🇪🇸 👨‍👩‍👧‍👦 e\u0301 a\u0308o\u0302 no\u00a0break\n"
+          "- one\n- two: https://example.org/a?b=c+d&e=%20f#g")
+BEFORE = "the text before, with ünïcode"
+
+PAGE = """<!doctype html><meta charset=utf-8><title>Editor page</title><body style="margin:40px">
+<textarea style="width:500px;height:200px" autofocus>{before}</textarea>
+<div contenteditable style="width:500px;height:200px;border:1px solid">{before}</div>
+<form onsubmit="document.title='Sent'"></form>"""
+
+
+@pytest.fixture
+def chat():
+    with ChatServer(ANSWER) as server:
+        yield server
+
+
+@pytest.fixture
+def person(desktop, build, chat):
+    person = Person(desktop)
+    person.quillet, person.window = person.sets_up_quillet(build, chat.environment)
+    return person
+
+
+def letter(session):
+    path = os.path.join(session.folder, "letter.txt")
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(BEFORE)
+    return path
+
+
+@pytest.mark.parametrize("program, command", [
+    ("mousepad", ["mousepad", "--disable-server"]),
+    ("featherpad", ["featherpad", "--standalone"]),
+    ("gnome-text-editor", ["gnome-text-editor", "--standalone"]),
+])
+def test_editors(person, chat, program, command):
+    session = person.session
+    session.start([*command, letter(session)])
+    session.activate(session.wait_for_window("letter.txt"))
+    wait_until(lambda: any(BEFORE in text for text in person.texts(program)), "the editor's text")
+    person.runs_command("elevate", ANSWER)
+    person.waits_for_text(program, ANSWER)
+    assert BEFORE in chat.prompts[0]["messages"][-1]["content"]
+    assert "✅ Text set successfully" in person.quillet.output()
+
+
+@pytest.mark.parametrize("selector, number", [("textarea", 0), ("contenteditable", 1)])
+def test_chromium_inputs(person, chat, selector, number):
+    session = person.session
+    session.start_chromium(PAGE.format(before=BEFORE), "--window-size=900,700",
+                           "--window-position=0,0")
+    session.activate(session.wait_for_window("Editor page"))
+    wait_until(lambda: len(person.texts("chromium")) == 2, "the page's inputs")
+    session.key("Tab")
+    if number == 0:
+        session.key("shift+Tab")
+    person.runs_command("elevate", ANSWER)
+    wait_until(lambda: person.texts("chromium")[number].rstrip("\n") == ANSWER, "the text")
+    assert person.texts("chromium")[1 - number] == BEFORE, "the other input is as it was"
+    assert BEFORE in chat.prompts[0]["messages"][-1]["content"]
+    assert not session.windows("Sent"), "no line break has sent the form"
+
+
+def test_own_tutorial_editor(person, chat):
+    session = person.session
+    session.activate(person.window)
+    session.type("my first try")
+    person.runs_command("quick-improve", ANSWER)
+    person.waits_for_text("quillet", ANSWER)
+
+
+def test_a_page_that_is_only_read_has_no_button(person):
+    session = person.session
+    session.start_chromium("<title>Reading page</title><h1>News</h1>" + "<p>Some text.</p>" * 50)
+    session.activate(session.wait_for_window("Reading page"))
+    session.click(400, 500)
+    wait_until(lambda: person.quillet.output().count("🔎 Role: AXWebArea") > 2, "the page's role")
+    assert not person.finds_floating_button()
+
+
+def test_the_edited_result_is_what_lands(person, chat):
+    session = person.session
+    chat.answer = "result"
+    session.start(["mousepad", "--disable-server", letter(session)])
+    session.activate(session.wait_for_window("letter.txt"))
+    wait_until(lambda: BEFORE in person.texts("mousepad"), "the editor's text")
+    person.clicks_floating_button()
+    person.click("elevate")
+    wait_until(lambda: "result" in person.texts("quillet"), "the answer")
+    person.click("elevate")  # the result's text view carries the command's name
+    session.key("End")
+    session.type(", edited")
+    wait_until(lambda: "result, edited" in person.texts("quillet"), "the edit")
+    person.click("apply")
+    person.waits_for_text("mousepad", "result, edited")
+    editor = session.wait_for_window("letter.txt")
+    wait_until(lambda: session.active_window() == editor, "the keyboard to be back")
