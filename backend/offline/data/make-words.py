@@ -4,8 +4,8 @@
 Input, all from Debian 12:
   * package scowl: its size classes (10 = most common ... 50) say how common a
     word is; its licence allows use, copying and distribution for any purpose.
-  * word counts of English prose that Debian ships: packages anarchism,
-    fortunes, fortunes-min and debian-handbook. Only counts are kept.
+  * word counts of English prose that Debian ships: packages fortunes,
+    fortunes-min and debian-handbook. Only counts are kept.
 
 Usage: make-words.py SCOWL_DIR PROSE_DIR... > words.txt
 

@@ -21,6 +21,19 @@ void capitalise(const Word &word, const Document &document, EditList &edits)
 
 } // namespace
 
+/// Words that people begin messages with. A text that begins in lower case with
+/// another word may be the rest of a sentence, or a label.
+bool CapitalRule::isSpokenOpening(const QString &lower)
+{
+    static const QSet<QString> openings = setOf(QStringLiteral(
+        "i my we you they he she this there hi hello hey dear thanks thank please sorry yes no "
+        "yeah "
+        "what how why who can could would do did does is are was were have has let let's i'm i've "
+        "i'll i'd it's that's there's don't what's we're you're they're he's she's today yesterday "
+        "tomorrow our your nice great good ok okay maybe"));
+    return openings.contains(lower);
+}
+
 /// Whether a lone "i" is the pronoun: it may be a counter or an enumerator.
 bool CapitalRule::isPronoun(const Document &document, int index) const
 {
@@ -72,13 +85,13 @@ bool CapitalRule::opensCarelessly(const Document &document, size_t number) const
         const bool listed = gap.contains(u'-') || gap.contains(u'*') || gap.contains(u'\u2022') ||
                             gap.contains(u'\t');
         const bool indented = gap.size() > 1 && gap.endsWith(u"  ");
-        return whole && !listed && !indented && number == 0;
+        return whole && !listed && !indented && number == 0 && isSpokenOpening(first.lower);
     }
     const Sentence &before = document.sentences()[number - 1];
     const bool ellipsis = gap.contains(u"..") || gap.contains(u'\u2026');
     // "Yahoo! is", "who? me": those marks do not always end a sentence
     return before.english && before.end - before.first >= shortestSentence && !ellipsis &&
-           gap.startsWith(u'.') && whole;
+           gap.startsWith(u'.') && gap.mid(1).trimmed().isEmpty() && whole;
 }
 
 void CapitalRule::check(const Document &document, EditList &edits) const

@@ -20,6 +20,7 @@ public:
     void check(const Document &document, EditList &edits) const override;
 
 private:
+    static bool isSpokenOpening(const QString &lower);
     bool isPronoun(const Document &document, int index) const;
     bool opensCarelessly(const Document &document, size_t sentence) const;
 

@@ -36,21 +36,23 @@ QString SpacingRule::corrected(QStringView gap, const Word &before, const Word &
         const bool lastMark = gap.size() == 2 || gap[2].isSpace();
         if (mark == u',' && lastMark)
             return last || gap.size() > 2 ? rest : rest + u' ';
-        const bool full = mark == u'.' || mark == u'?' || mark == u'!';
+        const bool spacedEllipsis = gap.count(u'.') > 1;
+        const bool full = !spacedEllipsis && (mark == u'.' || mark == u'?' || mark == u'!');
         if (full && lastMark && (last || (gap.size() > 2 && after.letters == LetterCase::Capital)))
             return rest;
         return same;
     }
     if (gap.startsWith(u",,") && (gap.size() == 2 || gap[2].isSpace()))
         return gap.size() == 2 && !last ? QStringLiteral(", ") : rest;
-    if (gap.startsWith(u"..") && (gap.size() == 2 ? last : gap[2].isSpace()) &&
+    if (gap.startsWith(u"..") && gap.count(u'.') == 2 &&
+        (gap.size() == 2 ? last : gap[2].isSpace()) &&
         (last || after.letters == LetterCase::Capital))
         return rest;
     if (last)
         return same;
     const bool words = m_lexicon.level(before.lower) >= 5 && m_lexicon.level(after.lower) >= 5 &&
                        before.length > 1;
-    if (gap == u"," && words && after.length > 1)
+    if (gap == u"," && words && after.length > 1 && !after.hyphenated)
         return QStringLiteral(", ");
     if (gap.size() == 1 && QStringView(u".!?").contains(gap[0]) && words &&
         before.letters != LetterCase::Upper && after.letters == LetterCase::Capital)
@@ -73,7 +75,7 @@ void SpacingRule::check(const Document &document, EditList &edits) const
         if (!last && std::any_of(gap.begin(), gap.end(), isLineBreak))
             continue;
         if (last)
-            gap = gap.left(std::min<qsizetype>(gap.size(), 3)); // what follows is not between words
+            gap = gap.left(std::min<qsizetype>(gap.size(), 5)); // what follows is not between words
         QString right = corrected(gap, before, after, last);
         if (!wideLayout && !last && gap == u"  ")
             right = QStringLiteral(" ");

@@ -7,13 +7,6 @@
 namespace offline
 {
 
-namespace
-{
-
-constexpr int certainLevel = 10;
-
-} // namespace
-
 bool SpellingRule::isCandidate(const Document &document, int index) const
 {
     const Word &word = document.word(index);
@@ -53,10 +46,8 @@ void SpellingRule::check(const Document &document, EditList &edits) const
         if (correction->isEmpty())
             continue;
         // A word that the writer uses again is a term of theirs, and one with a
-        // capital a name, unless many people write the mistake.
-        const bool doubtful =
-            uses.value(word.lower) > 1 ||
-            (word.letters == LetterCase::Capital && m_lexicon.level(*correction) < certainLevel);
+        // capital may be a name, unless many people write the mistake.
+        const bool doubtful = uses.value(word.lower) > 1 || word.letters == LetterCase::Capital;
         if (doubtful && !m_lexicon.isCommonMisspelling(word.lower))
             continue;
         const QStringView original = QStringView(document.text()).mid(word.start, word.length);

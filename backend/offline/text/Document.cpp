@@ -20,7 +20,8 @@ bool isAbbreviation(const QString &lower)
 {
     static const QSet<QString> abbreviations = [] {
         const auto list = QStringLiteral(
-            "mr mrs ms dr prof sr jr st vs etc eg ie cf al fig figs no nos vol pp ed eds approx "
+            "cent mr mrs ms dr prof sr jr st vs etc eg ie cf al fig figs no nos vol pp ed eds "
+            "approx "
             "dept est inc ltd co corp gen col sgt capt lt rev hon pres gov sen rep jan feb mar apr "
             "jun jul aug sep sept oct nov dec mon tue wed thu fri sat sun tel ext min max resp "
             "ca viz op ibid ch sec sect para ref refs ver rel misc incl excl e.g i.e a.m p.m u.s "
@@ -148,9 +149,11 @@ bool Document::endsSentence(int index) const
         const Word &last = word(index);
         if (terminal == 0 && isAbbreviation(last.lower))
             return false;
-        // "e.g.", "5.", "U.S.": only a capital shows that the sentence is over
-        if (last.lower.isEmpty() && m_words[size_t(index) + 1].letters == LetterCase::Lower &&
-            !m_words[size_t(index) + 1].lower.isEmpty())
+        // "5.": only a capital shows that the sentence is over; not even that
+        // after "E.H." or "U.S."
+        const QStringView spelt = QStringView(m_text).mid(last.start, last.length);
+        const bool initials = spelt.size() >= 3 && spelt.size() <= 6 && spelt[1] == u'.';
+        if (last.lower.isEmpty() && (goesOn || initials))
             return false;
     }
     return spaceAfter;

@@ -33,7 +33,7 @@ bool isVowel(char c)
 
 int substitution(char a, char b)
 {
-    static constexpr const char *alike[] = {"ck", "cs", "sz", "gj", "kq", "fv", "dt", "mn", "bp"};
+    static constexpr const char *alike[] = {"ck", "cs", "sz", "kq", "fv", "dt", "mn"};
     static constexpr const char *rows[] = {"qwertyuiop", "asdfghjkl", "zxcvbnm"};
     if (isVowel(a) && isVowel(b))
         return vowelForVowel;
@@ -82,6 +82,7 @@ struct WordTrie::Search {
     std::array<Row, longestWord + 4> rows;
     char path[longestWord + 4] = {};
     int best = 1000;
+    int bestCost = 0;
     int second = 1000;
     char bestWord[longestWord + 4] = {};
 
@@ -95,6 +96,7 @@ struct WordTrie::Search {
         if (score < best) {
             second = best;
             best = score;
+            bestCost = cost;
             std::memcpy(bestWord, path, size_t(depth));
             bestWord[depth] = 0;
         } else if (score < second) {
@@ -186,7 +188,10 @@ std::optional<QString> WordTrie::correction(QStringView misspelling) const
                             looseLetter(search.word[j - 1], j > 1 ? search.word[j - 2] : '\0');
     }
     descend(search, 0, 0);
-    const int acceptable = search.limit + (search.length <= 4 ? 8 : 18);
+    // Two mistakes in one word are only believed when the word is a common one.
+    const int acceptable = search.length <= 4            ? swapped + 8
+                           : search.bestCost > arbitrary ? 2 * vowelForVowel + 12
+                                                         : arbitrary + 21;
     if (search.best > acceptable || search.second - search.best < clearMargin)
         return std::nullopt;
     return QString::fromLatin1(search.bestWord);
@@ -213,7 +218,8 @@ void WordTrie::descend(Search &search, qint32 node, int depth) const
                 last[size_t(j) - 1] + substitutions.cost[size_t(letter - 'a')][size_t(typed - 'a')];
             cost = std::min(cost, last[size_t(j)] + looseLetter(letter, before));
             // "ccache": a doubled first letter is meant
-            const int loose = j == 2 ? arbitrary : looseLetter(typed, typedBefore);
+            const bool doubledStart = j == 2 && typed == typedBefore;
+            const int loose = doubledStart ? search.limit + 1 : looseLetter(typed, typedBefore);
             cost = std::min(cost, row[size_t(j) - 1] + loose);
             if (j > 1 && depth > 0 && typed == before && typedBefore == letter && typed != letter)
                 cost = std::min(cost, search.rows[size_t(depth) - 1][size_t(j) - 2] + swapped);
