@@ -23,7 +23,8 @@ constexpr int silentLetter = 8;
 constexpr int vowelForVowel = 7;
 constexpr int soundAlike = 7;
 constexpr int neighbouringKey = 8;
-constexpr int rarity = 2; // for each level below the most common
+constexpr int rarity = 2;  // for each level below the most common ...
+constexpr int rarest = 10; // ... in the comparison of candidates not below this many
 constexpr int clearMargin = 5;
 
 bool isVowel(char c)
@@ -83,6 +84,7 @@ struct WordTrie::Search {
     char path[longestWord + 4] = {};
     int best = 1000;
     int bestCost = 0;
+    int bestLevel = 0;
     int second = 1000;
     char bestWord[longestWord + 4] = {};
 
@@ -92,11 +94,12 @@ struct WordTrie::Search {
         const bool swappedStart = path[0] == word[1] && path[1] == word[0];
         if (path[0] != word[0] && !swappedStart)
             return;
-        const int score = cost + (15 - level) * rarity;
+        const int score = cost + std::min(15 - level, rarest) * rarity;
         if (score < best) {
             second = best;
             best = score;
             bestCost = cost;
+            bestLevel = level;
             std::memcpy(bestWord, path, size_t(depth));
             bestWord[depth] = 0;
         } else if (score < second) {
@@ -192,7 +195,8 @@ std::optional<QString> WordTrie::correction(QStringView misspelling) const
     const int acceptable = search.length <= 4            ? swapped + 8
                            : search.bestCost > arbitrary ? 2 * vowelForVowel + 12
                                                          : arbitrary + 21;
-    if (search.best > acceptable || search.second - search.best < clearMargin)
+    if (search.bestCost + (15 - search.bestLevel) * rarity > acceptable ||
+        search.second - search.best < clearMargin)
         return std::nullopt;
     return QString::fromLatin1(search.bestWord);
 }
