@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
-namespace platform::linux_ {
+namespace platform::linux_
+{
 
-namespace {
+namespace
+{
 
 // A count that has not moved at all for so long since the first key is given up.
 constexpr qint64 givenUpAfter = 3000;

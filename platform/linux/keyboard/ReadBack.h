@@ -5,7 +5,8 @@
 #include <cstddef>
 #include <optional>
 
-namespace platform::linux_ {
+namespace platform::linux_
+{
 
 /// Tells from the length of the input's text how many of the keys that were sent have arrived in
 /// it. Times are in milliseconds of any steady clock. A plain value.

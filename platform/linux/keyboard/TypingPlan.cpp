@@ -65,6 +65,13 @@ std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
     const auto addCharacter = [&](char32_t codePoint) {
         keys.push_back({PlannedKey::Kind::Character, codePoint, layout.character(codePoint)});
     };
+    QString all;
+    for (const KeyboardEvent &event : events) {
+        if (event.keyDown && all.size() < 2)
+            all += event.unicodeString;
+    }
+    if (all == QChar(u'\b'))
+        return {{PlannedKey::Kind::BackSpace, U'\b', std::nullopt}};
     for (const KeyboardEvent &event : events) {
         if (!event.keyDown)
             continue;

@@ -17,6 +17,8 @@ struct PlannedKey {
         Character,
         LineBreak,
         Tab,
+        /// Deletes what is selected.
+        BackSpace,
     };
     Kind kind = Kind::Character;
     char32_t codePoint = 0;
@@ -32,7 +34,8 @@ struct TypingHabits {
 
 /// The code points that the events' key-downs type, in order: lone surrogates, control characters
 /// and noncharacters are left out, CR LF and CR become one line break, a tab becomes four spaces
-/// where the Tab key would leave the input.
+/// where the Tab key would leave the input. A backspace that is all there is to type is the
+/// BackSpace key, which empties an input that is wholly selected.
 std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
                                  const KeyboardMap::Lookup &layout, const TypingHabits &habits);
 

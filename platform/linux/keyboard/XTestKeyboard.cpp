@@ -47,8 +47,9 @@ constexpr qint64 heldKeysLimit = 1000;
 constexpr qint64 progressLimit = 15000;
 // A count that stands still for so long after the last key will not come right.
 constexpr qint64 settledAfter = 8000;
-// Asking the input costs it time.
+// Asking the input costs it time: at most the fifth part.
 constexpr qint64 readingPause = 8;
+constexpr qint64 readingShare = 4;
 constexpr qint64 focusPause = 25;
 constexpr qint64 drainLimit = 500;
 // A client that does not answer pings gets this long to fetch a new map.
@@ -126,6 +127,7 @@ private:
     std::vector<Bank> m_banks;
     std::uint8_t m_returnKey = 0;
     std::uint8_t m_tabKey = 0;
+    std::uint8_t m_backSpaceKey = 0;
     XWindow m_focus = 0;
     XWindow m_pingWindow = 0;
     int m_group = 0;
@@ -144,7 +146,7 @@ private:
     qint64 m_phaseStart = 0;
     qint64 m_lastProgress = 0;
     qint64 m_lastBurst = 0;
-    qint64 m_lastReading = 0;
+    qint64 m_nextReading = 0;
     qint64 m_lastFocusCheck = 0;
 };
 
@@ -276,7 +278,7 @@ void XTestKeyboard::Engine::wait()
 bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
 {
     m_sent = m_taken = m_shown = m_segment = 0;
-    m_lastReading = m_lastFocusCheck = 0;
+    m_nextReading = m_lastFocusCheck = 0;
     m_pings.clear();
     m_group = moment.group;
     m_locked = moment.lockedModifiers;
@@ -291,9 +293,11 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
         planKeys(m_current.events, layout, {m_softLineBreaks, m_target && m_target->takesTabs()});
     m_returnKey = layout.functionKey(XKB_KEY_Return).value_or(0);
     m_tabKey = layout.functionKey(XKB_KEY_Tab).value_or(0);
+    m_backSpaceKey = layout.functionKey(XKB_KEY_BackSpace).value_or(0);
     for (const PlannedKey &key : m_keys) {
         if ((key.kind == PlannedKey::Kind::LineBreak && !m_returnKey) ||
-            (key.kind == PlannedKey::Kind::Tab && !m_tabKey))
+            (key.kind == PlannedKey::Kind::Tab && !m_tabKey) ||
+            (key.kind == PlannedKey::Kind::BackSpace && !m_backSpaceKey))
             return false;
     }
     auto segments =
@@ -302,8 +306,13 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
         return false;
     m_segments = std::move(*segments);
     m_banks.assign(m_segments.size() == 1 ? 1 : BorrowedKeys::bankCount, {});
-    m_readBack = m_target ? ReadBack(m_target->characterCount(), m_target->selectedCharacterCount())
-                          : ReadBack();
+    // What a deletion leaves cannot be told from its count beforehand.
+    const bool grows = std::none_of(m_keys.begin(), m_keys.end(), [](const PlannedKey &key) {
+        return key.kind == PlannedKey::Kind::BackSpace;
+    });
+    m_readBack = m_target && grows
+                     ? ReadBack(m_target->characterCount(), m_target->selectedCharacterCount())
+                     : ReadBack();
     return true;
 }
 
@@ -369,10 +378,13 @@ void XTestKeyboard::Engine::confirm()
         }
     }
     if (m_readBack.useful()) {
-        if (m_sent > m_shown && now - m_lastReading >= readingPause) {
-            m_lastReading = now;
+        // Only where the answer can change what we do next.
+        const bool matters = m_sent == m_keys.size() || m_sent - m_shown > mostUnshown / 2;
+        if (m_sent > m_shown && matters && now >= m_nextReading) {
             m_readBack.observe(m_target->characterCount(), m_sent, now);
             m_shown = m_readBack.confirmed();
+            const qint64 after = m_clock.elapsed();
+            m_nextReading = after + std::max(readingPause, readingShare * (after - now));
         }
         if (!m_pingWindow)
             m_taken = m_shown;
@@ -470,6 +482,8 @@ std::optional<Keystroke> XTestKeyboard::Engine::strokeFor(const PlannedKey &key,
         return Keystroke{m_returnKey, m_softLineBreaks ? shiftModifier : std::uint8_t{0}};
     case PlannedKey::Kind::Tab:
         return Keystroke{m_tabKey, 0};
+    case PlannedKey::Kind::BackSpace:
+        return Keystroke{m_backSpaceKey, 0};
     case PlannedKey::Kind::Character:
         break;
     }

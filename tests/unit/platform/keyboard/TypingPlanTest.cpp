@@ -54,6 +54,14 @@ TEST(TypingPlan, LeavesOutWhatNoKeyTypes)
     EXPECT_EQ(typed({lonely, controls}), U"aa\u200f");
 }
 
+TEST(TypingPlan, DeletesOnlyWhenThatIsAllThereIsToDo)
+{
+    const auto keys = planKeys(events({QStringLiteral("\b")}), layoutWithSmallA(), {});
+    ASSERT_EQ(keys.size(), 1U);
+    EXPECT_EQ(keys[0].kind, PlannedKey::Kind::BackSpace);
+    EXPECT_EQ(typed({QStringLiteral("a"), QStringLiteral("\b"), QStringLiteral("a")}), U"aa");
+}
+
 TEST(TypingPlan, BreaksLinesOnceAndKeepsTabsInTheInput)
 {
     EXPECT_EQ(typed({QStringLiteral("\r\n"), QStringLiteral("\r"), QStringLiteral("\n"),

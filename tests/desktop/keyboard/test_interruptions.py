@@ -1,0 +1,106 @@
+"""The user, another window, a signal: typing stops cleanly and the keyboard is as it was."""
+
+import signal
+import subprocess
+import time
+
+import pytest
+
+from inputs import Input, keyboard_map
+from session import Session, wait_until
+from texts import make
+
+# Long enough to be still under way when something happens, and full of borrowed characters.
+TEXT = make("cjk", 20000, seed=5)
+
+
+@pytest.fixture
+def editor(build):
+    with Session() as desktop:
+        yield Input(desktop, build, "mousepad")
+
+
+def start(editor):
+    """Starts typing and waits until some of the text is there."""
+    before = keyboard_map(editor.desktop)
+    process = editor.start_typing(TEXT)
+    wait_until(lambda: editor.read(), "the first characters")
+    assert process.poll() is None, "the text was too short for this test"
+    return process, before
+
+
+def check_stopped(editor, process, before):
+    report = editor.finish(process)
+    assert report["result"] == "interrupted"
+    text = editor.read() or ""
+    assert keyboard_map(editor.desktop) == before
+    return text
+
+
+def check_prefix(text):
+    assert 0 < len(text) < len(TEXT)
+    assert TEXT.startswith(text)
+
+
+def test_a_key_of_the_user_stops_it(editor):
+    process, before = start(editor)
+    editor.desktop.run(["xdotool", "key", "Down"])
+    check_prefix(check_stopped(editor, process, before))
+
+
+def test_a_held_modifier_delays_the_start(editor):
+    editor.desktop.run(["xdotool", "keydown", "ctrl"])
+    process = editor.start_typing("aqwж漢")
+    time.sleep(0.5)
+    assert process.poll() is None and not editor.read()
+    editor.desktop.run(["xdotool", "keyup", "ctrl"])
+    assert editor.finish(process)["result"] == "typed"
+    assert editor.settled("aqwж漢") == "aqwж漢"
+
+
+def test_nothing_goes_into_another_window(editor):
+    log = editor.desktop.start(["xev", "-event", "keyboard"])
+    other = editor.desktop.wait_for_window("Event Tester")
+    editor.focus()
+    wait_until(editor.has_focus, "the editor")
+    process, before = start(editor)
+    editor.desktop.activate(other)
+    report = editor.finish(process)
+    assert report["result"] == "interrupted"
+    assert "KeyPress" not in log.output()
+    assert keyboard_map(editor.desktop) == before
+    editor.desktop.activate(editor.window)
+    check_prefix(wait_until(editor.read, "the text"))
+
+
+def test_a_closed_window_ends_it(editor):
+    process, before = start(editor)
+    editor.program.process.kill()
+    assert editor.finish(process)["result"] in ("interrupted", "failed")
+    assert keyboard_map(editor.desktop) == before
+
+
+def test_a_terminated_process_leaves_the_keyboard_as_it_was(editor):
+    process, before = start(editor)
+    process.send_signal(signal.SIGTERM)
+    assert editor.finish(process) is None
+    assert keyboard_map(editor.desktop) == before
+
+
+def test_the_next_start_puts_back_what_a_killed_process_left(editor):
+    process, before = start(editor)
+    process.kill()
+    process.wait()
+    assert keyboard_map(editor.desktop) != before
+    subprocess.run([editor.probe, "--recover"], env=editor.desktop.env, check=True)
+    assert keyboard_map(editor.desktop) == before
+
+
+def test_a_layout_set_after_a_kill_is_left_alone(editor):
+    process, _ = start(editor)
+    process.kill()
+    process.wait()
+    editor.desktop.run(["setxkbmap", "fr"])
+    before = keyboard_map(editor.desktop)
+    subprocess.run([editor.probe, "--recover"], env=editor.desktop.env, check=True)
+    assert keyboard_map(editor.desktop) == before
