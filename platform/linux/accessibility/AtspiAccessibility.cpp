@@ -27,6 +27,7 @@ constexpr int mostKnownFacts = 512;
 /// More children than a window can show are data, and no way to look for an input.
 constexpr int mostChildren = 50'000;
 constexpr int deepestClip = 64;
+constexpr qint32 longest = 1 << 24; // pixels
 /// How long a document is believed to hold editable text, or not, without an event that says
 /// otherwise, and how long the first search may hold up the user interface.
 constexpr int shortestAnswer = 1000; // milliseconds
@@ -52,7 +53,10 @@ std::optional<QRect> readExtents(DBusMessage &reply)
     const auto y = reply.readInt32();
     const auto width = reply.readInt32();
     const auto height = reply.readInt32();
-    if (!x || !y || !width || !height || *width <= 0 || *height <= 0)
+    // What scrolls may be long, but no longer than can be reckoned with.
+    const auto isPlace = [](qint32 place) { return place >= -longest && place <= longest; };
+    if (!x || !y || !width || !height || *width <= 0 || *height <= 0 || !isPlace(*x) ||
+        !isPlace(*y) || !isPlace(*width) || !isPlace(*height))
         return std::nullopt;
     return QRect(*x, *y, *width, *height);
 }
@@ -413,8 +417,10 @@ AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const Objec
             [&](DBusMessage &reply) { around = readExtents(reply); }, "u",
             quint32(atspi::CoordType::Screen));
         askParent(pipeline, parent.path, next);
+        // Better a frame that is not clipped than none: a busy application may need long for all
+        // that lies around its input.
         if (!pipeline.wait(deadline))
-            return AXError::CannotComplete;
+            break;
         if (Role(role) == Role::Application)
             break;
         if (around && clipsItsContents(role))
@@ -426,8 +432,9 @@ AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const Objec
     const auto window = m_focus.windowOf(element.busName);
     const auto place = window ? m_activeWindow.geometry(*window) : std::nullopt;
     const bool relative = facts.toolkit == "GTK";
-    if (place && topLevel)
-        visible = ontoScreen(visible, *topLevel, *place, relative);
+    if (place && (topLevel || relative))
+        visible = ontoScreen(visible, topLevel.value_or(QRect(QPoint(), place->size())), *place,
+                             relative);
     else if (relative)
         return AXError::NoValue;
     if (place && place->intersects(visible))

@@ -277,7 +277,7 @@ void AtspiBus::registerListeners()
         // The event, the properties to send along, and the only application to listen to.
         sd_bus_message_append(message, "sass", listener.event, 0, "");
         m_events->send(
-            message, [](DBusMessage &) {}, serviceLimit);
+            message, [this](DBusMessage &) { Q_EMIT changed(); }, serviceLimit);
     }
 }
 

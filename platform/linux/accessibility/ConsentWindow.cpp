@@ -146,7 +146,6 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
     layout->addWidget(row);
     layout->addStretch();
     setFixedWidth(460);
-    setMinimumHeight(230);
 
     connect(consent, &QCheckBox::toggled, this, &ConsentWindow::onToggled);
     connect(&m_bus, &AtspiBus::changed, this, &ConsentWindow::showState);
@@ -183,10 +182,10 @@ void ConsentWindow::showState()
         text = tr("On. Applications that were started before may have to be started again.");
     }
     m_state->setText(text);
-    QPalette colours = palette();
-    if (wrong)
-        colours.setColor(QPalette::WindowText, QColor(0xb3, 0x26, 0x1e));
-    m_state->setPalette(colours);
+    m_state->setStyleSheet(wrong ? QStringLiteral("color: #b3261e") : QString());
+    // The window is as high as what it has to say.
+    layout()->activate();
+    resize(width(), layout()->totalHeightForWidth(width()));
 }
 
 } // namespace platform::linux_

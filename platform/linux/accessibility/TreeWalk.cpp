@@ -99,7 +99,7 @@ struct EditableWalk : Asking<EditableWalk> {
         const auto left = std::make_shared<qsizetype>(paths.size());
         for (const QByteArray &path : std::as_const(paths)) {
             visit(path,
-                  [self = shared_from_this(), root, left, count,
+                  [self = shared_from_this(), root, left,
                    full = found.size() >= count && count > 0](const ElementFacts &facts, int) {
                       if (isEditable(facts))
                           self->finish(true);
