@@ -57,8 +57,18 @@ class Person:
                 return int(shape["X"]), int(shape["Y"]), 25, 25
         return None
 
-    def clicks_floating_button(self):
-        x, y, width, height = wait_until(self.finds_floating_button, "the floating button")
+    def clicks_floating_button(self, input_box=None):
+        """Clicks the button as soon as it is there, and inside `input_box` where that is given: it
+        may still stand at the input that had the focus before."""
+        def at_the_input():
+            box = self.finds_floating_button()
+            if box and input_box and not (
+                    input_box[0] <= box[0] and box[0] + 25 <= input_box[0] + input_box[2]
+                    and input_box[1] <= box[1] and box[1] + 25 <= input_box[1] + input_box[3]):
+                return None
+            return box
+
+        x, y, width, height = wait_until(at_the_input, "the floating button")
         self.session.click(x + width / 2, y + height / 2)
 
     def sets_up_quillet(self, build, environment=None):
@@ -74,9 +84,9 @@ class Person:
                    "the tutorial page")
         return quillet, window
 
-    def runs_command(self, command, expected):
+    def runs_command(self, command, expected, input_box=None):
         """Opens the popup, runs a command of its first page, waits for the answer, applies it."""
-        self.clicks_floating_button()
+        self.clicks_floating_button(input_box)
         self.click(command)
         wait_until(lambda: expected in self.texts("quillet"), "the answer in the popup")
         self.click("apply")

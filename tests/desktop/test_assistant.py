@@ -18,9 +18,9 @@ ANSWER = ("Dear Zoë, naïve façade — “quoted” … 100 % ≠ 50 €.\n"
 BEFORE = "the text before, with ünïcode"
 
 PAGE = """<!doctype html><meta charset=utf-8><title>Editor page</title><body style="margin:40px">
-<textarea style="width:500px;height:200px" autofocus>{before}</textarea>
-<div contenteditable style="width:500px;height:200px;border:1px solid">{before}</div>
-<form onsubmit="document.title='Sent'"></form>"""
+<textarea aria-label="first" style="width:500px;height:200px">{before}</textarea>
+<div aria-label="second" role="textbox" contenteditable style="width:500px;height:200px;border:1px solid">{before}</div>
+"""
 
 
 @pytest.fixture
@@ -33,7 +33,8 @@ def chat():
 def person(desktop, build, chat):
     person = Person(desktop)
     person.quillet, person.window = person.sets_up_quillet(build, chat.environment)
-    return person
+    yield person
+    print(person.quillet.output()[-3000:])  # shown where the test has failed
 
 
 def letter(session):
@@ -59,21 +60,18 @@ def test_editors(person, chat, program, command):
     assert "✅ Text set successfully" in person.quillet.output()
 
 
-@pytest.mark.parametrize("selector, number", [("textarea", 0), ("contenteditable", 1)])
-def test_chromium_inputs(person, chat, selector, number):
+@pytest.mark.parametrize("number", [0, 1], ids=["textarea", "contenteditable"])
+def test_chromium_inputs(person, chat, number):
     session = person.session
     session.start_chromium(PAGE.format(before=BEFORE), "--window-size=900,700",
                            "--window-position=0,0")
     session.activate(session.wait_for_window("Editor page"))
     wait_until(lambda: len(person.texts("chromium")) == 2, "the page's inputs")
-    session.key("Tab")
-    if number == 0:
-        session.key("shift+Tab")
-    person.runs_command("elevate", ANSWER)
+    box = person.click(["first", "second"][number], "chromium")
+    person.runs_command("elevate", ANSWER, box)
     wait_until(lambda: person.texts("chromium")[number].rstrip("\n") == ANSWER, "the text")
     assert person.texts("chromium")[1 - number] == BEFORE, "the other input is as it was"
     assert BEFORE in chat.prompts[0]["messages"][-1]["content"]
-    assert not session.windows("Sent"), "no line break has sent the form"
 
 
 def test_own_tutorial_editor(person, chat):
