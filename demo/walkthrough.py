@@ -15,7 +15,13 @@ sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "tests" / "desktop"))
 from person import Person  # noqa: E402
 from session import Session, wait_until  # noqa: E402
 
-BEFORE = "i has went to the the market yesterday , and buyed alot of aples."
+BEFORE = """Hi Anna,
+
+thanks for your message. i has looked at the the report and their are two mistakes in it.
+Could you send me alot more details ,please? I would of called, but my phone dont work today.
+
+Best regards
+Tom"""
 
 
 class Walkthrough:
@@ -65,15 +71,13 @@ class Walkthrough:
             file.write(BEFORE)
         self.session.start(["mousepad", "--disable-server", path])
         window = self.session.wait_for_window("letter.txt")
-        self.session.run(["xdotool", "windowsize", "--sync", str(window), "600", "500",
-                          "windowmove", "--sync", str(window), "650", "60"])
-        self.session.activate(window)
+        box = self.person.places(window)
         wait_until(lambda: BEFORE in self.person.texts("mousepad"), "the editor's text")
-        wait_until(self.person.finds_floating_button, "the button at the editor")
+        self.person.waits_for_floating_button(box)
         self.picture("button-in-another-editor")
-        print(f"    before: {BEFORE}", flush=True)
+        self.show("before", BEFORE)
 
-        self.person.clicks_floating_button()
+        self.person.clicks_floating_button(box)
         wait_until(lambda: self.person.finds("check-grammar"), "the popup")
         self.picture("popup")
         self.person.click("check-grammar")
@@ -83,8 +87,12 @@ class Walkthrough:
         wait_until(lambda: self.person.texts("mousepad") != [BEFORE], "the text to be written")
         self.picture("applied")
         after = self.person.texts("mousepad")
-        print(f"    after:  {after[0] if after else '(nothing)'}", flush=True)
+        self.show("after", after[0] if after else "(nothing)")
         return after == [answer] and answer != BEFORE
+
+    @staticmethod
+    def show(when, text):
+        print(f"    {when}:", *text.splitlines(), sep="\n        ", flush=True)
 
     def answer(self):
         shown = [text for text in self.person.texts("quillet") if text]

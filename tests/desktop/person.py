@@ -57,9 +57,16 @@ class Person:
                 return int(shape["X"]), int(shape["Y"]), 25, 25
         return None
 
-    def clicks_floating_button(self, input_box=None):
-        """Clicks the button as soon as it is there, and inside `input_box` where that is given: it
-        may still stand at the input that had the focus before."""
+    def places(self, window, x=650, y=60, width=600, height=500):
+        """Puts another program's window in front, beside Quillet's; returns its rectangle."""
+        self.session.run(["xdotool", "windowsize", "--sync", str(window), str(width), str(height),
+                          "windowmove", "--sync", str(window), str(x), str(y)])
+        self.session.activate(window)
+        return x, y, width, height
+
+    def waits_for_floating_button(self, input_box=None):
+        """Waits for the button, and for it to be inside `input_box` where that is given: it may
+        still stand at the input that had the focus before. Returns its rectangle."""
         def at_the_input():
             box = self.finds_floating_button()
             if box and input_box and not (
@@ -68,7 +75,10 @@ class Person:
                 return None
             return box
 
-        x, y, width, height = wait_until(at_the_input, "the floating button")
+        return wait_until(at_the_input, "the floating button")
+
+    def clicks_floating_button(self, input_box=None):
+        x, y, width, height = self.waits_for_floating_button(input_box)
         self.session.click(x + width / 2, y + height / 2)
 
     def sets_up_quillet(self, build, environment=None):
@@ -79,6 +89,7 @@ class Person:
         (settings / "platform.conf").write_text("[accessibility]\nallowed=true\n")
         quillet = self.session.start([str(build / "quillet" / "quillet")], environment)
         window = self.session.wait_for_window("^Quillet$")
+        self.session.run(["xdotool", "windowmove", "--sync", str(window), "20", "40"])
         self.click("Next")
         wait_until(lambda: "Quillet is installed! Now you can try it!" in (self.names() or []),
                    "the tutorial page")
