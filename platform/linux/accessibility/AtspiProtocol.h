@@ -24,16 +24,12 @@ inline constexpr char ValueInterface[] = "org.a11y.atspi.Value";
 inline constexpr char PropertiesInterface[] = "org.freedesktop.DBus.Properties";
 
 enum class Role : std::uint32_t {
-    Invalid = 0,
     Alert = 2,
-    Calendar = 5,
     CheckBox = 7,
     CheckMenuItem = 8,
     ColorChooser = 9,
     ColumnHeader = 10,
     ComboBox = 11,
-    DateEditor = 12,
-    DesktopFrame = 14,
     Dialog = 16,
     FileChooser = 19,
     Filler = 20,
@@ -90,7 +86,6 @@ enum class Role : std::uint32_t {
     Page = 84,
     Section = 85,
     Link = 88,
-    InputMethodWindow = 89,
     TableRow = 90,
     TreeItem = 91,
     DocumentSpreadsheet = 92,
@@ -114,13 +109,10 @@ enum class State : std::uint8_t {
     Active = 1,
     Defunct = 6,
     Editable = 7,
-    Enabled = 8,
     Focusable = 11,
     Focused = 12,
     MultiLine = 17,
-    Showing = 25,
     SingleLine = 26,
-    Visible = 30,
     ReadOnly = 43,
 };
 
