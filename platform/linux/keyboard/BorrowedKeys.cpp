@@ -253,6 +253,16 @@ std::vector<std::uint8_t> BorrowedKeys::bankKeycodes(std::optional<int> bank) co
     return {first, first + size};
 }
 
+std::uint8_t BorrowedKeys::modifiersFor(std::size_t level) const
+{
+    std::uint8_t modifiers = 0;
+    for (std::size_t bit = 0; bit < m_levelModifiers.size(); ++bit) {
+        if (level >> bit & 1)
+            modifiers |= m_levelModifiers[bit];
+    }
+    return modifiers;
+}
+
 void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &characters)
 {
     if (characters.empty())
@@ -276,10 +286,7 @@ void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &cha
                 TypeEntry entry;
                 entry.level = i >> 1;
                 entry.realModifiers = (i & 1) ? LockMask : 0;
-                for (std::size_t bit = 0; bit < m_levelModifiers.size(); ++bit) {
-                    if (entry.level >> bit & 1)
-                        entry.realModifiers |= m_levelModifiers[bit];
-                }
+                entry.realModifiers |= modifiersFor(entry.level);
                 lent.realModifiers |= entry.realModifiers;
                 if (entry.realModifiers)
                     lent.entries.push_back(entry);
@@ -287,19 +294,14 @@ void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &cha
             lent.writeType(*copy.type(*m_type));
             copy.touchType(*m_type);
         }
-        for (std::size_t i = 0; i * levels < characters.size(); ++i) {
+        // Level by level: the first characters need no modifiers, and neighbours the same ones.
+        const std::size_t used = std::min(keycodes.size(), characters.size());
+        for (std::size_t i = 0; i < used; ++i) {
             std::vector<KeySym> keysyms(levels, NoSymbol);
-            for (std::size_t level = 0; level < levels; ++level) {
-                const std::size_t index = i * levels + level;
-                if (index >= characters.size())
-                    break;
-                keysyms[level] = keysymForCodePoint(characters[index]);
-                std::uint8_t modifiers = 0;
-                for (std::size_t bit = 0; bit < m_levelModifiers.size(); ++bit) {
-                    if (level >> bit & 1)
-                        modifiers |= m_levelModifiers[bit];
-                }
-                slots.emplace(characters[index], Keystroke{keycodes[i], modifiers});
+            std::uint8_t level = 0;
+            for (std::size_t at = i; at < characters.size(); at += keycodes.size(), ++level) {
+                keysyms[level] = keysymForCodePoint(characters[at]);
+                slots.emplace(characters[at], Keystroke{keycodes[i], modifiersFor(level)});
             }
             copy.setKey(keycodes[i], m_type.value_or(0), keysyms);
         }

@@ -42,7 +42,8 @@ public:
     /// Whether Caps Lock cannot alter what the keys type.
     bool ignoresCapsLock() const { return m_type.has_value(); }
 
-    /// Maps `characters` to the keys of one bank, or of all banks, in place of what they held.
+    /// Maps `characters`, no more than there is room for, to the keys of one bank, or of all banks,
+    /// in place of what they held. The first ones are the quickest to type.
     void map(std::optional<int> bank, const std::vector<char32_t> &characters);
     std::optional<Keystroke> keyFor(std::optional<int> bank, char32_t codePoint) const;
 
@@ -52,6 +53,7 @@ public:
 private:
     struct Record;
     std::vector<std::uint8_t> bankKeycodes(std::optional<int> bank) const;
+    std::uint8_t modifiersFor(std::size_t level) const;
     void writeRecord();
     std::optional<Record> readRecord() const;
     void restore(const Record &record);

@@ -1,6 +1,7 @@
 #include "platform/linux/keyboard/TypingPlan.h"
 
-#include <unordered_set>
+#include <algorithm>
+#include <unordered_map>
 
 namespace platform::linux_
 {
@@ -38,21 +39,28 @@ std::vector<char32_t> codePointsOf(const QString &text)
 std::vector<Segment> cut(const std::vector<PlannedKey> &keys, std::size_t capacity)
 {
     std::vector<Segment> segments(1);
-    std::unordered_set<char32_t> present;
+    std::unordered_map<char32_t, std::size_t> uses;
+    const auto close = [&](std::size_t end) {
+        segments.back().end = end;
+        std::vector<char32_t> &characters = segments.back().characters;
+        std::stable_sort(characters.begin(), characters.end(),
+                         [&](char32_t a, char32_t b) { return uses[a] > uses[b]; });
+        uses.clear();
+    };
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const PlannedKey &key = keys[i];
-        if (key.kind == PlannedKey::Kind::Character && !key.onLayout &&
-            !present.count(key.codePoint)) {
-            if (present.size() == capacity) {
-                segments.back().end = i;
+        if (key.kind != PlannedKey::Kind::Character || key.onLayout)
+            continue;
+        if (!uses.count(key.codePoint)) {
+            if (uses.size() == capacity) {
+                close(i);
                 segments.push_back({i, i, {}});
-                present.clear();
             }
-            present.insert(key.codePoint);
             segments.back().characters.push_back(key.codePoint);
         }
+        ++uses[key.codePoint];
     }
-    segments.back().end = keys.size();
+    close(keys.size());
     return segments;
 }
 

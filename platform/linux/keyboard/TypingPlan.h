@@ -43,7 +43,8 @@ std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
 struct Segment {
     std::size_t begin = 0;
     std::size_t end = 0;
-    /// The characters to be mapped, each once, in the order of their first use.
+    /// The characters to be mapped, each once, the frequent ones first, equally frequent ones in
+    /// the order of their first use.
     std::vector<char32_t> characters;
 };
 

@@ -1,0 +1,140 @@
+#!/usr/bin/python3
+"""Types texts into real programs with our keyboard and with `xdotool type`, and compares what
+arrived: speed and exactness, program by program and kind by kind.
+
+    typing_bench.py [--build DIR] [--json FILE] [--programs A,B] [--kinds A,B] [--length N]
+                    [--repeat N] [--peer-length N] [--layouts us,de] [--load]
+
+Prints a table and, with --json, writes every single sample. A sample's time is from the first key
+to the moment at which the program's own text is complete, as its accessibility tree shows it.
+--load keeps one core busy meanwhile. --exactness types 100 texts of 500 to 5,000 characters into
+each program and reports how many arrived exactly.
+"""
+
+import argparse
+import json
+import os
+import pathlib
+import random
+import signal
+import statistics
+import subprocess
+import sys
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path[:0] = [str(ROOT / "tests/desktop"), str(ROOT / "tests/desktop/keyboard")]
+from inputs import PROGRAMS, Input, first_difference  # noqa: E402
+from session import Session  # noqa: E402
+from texts import KINDS, make  # noqa: E402
+
+
+def settle(target, text):
+    """Waits until the input holds `text`, or its text has not changed for three seconds."""
+    last, since = None, time.monotonic()
+    while True:
+        now = target.read()
+        if now == text:
+            return now
+        if now != last:
+            last, since = now, time.monotonic()
+        elif time.monotonic() - since > 3:
+            return now
+
+
+def sample(target, tool, program, kind, layout, text):
+    target.clear()
+    target.desktop.run(["setxkbmap", layout])
+    start = time.monotonic()
+    if tool == "ours":
+        report = target.type(text)
+        seconds = report["milliseconds"] / 1000
+    else:
+        report = {"result": "typed"}
+        subprocess.run(["xdotool", "type", "--clearmodifiers", "--file", "-"], input=text,
+                       text=True, env=target.desktop.env, check=False)
+    got = settle(target, text)
+    if tool != "ours":
+        seconds = time.monotonic() - start
+    found = {"tool": tool, "program": program, "kind": kind, "layout": layout,
+             "characters": len(text), "seconds": seconds, "exact": got == text,
+             "result": report["result"]}
+    if got != text:
+        found["difference"] = first_difference(got, text)
+    return found
+
+
+def rate(samples):
+    return statistics.median(s["characters"] / s["seconds"] for s in samples) if samples else 0
+
+
+def print_table(samples):
+    print(f"{'program':18} {'kind':10} {'ours/s':>8} {'exact':>7} {'xdotool/s':>10} {'exact':>7} "
+          f"{'ratio':>6}")
+    for program, kind in dict.fromkeys((s["program"], s["kind"]) for s in samples):
+        of = {tool: [s for s in samples if s["tool"] == tool and s["program"] == program and
+                     s["kind"] == kind] for tool in ("ours", "xdotool")}
+        exact = {tool: f"{sum(s['exact'] for s in of[tool])}/{len(of[tool])}" for tool in of}
+        peer = rate(of["xdotool"])
+        ratio = f"{rate(of['ours']) / peer:.1f}" if peer else "-"
+        print(f"{program:18} {kind:10} {rate(of['ours']):8.0f} {exact['ours']:>7} {peer:10.0f} "
+              f"{exact['xdotool']:>7} {ratio:>6}")
+    for s in samples:
+        if s["tool"] == "ours" and not s["exact"]:
+            print(f"not exact: {s['program']} {s['kind']} {s['layout']}: {s['difference']}")
+
+
+def exactness_texts(layouts, tab):
+    for i in range(100):
+        rng = random.Random(i)
+        kind = KINDS[i % len(KINDS)]
+        yield kind, layouts[i % len(layouts)], make(kind, rng.randint(500, 5000), i, tab)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/test")
+    parser.add_argument("--json")
+    parser.add_argument("--programs", default=",".join(PROGRAMS))
+    parser.add_argument("--kinds", default="latin,cjk,mixed")
+    parser.add_argument("--layouts", default="us")
+    parser.add_argument("--length", type=int, default=3000)
+    parser.add_argument("--peer-length", type=int, default=500)
+    parser.add_argument("--repeat", type=int, default=3)
+    parser.add_argument("--exactness", action="store_true")
+    parser.add_argument("--load", action="store_true")
+    options = parser.parse_args()
+    layouts = options.layouts.split(",")
+
+    burner = subprocess.Popen([sys.executable, "-c", "while True: pass"]) if options.load else None
+    samples = []
+    try:
+        for program in options.programs.split(","):
+            with Session() as desktop:
+                target = Input(desktop, options.build, program)
+                if options.exactness:
+                    for kind, layout, text in exactness_texts(layouts, target.tab):
+                        samples.append(sample(target, "ours", program, kind, layout, text))
+                    continue
+                for kind in options.kinds.split(","):
+                    for i in range(options.repeat):
+                        layout = layouts[i % len(layouts)]
+                        for tool, length in (("ours", options.length),
+                                             ("xdotool", options.peer_length)):
+                            if length:
+                                text = make(kind, length, i, target.tab)
+                                samples.append(sample(target, tool, program, kind, layout, text))
+    finally:
+        if burner:
+            burner.send_signal(signal.SIGTERM)
+            burner.wait()
+        if options.json:
+            with open(options.json, "w", encoding="utf-8") as file:
+                json.dump({"load_before": os.getloadavg(), "cores": os.cpu_count(),
+                           "samples": samples}, file, indent=1)
+        print_table(samples)
+    return 0 if all(s["exact"] for s in samples if s["tool"] == "ours") else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
