@@ -60,8 +60,9 @@ void InputWatch::start(XWindow focus)
     selectRawEvents(m_connection, true);
     XkbSelectEvents(display, XkbUseCoreKbd, XkbMapNotifyMask | XkbNewKeyboardNotifyMask,
                     XkbMapNotifyMask | XkbNewKeyboardNotifyMask);
-    // Clients answer pings to the root window, for whoever watches its children.
-    XSelectInput(display, m_connection.root(), SubstructureNotifyMask);
+    // Clients answer pings to the root window: most to those who watch its children, Qt's to those
+    // who watch the window itself.
+    XSelectInput(display, m_connection.root(), SubstructureNotifyMask | StructureNotifyMask);
     if (focus > PointerRoot)
         XSelectInput(display, focus, FocusChangeMask);
 }

@@ -25,6 +25,11 @@ ReadBack::ReadBack(std::optional<qint64> countBefore, qint64 selected)
         m_base = 0;
 }
 
+qint64 ReadBack::excess(std::size_t sent) const
+{
+    return m_moved ? std::max<qint64>(0, m_last - m_base - static_cast<qint64>(sent)) : 0;
+}
+
 void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now)
 {
     if (!m_useful || sent == 0)

@@ -27,6 +27,12 @@ public:
     /// How many of the sent keys have arrived.
     std::size_t confirmed() const { return m_confirmed; }
 
+    /// By how much the input has grown beyond the keys that were sent, at the last reading: what an
+    /// editor has added by itself.
+    qint64 excess(std::size_t sent) const;
+    /// Takes that as belonging there.
+    void acceptExcess(std::size_t sent) { m_base += excess(sent); }
+
     /// How long the count has not changed.
     qint64 stillFor(qint64 now) const { return m_lastChange ? now - *m_lastChange : 0; }
 

@@ -36,6 +36,20 @@ std::vector<char32_t> codePointsOf(const QString &text)
     return result;
 }
 
+// Whether the line at the end of `keys` is indented, or opens a block.
+bool invitesIndent(const std::vector<PlannedKey> &keys)
+{
+    const auto lastBreak = std::find_if(keys.rbegin(), keys.rend(), [](const PlannedKey &key) {
+        return key.kind == PlannedKey::Kind::LineBreak;
+    });
+    const auto line = lastBreak.base();
+    if (line == keys.end())
+        return lastBreak != keys.rend() && lastBreak->mayIndent;
+    const char32_t last = keys.back().codePoint;
+    return line->codePoint == U' ' || line->codePoint == U'\t' || last == U'{' || last == U'(' ||
+           last == U'[' || last == U':';
+}
+
 std::vector<Segment> cut(const std::vector<PlannedKey> &keys, std::size_t capacity)
 {
     std::vector<Segment> segments(1);
@@ -71,7 +85,8 @@ std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
 {
     std::vector<PlannedKey> keys;
     const auto addCharacter = [&](char32_t codePoint) {
-        keys.push_back({PlannedKey::Kind::Character, codePoint, layout.character(codePoint)});
+        keys.push_back(
+            {PlannedKey::Kind::Character, codePoint, false, layout.character(codePoint)});
     };
     QString all;
     for (const KeyboardEvent &event : events) {
@@ -79,7 +94,7 @@ std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
             all += event.unicodeString;
     }
     if (all == QChar(u'\b'))
-        return {{PlannedKey::Kind::BackSpace, U'\b', std::nullopt}};
+        return {{PlannedKey::Kind::BackSpace, U'\b', false, std::nullopt}};
     for (const KeyboardEvent &event : events) {
         if (!event.keyDown)
             continue;
@@ -90,10 +105,11 @@ std::vector<PlannedKey> planKeys(const QList<KeyboardEvent> &events,
             if (secondHalf)
                 continue;
             if (codePoint == U'\n' || codePoint == U'\r') {
-                keys.push_back({PlannedKey::Kind::LineBreak, U'\n', std::nullopt});
+                keys.push_back(
+                    {PlannedKey::Kind::LineBreak, U'\n', invitesIndent(keys), std::nullopt});
             } else if (codePoint == U'\t') {
                 if (habits.takesTabs) {
-                    keys.push_back({PlannedKey::Kind::Tab, U'\t', std::nullopt});
+                    keys.push_back({PlannedKey::Kind::Tab, U'\t', false, std::nullopt});
                 } else {
                     for (int i = 0; i < spacesForTab; ++i)
                         addCharacter(U' ');

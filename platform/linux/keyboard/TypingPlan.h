@@ -22,6 +22,8 @@ struct PlannedKey {
     };
     Kind kind = Kind::Character;
     char32_t codePoint = 0;
+    /// A line break after which editors may indent the new line by themselves.
+    bool mayIndent = false;
     /// Where the layout types the character by itself.
     std::optional<Keystroke> onLayout;
 };

@@ -52,6 +52,7 @@ constexpr qint64 readingPause = 8;
 constexpr qint64 readingShare = 4;
 constexpr qint64 focusPause = 25;
 constexpr qint64 drainLimit = 500;
+constexpr qint64 pongLimit = 4000;
 // A client that does not answer pings gets this long to fetch a new map.
 constexpr qint64 deafMapPause = 150;
 
@@ -100,6 +101,9 @@ private:
     bool mayGoOn();
     std::size_t sendable();
     bool sendBurst();
+    bool post(const std::vector<Keystroke> &strokes);
+    enum class Indent { None, BeingRemoved, Stopped };
+    Indent removeIndent();
     std::optional<Keystroke> strokeFor(const PlannedKey &key, std::size_t segment) const;
     void drain(TypingResult result);
     void finish(TypingResult result);
@@ -143,6 +147,11 @@ private:
     std::size_t m_segment = 0;
     std::uint32_t m_lastPing = 0;
     std::deque<std::pair<std::uint32_t, std::size_t>> m_pings;
+    /// The last line break after which the editor's indentation has been looked for.
+    std::size_t m_indentChecked = 0;
+    qint64 m_indentLeft = 0;
+    qint64 m_pingsAnsweredAt = 0;
+    std::uint32_t m_indentPing = 0;
     qint64 m_phaseStart = 0;
     qint64 m_lastProgress = 0;
     qint64 m_lastBurst = 0;
@@ -280,6 +289,10 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
     m_sent = m_taken = m_shown = m_segment = 0;
     m_nextReading = m_lastFocusCheck = 0;
     m_pings.clear();
+    m_indentChecked = 0;
+    m_indentLeft = 0;
+    m_indentPing = 0;
+    m_pingsAnsweredAt = m_clock.elapsed();
     m_group = moment.group;
     m_locked = moment.lockedModifiers;
 
@@ -331,7 +344,7 @@ void XTestKeyboard::Engine::type()
     }
     confirm();
     if (m_sent == m_keys.size() && m_taken == m_sent) {
-        if (m_shown == m_sent) {
+        if (m_shown == m_sent && removeIndent() == Indent::None) {
             finish(TypingResult::Typed);
             return;
         }
@@ -345,12 +358,17 @@ void XTestKeyboard::Engine::type()
         return;
     }
     mapSegments();
-    if (sendable() > 0) {
+    const Indent indent = removeIndent();
+    if (indent == Indent::Stopped) {
+        drain(TypingResult::Interrupted);
+        return;
+    }
+    if (indent == Indent::None && sendable() > 0) {
         if (!sendBurst()) {
             drain(TypingResult::Interrupted);
             return;
         }
-        m_lastBurst = m_clock.elapsed();
+        m_lastBurst = m_lastProgress = m_clock.elapsed();
     }
     m_timer.start(tick);
 }
@@ -371,6 +389,14 @@ void XTestKeyboard::Engine::confirm()
 {
     const qint64 now = m_clock.elapsed();
     const std::size_t before = m_taken + m_shown;
+    if (m_watch->lastPong() >= m_lastPing)
+        m_pingsAnsweredAt = now;
+    // Some say that they answer and do not. Banks then settle by time, and keys count as taken
+    // once they show.
+    if (m_pingWindow && now - m_pingsAnsweredAt > pongLimit) {
+        m_pingWindow = 0;
+        m_pings.clear();
+    }
     if (m_pingWindow) {
         while (!m_pings.empty() && m_pings.front().first <= m_watch->lastPong()) {
             m_taken = m_pings.front().second;
@@ -379,7 +405,8 @@ void XTestKeyboard::Engine::confirm()
     }
     if (m_readBack.useful()) {
         // Only where the answer can change what we do next.
-        const bool matters = m_sent == m_keys.size() || m_sent - m_shown > mostUnshown / 2;
+        const bool matters = !m_pingWindow || m_sent == m_keys.size() ||
+                             m_sent - m_shown > mostUnshown / 2 || m_keys[m_sent - 1].mayIndent;
         if (m_sent > m_shown && matters && now >= m_nextReading) {
             m_readBack.observe(m_target->characterCount(), m_sent, now);
             m_shown = m_readBack.confirmed();
@@ -393,7 +420,7 @@ void XTestKeyboard::Engine::confirm()
             m_taken = m_sent;
         m_shown = m_taken;
     }
-    if (m_taken + m_shown != before || m_shown == m_sent)
+    if (m_taken + m_shown != before)
         m_lastProgress = now;
 }
 
@@ -461,7 +488,11 @@ std::size_t XTestKeyboard::Engine::sendable()
     Bank &bank = m_banks[m_segment % m_banks.size()];
     if (bank.segment != m_segment || !isSettled(bank))
         return 0;
-    const std::size_t count = m_segments[m_segment].end - m_sent;
+    // A burst ends at a line break after which there may be something to remove.
+    const std::size_t end = std::min(m_segments[m_segment].end, m_sent + burstSize);
+    std::size_t count = 0;
+    while (m_sent + count < end && (count == 0 || !m_keys[m_sent + count - 1].mayIndent))
+        ++count;
     if (m_readBack.useful()) {
         const std::size_t untaken = m_sent - m_taken;
         const std::size_t unshown = m_sent - m_shown;
@@ -500,6 +531,17 @@ bool XTestKeyboard::Engine::sendBurst()
             return false;
         strokes.push_back(*stroke);
     }
+    if (!post(strokes))
+        return false;
+    m_sent += count;
+    if (m_pingWindow)
+        m_pings.emplace_back(sendPing(), m_sent);
+    return true;
+}
+
+// Sends keys if the focus and the user's modifiers are still what they were.
+bool XTestKeyboard::Engine::post(const std::vector<Keystroke> &strokes)
+{
     // Nobody can move the focus between the check and the keys.
     m_connection->grabServer();
     const std::optional<XConnection::Moment> moment = m_connection->look();
@@ -512,12 +554,34 @@ bool XTestKeyboard::Engine::sendBurst()
         for (const Keystroke &stroke : strokes)
             m_watch->expectPress(stroke.keycode);
         m_connection->sendKeys(strokes, m_ambient, m_locked);
-        m_sent += count;
-        if (m_pingWindow)
-            m_pings.emplace_back(sendPing(), m_sent);
     }
     m_connection->ungrabServer();
     return allowed;
+}
+
+// Editors that start a new line with the last one's indentation would indent the text twice. What
+// they have added is deleted again, one key at a time, before the line goes on.
+XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
+{
+    if (m_sent == 0 || m_indentChecked == m_sent || !m_keys[m_sent - 1].mayIndent ||
+        m_softLineBreaks || !m_pingWindow || !m_backSpaceKey || !m_readBack.useful())
+        return Indent::None;
+    if (m_shown < m_sent || m_taken < m_sent || m_watch->lastPong() < m_indentPing)
+        return Indent::BeingRemoved;
+    m_readBack.observe(m_target->characterCount(), m_sent, m_clock.elapsed());
+    const qint64 excess = m_readBack.excess(m_sent);
+    const bool stuck = m_indentLeft > 0 && excess >= m_indentLeft;
+    if (excess == 0 || stuck) {
+        m_readBack.acceptExcess(m_sent);
+        m_indentChecked = m_sent;
+        m_indentLeft = 0;
+        return Indent::None;
+    }
+    m_indentLeft = excess;
+    if (!post({Keystroke{m_backSpaceKey, 0}}))
+        return Indent::Stopped;
+    m_indentPing = sendPing();
+    return Indent::BeingRemoved;
 }
 
 std::uint32_t XTestKeyboard::Engine::sendPing()

@@ -17,7 +17,7 @@ TITLE = "typing page"
 EDITORS = {
     "mousepad": (["mousepad"], "Mousepad"),
     "gnome-text-editor": (["gnome-text-editor", "--standalone"], "Text Editor"),
-    "featherpad": (["featherpad", "--standalone"], "FeatherPad"),
+    "featherpad": (["featherpad", "--standalone"], "^Untitled"),
 }
 PROGRAMS = [*PAGES, *EDITORS]
 
@@ -91,7 +91,7 @@ class Input:
     def settled(self, expected):
         """The input's text once it is `expected`, or whatever it is when that takes too long."""
         try:
-            wait_until(lambda: self.read() == expected, "the text", patience=20)
+            wait_until(lambda: self.read() == expected, "the text")
         except TimeoutError:
             pass
         return self.read()

@@ -18,7 +18,10 @@ TEST(ReadBack, CountsFromWhatTheSelectionLeaves)
     readBack.observe(70, 10, 10);
     EXPECT_EQ(readBack.confirmed(), 10U);
     readBack.observe(75, 12, 20);
-    EXPECT_EQ(readBack.confirmed(), 12U) << "an editor that adds of its own";
+    EXPECT_EQ(readBack.confirmed(), 12U);
+    EXPECT_EQ(readBack.excess(12), 3) << "an editor that adds of its own";
+    readBack.acceptExcess(12);
+    EXPECT_EQ(readBack.excess(12), 0);
     readBack.observe(std::nullopt, 20, 30);
     EXPECT_EQ(readBack.confirmed(), 12U);
     EXPECT_EQ(readBack.stillFor(50), 30);
