@@ -1,13 +1,15 @@
-"""A language model's chat interface on loopback that always answers the same text."""
+"""A language model's chat interface on loopback that always answers the same text, or nothing."""
 
 import http.server
 import json
 import threading
+import time
 
 
 class ChatServer:
     def __init__(self, answer):
         self.answer = answer
+        self.silent = False
         self.prompts = []
         outer = self
 
@@ -15,6 +17,8 @@ class ChatServer:
             def do_POST(self):
                 body = self.rfile.read(int(self.headers["Content-Length"]))
                 outer.prompts.append(json.loads(body))
+                while outer.silent:
+                    time.sleep(0.05)
                 chunk = {"choices": [{"delta": {"content": outer.answer}}]}
                 self.send_response(200)
                 self.send_header("Content-Type", "text/event-stream")

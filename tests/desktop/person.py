@@ -47,14 +47,18 @@ class Person:
     def finds_floating_button(self):
         """The rectangle of the floating button, or None: Quillet's only 25 by 25 window, which no
         window manager knows."""
+        return self.finds_panel(25, 25)
+
+    def finds_panel(self, width, height):
+        """The rectangle of Quillet's visible window of this size, or None."""
         found = self.session.run(["xdotool", "search", "--onlyvisible", "--name", "^Quillet$"],
                                  check=False)
         for window in filter(str.isdigit, found.splitlines()):
             shape = dict(line.split("=") for line in self.session.run(
                 ["xdotool", "getwindowgeometry", "--shell", window], check=False).split()
                 if "=" in line)
-            if shape.get("WIDTH") == shape.get("HEIGHT") == "25":
-                return int(shape["X"]), int(shape["Y"]), 25, 25
+            if (shape.get("WIDTH"), shape.get("HEIGHT")) == (str(width), str(height)):
+                return int(shape["X"]), int(shape["Y"]), width, height
         return None
 
     def places(self, window, x=650, y=60, width=600, height=500):

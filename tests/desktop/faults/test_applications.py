@@ -1,0 +1,56 @@
+"""The application that the user writes in fails."""
+
+import signal
+
+import pytest
+
+from chat_server import ChatServer
+from session import wait_until
+from witness import APPLY, OPTION, RESULT, Witness
+
+
+@pytest.fixture
+def chat():
+    with ChatServer("The answer, naïvely.") as server:
+        yield server
+
+
+def test_stopped_continued_killed_and_replaced(desktop, build):
+    witness = Witness(desktop, build)
+    editor, window = witness.opens_editor("first.txt", "first")
+    editor.signal(signal.SIGSTOP)
+    witness.stays_alive(10)
+    witness.toggles_popup()
+    editor.signal(signal.SIGCONT)
+    witness.toggles_popup()
+
+    witness.opens_popup()
+    editor.signal(signal.SIGKILL)
+    wait_until(lambda: not desktop.windows("first.txt"), "the editor's end")
+    desktop.click(1270, 890)  # whatever had the focus, the desktop has it now
+    wait_until(lambda: not witness.popup(), "the popup to close")
+    witness.stays_alive(1)
+    witness.opens_editor("second.txt", "second", "featherpad")
+    witness.toggles_popup()
+
+
+def test_stopped_while_its_text_is_written(desktop, build, chat):
+    witness = Witness(desktop, build, chat.environment)
+    other, other_window = witness.opens_editor("other.txt", "", "featherpad")
+    editor, window = witness.opens_editor("letter.txt", "before")
+    witness.opens_popup()
+    before = witness.pixels(RESULT, 200, 40)
+    witness.clicks_in_popup(OPTION)
+    wait_until(lambda: chat.answer in witness.texts("quillet"), "the answer")
+    assert witness.pixels(RESULT, 200, 40) != before
+    editor.signal(signal.SIGSTOP)
+    shown = set(desktop.windows("^Quillet$"))
+    witness.clicks_in_popup(APPLY)
+    with witness.heart() as heart:
+        wait_until(lambda: set(desktop.windows("^Quillet$")) - shown, "the message")
+    assert heart.longest < 3
+    editor.signal(signal.SIGKILL)
+    assert any("on the clipboard" in name for name in witness.names())
+    witness.sees_button_on(other_window)
+    desktop.key("ctrl+v")
+    witness.waits_for_text("featherpad", chat.answer)

@@ -1,0 +1,134 @@
+"""Watches Quillet through a fault without the accessibility bus: by its windows, their pixels and
+the looks at the focus that it tells of."""
+
+import os
+import re
+import threading
+import time
+
+from person import Person
+from session import wait_until
+
+# Seconds that Quillet may pause on a busy machine; the faults last several times as long.
+LATE = 3
+POPUP = (370, 250)
+# Places in the popup: the first option of the grid, and the buttons below a result.
+OPTION, RESULT, CANCEL, APPLY = (98, 90), (185, 90), (65, 217), (304, 217)
+
+
+class Heart:
+    """The longest time in which Quillet's user interface did not get round to its work: it looks
+    at the focus twice a second on the thread that its windows live on, and tells of every look."""
+
+    def __init__(self, log):
+        self.log = log
+        self.longest = 0
+        self.beats = 0
+        self.ending = False
+        self.thread = threading.Thread(target=self._watch, daemon=True)
+
+    def __enter__(self):
+        self.thread.start()
+        return self
+
+    def __exit__(self, *_):
+        self.ending = True
+        self.thread.join()
+
+    def _watch(self):
+        size, since = os.path.getsize(self.log), time.monotonic()
+        while not self.ending:
+            time.sleep(0.01)
+            now = time.monotonic()
+            self.longest = max(self.longest, now - since)
+            if os.path.getsize(self.log) != size:
+                size, since = os.path.getsize(self.log), now
+                self.beats += 1
+
+
+class Witness(Person):
+    def __init__(self, session, build, environment=None):
+        super().__init__(session)
+        self.build = build
+        self.quillet, self.window = self.sets_up_quillet(build, environment)
+
+    def heart(self):
+        return Heart(self.quillet.log)
+
+    def stays_alive(self, seconds):
+        """Watches for a time, and has it that Quillet has answered throughout."""
+        with self.heart() as heart:
+            time.sleep(seconds)
+        print(f"longest pause {heart.longest * 1000:.0f} ms in {seconds} s")
+        assert heart.beats and heart.longest < LATE and self.quillet.running()
+        return heart.longest
+
+    def popup(self):
+        """Where the popup is on the screen, or None."""
+        return self.finds_panel(*POPUP)
+
+    def toggles_popup(self):
+        """The floating button opens the popup, and closes it."""
+        self.opens_popup()
+        self.clicks_floating_button()
+        wait_until(lambda: not self.popup(), "the popup to close")
+
+    def opens_popup(self):
+        assert not self.popup()
+        self.clicks_floating_button()
+        return wait_until(self.popup, "the popup")
+
+    def clicks_in_popup(self, place):
+        x, y, _, _ = wait_until(self.popup, "the popup")
+        self.session.click(x + place[0], y + place[1])
+
+    def pixels(self, place, width=1, height=1):
+        """What is on the screen around a place of the popup."""
+        x, y, _, _ = wait_until(self.popup, "the popup")
+        return self.session.run(
+            ["sh", "-c", f"import -window root -crop {width}x{height}+{x + place[0] - width // 2}"
+             f"+{y + place[1] - height // 2} -depth 8 rgb:- | md5sum"])
+
+    def sees_button_on(self, window):
+        """Puts the window in front and waits until the floating button is on it."""
+        pid = self.session.run(["xdotool", "getwindowpid", str(window)]).strip()
+        self.session.activate(window)
+
+        def there():
+            looks = re.findall(r"\[PID: (\d+)\]", self.quillet.output())
+            button = self.finds_floating_button()
+            if not button or looks[-1:] != [pid]:
+                return False
+            # Not moved to a place of its own: the button would not follow.
+            shape = dict(line.split("=") for line in self.session.run(
+                ["xdotool", "getwindowgeometry", "--shell", str(window)], check=False).split()
+                if "=" in line)
+            x, y, width, height = (int(shape[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+            return x <= button[0] < x + width and y <= button[1] < y + height
+        wait_until(there, "the floating button on the window")
+
+    def sees_no_button(self):
+        wait_until(lambda: not self.finds_floating_button(), "the floating button to go")
+
+    def opens_editor(self, name, text, program="mousepad"):
+        """A healthy editor with its floating button: the program and its window."""
+        path = os.path.join(self.session.folder, name)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        option = {"mousepad": "--disable-server", "featherpad": "--standalone"}[program]
+        editor = self.session.start([program, option, path])
+        window = self.session.wait_for_window(name)
+        self.sees_button_on(window)
+        return editor, window
+
+    def processes(self, name):
+        """Process ids of the session's programs of that name."""
+        found = []
+        for pid in self.session._processes():
+            try:
+                with open(f"/proc/{pid}/comm", encoding="utf-8") as file:
+                    if file.read().strip() == name[:15]:
+                        found.append(pid)
+            except OSError:
+                pass
+        return found
