@@ -14,6 +14,7 @@ Usage: hostile_app.py LIE, one of
   many-children      a document that claims two thousand million children
   focus-storm        2,000 focus events a second between two inputs
   silent             it never answers
+  password           its input is a password field; prints every call that reaches it
 
 It speaks D-Bus by itself, because a library would refuse to send some of this.
 """
@@ -219,8 +220,8 @@ def answer(name, path, member, body):
         return None
     if member == "GetRole":
         known = {ROOT: 75, FRAME: 23, INPUT: 61, OTHER: 61, DOCUMENT: 95}
-        return "u", 4_000_000_000 if LIE == "impossible-role" and path == INPUT \
-            else known.get(path, 85)
+        lies = {"impossible-role": 4_000_000_000, "password": 40}
+        return "u", lies[LIE] if LIE in lies and path == INPUT else known.get(path, 85)
     if member == "GetState":
         if LIE == "impossible-role" and path == INPUT:
             return "au", [0xffffffff & ~(1 << 6)] * 7
@@ -286,6 +287,9 @@ def main():
         for kind, serial, fields, body in bus.messages(0.001 if LIE == "focus-storm" else 1):
             if kind != 1 or LIE == "silent":
                 continue
+            if LIE == "password":
+                print(fields.get(2), fields[3], *strings(body) if fields[3] == "Get" else [],
+                      flush=True)
             reply = answer(bus.name, fields[1], fields[3], body)
             to = [(5, ("u", serial)), (6, ("s", fields[7]))]
             if reply:
