@@ -55,7 +55,7 @@ class Walkthrough:
 
     def tutorial(self):
         self.session.activate(self.session.windows("^Quillet$")[0])
-        wait_until(self.person.finds_floating_button, "the button at the tutorial's editor")
+        self.person.tutorial_button = self.person.waits_for_floating_button()
         self.session.type("this are my first try")
         self.picture("tutorial-editor-with-button")
         self.person.click("Next")
@@ -71,7 +71,7 @@ class Walkthrough:
             file.write(BEFORE)
         self.session.start(["mousepad", "--disable-server", path])
         window = self.session.wait_for_window("letter.txt")
-        box = self.person.places(window)
+        box = self.person.brings_to_front(window)
         wait_until(lambda: BEFORE in self.person.texts("mousepad"), "the editor's text")
         self.person.waits_for_floating_button(box)
         self.picture("button-in-another-editor")

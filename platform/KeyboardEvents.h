@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QTextBoundaryFinder>
 
 #include <cstdint>
 #include <functional>
@@ -16,6 +17,19 @@ struct KeyboardEvent {
     QString unicodeString;
     friend bool operator==(const KeyboardEvent &, const KeyboardEvent &) = default;
 };
+
+/// The events that type `text`: a press and a release for each character as the user sees it.
+inline QList<KeyboardEvent> keyboardEvents(const QString &text)
+{
+    QList<KeyboardEvent> events;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    for (qsizetype from = 0, to = 0; (to = characters.toNextBoundary()) != -1; from = to) {
+        const QString character = text.sliced(from, to - from);
+        events.append({true, character});
+        events.append({false, character});
+    }
+    return events;
+}
 
 /// What became of a sequence of synthetic keyboard events.
 enum class TypingResult {

@@ -12,11 +12,9 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
-#include <QTextBoundaryFinder>
 
 using platform::AXError;
 using platform::AXUIElement;
-using platform::KeyboardEvent;
 using platform::TypingResult;
 
 namespace
@@ -32,19 +30,6 @@ double mainScreenHeight()
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
     return screen ? screen->geometry().height() : 0;
-}
-
-/// A press and a release for each character as the user sees it.
-QList<KeyboardEvent> keyboardEvents(const QString &text)
-{
-    QList<KeyboardEvent> events;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
-    for (qsizetype from = 0, to = 0; (to = characters.toNextBoundary()) != -1; from = to) {
-        const QString character = text.sliced(from, to - from);
-        events.append({true, character});
-        events.append({false, character});
-    }
-    return events;
 }
 
 } // namespace
@@ -222,7 +207,7 @@ void FloatingButtonManager::write(const AXUIElement &element, const QString &tex
 void FloatingButtonManager::setWebAreaText(const QString &text)
 {
     m_collaborators.keyboard.CGEventPost(
-        keyboardEvents(text), [self = QPointer(this), text](TypingResult result) {
+        platform::keyboardEvents(text), [self = QPointer(this), text](TypingResult result) {
             if (result == TypingResult::Typed) {
                 printLine(QStringLiteral("✅ Typed text into WebArea via simulated input"));
                 return;

@@ -11,6 +11,7 @@ EYES = pathlib.Path(__file__).with_name("eyes.py")
 class Person:
     def __init__(self, session):
         self.session = session
+        self.tutorial_button = None
 
     def _see(self, *arguments):
         printed = self.session.run(["/usr/bin/python3", str(EYES), *arguments], check=False)
@@ -61,21 +62,21 @@ class Person:
                 return int(shape["X"]), int(shape["Y"]), width, height
         return None
 
-    def places(self, window, x=650, y=60, width=600, height=500):
-        """Puts another program's window in front, beside Quillet's; returns its rectangle."""
-        self.session.run(["xdotool", "windowsize", "--sync", str(window), str(width), str(height),
-                          "windowmove", "--sync", str(window), str(x), str(y)])
+    def brings_to_front(self, window):
+        """Activates another program's window; returns its rectangle."""
         self.session.activate(window)
-        return x, y, width, height
+        shape = dict(line.split("=") for line in self.session.run(
+            ["xdotool", "getwindowgeometry", "--shell", str(window)]).split() if "=" in line)
+        return [int(shape[key]) for key in ("X", "Y", "WIDTH", "HEIGHT")]
 
     def waits_for_floating_button(self, input_box=None):
-        """Waits for the button, and for it to be inside `input_box` where that is given: it may
-        still stand at the input that had the focus before. Returns its rectangle."""
+        """Waits for the button. With `input_box`, waits until it is inside that and not where it
+        stood in the tutorial: it follows the focus half a second later. Returns its rectangle."""
         def at_the_input():
             box = self.finds_floating_button()
-            if box and input_box and not (
+            if box and input_box and (box == self.tutorial_button or not (
                     input_box[0] <= box[0] and box[0] + 25 <= input_box[0] + input_box[2]
-                    and input_box[1] <= box[1] and box[1] + 25 <= input_box[1] + input_box[3]):
+                    and input_box[1] <= box[1] and box[1] + 25 <= input_box[1] + input_box[3])):
                 return None
             return box
 
@@ -97,6 +98,7 @@ class Person:
         self.click("Next")
         wait_until(lambda: "Quillet is installed! Now you can try it!" in (self.names() or []),
                    "the tutorial page")
+        self.tutorial_button = self.waits_for_floating_button()
         return quillet, window
 
     def runs_command(self, command, expected, input_box=None):

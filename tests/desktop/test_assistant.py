@@ -52,7 +52,7 @@ def letter(session):
 def test_editors(person, chat, program, command):
     session = person.session
     session.start([*command, letter(session)])
-    box = person.places(session.wait_for_window("letter.txt"))
+    box = person.brings_to_front(session.wait_for_window("letter.txt"))
     wait_until(lambda: any(BEFORE in text for text in person.texts(program)), "the editor's text")
     person.runs_command("elevate", ANSWER, box)
     person.waits_for_text(program, ANSWER)
@@ -98,7 +98,7 @@ def test_the_edited_result_is_what_lands(person, chat):
     chat.answer = "result"
     session.start(["mousepad", "--disable-server", letter(session)])
     editor = session.wait_for_window("letter.txt")
-    box = person.places(editor)
+    box = person.brings_to_front(editor)
     wait_until(lambda: BEFORE in person.texts("mousepad"), "the editor's text")
     person.clicks_floating_button(box)
     person.click("elevate")

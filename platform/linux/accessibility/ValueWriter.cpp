@@ -3,8 +3,6 @@
 #include "platform/linux/accessibility/CodePoints.h"
 #include "platform/linux/accessibility/RichText.h"
 
-#include <QTextBoundaryFinder>
-
 namespace platform::linux_
 {
 
@@ -19,19 +17,11 @@ constexpr int readBackPatience = 2500;  // milliseconds without any progress
 /// An application that does not answer keeps the caller waiting no longer than this.
 constexpr int answerPatience = 20'000; // milliseconds
 
-QList<KeyboardEvent> keyboardEvents(const QString &text)
+/// With no-break spaces as spaces. A rich text field of a web page keeps spaces as it sees fit: it
+/// turns each into the other where it would collapse or break a line.
+QString withPlainSpaces(QString text)
 {
-    QList<KeyboardEvent> events;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    for (qsizetype start = 0, end = 0; start < text.size(); start = end) {
-        end = finder.toNextBoundary();
-        if (end <= start)
-            end = text.size();
-        const QString character = text.mid(start, end - start);
-        events.append({true, character});
-        events.append({false, character});
-    }
-    return events;
+    return text.replace(QChar::Nbsp, u' ');
 }
 
 } // namespace
@@ -63,6 +53,11 @@ ValueWriter::ValueWriter(AtspiApplication &application, ObjectRef element, Eleme
 bool ValueWriter::holds(const std::optional<QString> &value) const
 {
     return value && withLineFeeds(*value) == m_text;
+}
+
+bool ValueWriter::holdsAsTyped(const std::optional<QString> &value) const
+{
+    return value && withPlainSpaces(withLineFeeds(*value)) == withPlainSpaces(m_text);
 }
 
 void ValueWriter::start()
@@ -212,7 +207,7 @@ void ValueWriter::awaitTyped()
                  [self = QPointer(this)](const std::optional<QString> &value) {
                      if (!self || self->m_result)
                          return;
-                     if (self->holds(value)) {
+                     if (self->holdsAsTyped(value)) {
                          self->finish(AXError::Success);
                          return;
                      }

@@ -40,6 +40,7 @@ private:
     void awaitTyped();
     void finish(AXError result);
     bool holds(const std::optional<QString> &value) const;
+    bool holdsAsTyped(const std::optional<QString> &value) const;
 
     QPointer<AtspiApplication> m_application;
     ObjectRef m_element;
