@@ -17,11 +17,13 @@
 
 using metricpost::MetricPost;
 
-Application::Application(const QByteArray &startupId)
+Application::Application(const QByteArray &startupId, bool showWizard)
     : m_platform(platform::createPlatform())
     , m_notice(m_platform->workspace())
 {
     registerFonts();
+    if (showWizard)
+        m_defaults.remove(QStringLiteral("onboardingSeen"));
     m_app = std::make_unique<QuilletApp>(QuilletApp::Parts{
         .platform = *m_platform,
         .defaults = m_defaults,

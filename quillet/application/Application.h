@@ -17,7 +17,8 @@ class Application : public QObject
     Q_OBJECT
 
 public:
-    explicit Application(const QByteArray &startupId);
+    /// `startupId` is the desktop's id of this start. `showWizard`: also for a user who has seen it.
+    Application(const QByteArray &startupId, bool showWizard);
     ~Application() override;
 
     /// Runs until the user quits; the process's exit status.

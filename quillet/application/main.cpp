@@ -21,7 +21,9 @@ bool asksForHelpOnly(int argc, char **argv)
     });
 }
 
-void parseCommandLine()
+/// Prints what was asked for and ends the process where that is all; else tells whether the wizard
+/// is to be shown again.
+bool parseCommandLine()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -29,7 +31,13 @@ void parseCommandLine()
         "its text."));
     parser.addHelpOption();
     parser.addVersionOption();
+    const QCommandLineOption setup(
+        QStringLiteral("setup"),
+        QStringLiteral("Show the wizard again. Its tutorial page starts the watching, which a "
+                       "start without the wizard does not."));
+    parser.addOption(setup);
     parser.process(QCoreApplication::arguments());
+    return parser.isSet(setup);
 }
 
 } // namespace
@@ -52,6 +60,6 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QStringLiteral("quillet"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillet.svg")));
-    parseCommandLine();
-    return Application(startupId).run();
+    const bool showWizard = parseCommandLine();
+    return Application(startupId, showWizard).run();
 }

@@ -39,8 +39,8 @@ QByteArray desktopEntryFor(const QByteArray &bundledEntry, const QString &bundle
     const QString icon = bundle + QStringLiteral("/share/icons/hicolor/scalable/apps/quillet.svg");
     QList<QByteArray> lines = bundledEntry.split('\n');
     for (QByteArray &line : lines) {
-        if (line.startsWith("Exec="))
-            line = "Exec=" + quotedForExec(program);
+        if (line.startsWith("Exec=quillet")) // whatever its arguments
+            line = "Exec=" + quotedForExec(program) + line.sliced(qstrlen("Exec=quillet"));
         else if (line.startsWith("TryExec="))
             line = "TryExec=" + escapedString(program);
         else if (line.startsWith("Icon="))

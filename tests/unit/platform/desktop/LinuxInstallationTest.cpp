@@ -191,6 +191,8 @@ TEST_F(LinuxInstallationTest, AlertsAnswerWithTheChosenButton)
 TEST(DesktopEntry, QuotesUnusualPaths)
 {
     using platform::linux_::desktopEntryFor;
+    EXPECT_EQ(desktopEntryFor("Exec=quillet --setup", s("/opt")),
+              "Exec=\"/opt/bin/quillet\" --setup");
     EXPECT_EQ(desktopEntryFor("Exec=quillet", s("/a \"b\"/$c/50%/d\\e")),
               "Exec=\"/a \\\\\"b\\\\\"/\\\\$c/50%%/d\\\\\\\\e/bin/quillet\"");
 }
