@@ -6,16 +6,18 @@
 namespace metricpost
 {
 
-/// Counts permits. Any thread. (std::counting_semaphore may sleep for ever in the standard
-/// library of GCC before 12.3.)
+/// Counts permits. Any thread; it must outlive the calls of release. (std::counting_semaphore may
+/// sleep for ever in the standard library of GCC before 12.3.)
 class Semaphore
 {
 public:
     void release()
     {
-        // Notifying under the lock lets the waiter destroy the semaphore as soon as it wakes.
-        const std::lock_guard lock(m_mutex);
-        ++m_permits;
+        {
+            const std::lock_guard lock(m_mutex);
+            ++m_permits;
+        }
+        // Not under the lock, which the woken thread would only have to wait for.
         m_available.notify_one();
     }
 

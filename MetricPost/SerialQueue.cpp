@@ -1,6 +1,6 @@
 #include "SerialQueue.h"
 
-#include "ThreadName.h"
+#include "UtilityThread.h"
 
 namespace metricpost
 {
@@ -8,7 +8,7 @@ namespace metricpost
 SerialQueue::SerialQueue(const QString &label)
     : m_label(label)
     , m_thread([this] {
-        setThreadName(m_label.toUtf8());
+        becomeUtilityThread(m_label.toUtf8());
         work();
         m_finished.release();
     })

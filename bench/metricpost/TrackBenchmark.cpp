@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <ctime>
 #include <optional>
 #include <thread>
 
@@ -15,27 +16,48 @@ namespace
 
 enum class Server { None, Failing, Hanging };
 
-std::vector<double> callTimes(MetricPostInstance &instance, int calls, bool flushing)
+// In microseconds.
+struct Times {
+    std::vector<double> elapsed;
+    // Of the calling thread; unlike the other it does not count what else the computer does.
+    std::vector<double> cpu;
+};
+
+double threadCpuSeconds()
 {
-    std::vector<double> microseconds;
-    microseconds.reserve(std::size_t(calls));
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
+}
+
+double percentile(std::vector<double> values, std::size_t percent)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() * percent / 100];
+}
+
+Times callTimes(MetricPostInstance &instance, int calls, bool flushing)
+{
+    Times times;
     for (int i = 0; i < calls; ++i) {
+        const double cpuStart = threadCpuSeconds();
         const auto start = Clock::now();
         trackOne(instance);
-        microseconds.push_back(seconds(Clock::now() - start) * 1e6);
+        times.elapsed.push_back(seconds(Clock::now() - start) * 1e6);
+        times.cpu.push_back((threadCpuSeconds() - cpuStart) * 1e6);
         if (flushing && i % 10 == 0)
             instance.flush();
         // As far apart as a person's clicks never are, and long enough for the queue to sleep
         // again, so that each call has to wake it.
         std::this_thread::sleep_for(std::chrono::microseconds(300));
     }
-    return microseconds;
+    return times;
 }
 
 void track(benchmark::State &state, Server kind, int threadCount)
 {
     constexpr int calls = 3000;
-    std::vector<double> all;
+    Times all;
     for ([[maybe_unused]] auto iteration : state) {
         const Setup setup;
         std::optional<NullServer> server;
@@ -45,7 +67,7 @@ void track(benchmark::State &state, Server kind, int threadCount)
                                                    : NullServer::Manner::Hang);
             instance->setServerURL(server->url());
         }
-        std::vector<std::vector<double>> times{std::size_t(threadCount)};
+        std::vector<Times> times{std::size_t(threadCount)};
         std::vector<std::thread> threads;
         for (auto &mine : times) {
             threads.emplace_back(
@@ -53,14 +75,16 @@ void track(benchmark::State &state, Server kind, int threadCount)
         }
         for (std::thread &thread : threads)
             thread.join();
-        for (const auto &mine : times)
-            all.insert(all.end(), mine.begin(), mine.end());
+        for (const Times &mine : times) {
+            all.elapsed.insert(all.elapsed.end(), mine.elapsed.begin(), mine.elapsed.end());
+            all.cpu.insert(all.cpu.end(), mine.cpu.begin(), mine.cpu.end());
+        }
     }
-    std::sort(all.begin(), all.end());
-    state.counters["p50_us"] = all[all.size() / 2];
-    state.counters["p99_us"] = all[all.size() * 99 / 100];
-    state.counters["max_us"] = all.back();
-    state.counters["calls"] = double(all.size());
+    state.counters["p50_us"] = percentile(all.elapsed, 50);
+    state.counters["p99_us"] = percentile(all.elapsed, 99);
+    state.counters["p50_cpu_us"] = percentile(all.cpu, 50);
+    state.counters["p99_cpu_us"] = percentile(all.cpu, 99);
+    state.counters["calls"] = double(all.elapsed.size());
 }
 
 BENCHMARK_CAPTURE(track, idle, Server::None, 1)->Iterations(3)->UseRealTime();

@@ -1,11 +1,11 @@
-#include "ThreadName.h"
+#include "UtilityThread.h"
 
 #include <pthread.h>
 
 namespace metricpost
 {
 
-void setThreadName(const QByteArray &name)
+void becomeUtilityThread(const QByteArray &name)
 {
     constexpr qsizetype length = 15;
     pthread_setname_np(pthread_self(), name.right(length).constData());

@@ -1,14 +1,16 @@
-#include "ThreadName.h"
+#include "UtilityThread.h"
 
 #include <pthread.h>
+#include <pthread/qos.h>
 
 namespace metricpost
 {
 
-void setThreadName(const QByteArray &name)
+void becomeUtilityThread(const QByteArray &name)
 {
     constexpr qsizetype length = 15;
     pthread_setname_np(name.right(length).constData());
+    pthread_set_qos_class_self_np(QOS_CLASS_UTILITY, 0);
 }
 
 } // namespace metricpost
