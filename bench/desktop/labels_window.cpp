@@ -1,0 +1,24 @@
+// A large tree in a toolkit whose accessibility has no bulk calls: labels in a pane that has the
+// focus.
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
+
+int main(int argc, char **argv)
+{
+    constexpr int Labels = 2000;
+    constexpr int Columns = 40;
+
+    QApplication application(argc, argv);
+    QWidget window;
+    window.setWindowTitle(QStringLiteral("Labels window"));
+    window.setFocusPolicy(Qt::StrongFocus);
+    auto *grid = new QGridLayout(&window);
+    grid->setSpacing(0);
+    for (int i = 0; i < Labels; ++i)
+        grid->addWidget(new QLabel(QString::number(i)), i / Columns, i % Columns);
+    window.show();
+    window.setFocus();
+    return application.exec();
+}
