@@ -150,7 +150,7 @@ class Session:
         return int(found) if found.isdigit() else None
 
     def click(self, x, y, button=1):
-        self.run(["xdotool", "mousemove", "--sync", str(round(x)), str(round(y)),
+        self.run(["xdotool", "mousemove", str(round(x)), str(round(y)),
                   "click", str(button)])
 
     def key(self, *keys):

@@ -1,0 +1,91 @@
+"""Parts of Quillet itself fail: the backend, the store of the analytics, the program."""
+
+import os
+import pathlib
+import signal
+
+import pytest
+
+from chat_server import ChatServer
+from session import wait_until
+from witness import CANCEL, OPTION, RESULT, Witness
+
+
+@pytest.fixture
+def chat():
+    with ChatServer("answer") as server:
+        yield server
+
+
+def backend(witness):
+    return wait_until(lambda: witness.processes("quillet-backend"), "the backend")
+
+
+def test_backend_killed_then_a_model_that_never_answers(desktop, build, chat):
+    witness = Witness(desktop, build, chat.environment)
+    witness.opens_editor("letter.txt", "a text")
+    for _ in range(2):
+        before = backend(witness)
+        os.kill(before[0], signal.SIGKILL)
+        wait_until(lambda: before != witness.processes("quillet-backend"), "the backend's end")
+        chat.answer += " again"
+        witness.runs_command("elevate", chat.answer)
+        witness.waits_for_text("mousepad", chat.answer)
+        assert len(backend(witness)) == 1
+
+    chat.silent = True
+    try:
+        asked = len(chat.prompts)
+        witness.opens_popup()
+        grid = witness.pixels(RESULT, 300, 100)
+        witness.clicks_in_popup(OPTION)
+        wait_until(lambda: len(chat.prompts) > asked, "the question")
+        witness.stays_alive(3)
+        assert witness.pixels(RESULT, 300, 100) != grid
+        witness.clicks_in_popup(CANCEL)
+        wait_until(lambda: witness.finds("elevate"), "the options")
+        # One that dies in the middle of an answer only leaves the result empty.
+        witness.click("elevate")
+        wait_until(lambda: len(chat.prompts) > asked + 1, "the question")
+        os.kill(backend(witness)[0], signal.SIGKILL)
+        wait_until(lambda: "\nError:" in witness.quillet.output(), "the failure in the log")
+    finally:
+        chat.silent = False
+    witness.click("reload")
+    wait_until(lambda: chat.answer in witness.texts("quillet"), "the answer")
+
+
+def test_killed_and_started_over_a_broken_store(desktop, build, chat):
+    witness = Witness(desktop, build, chat.environment)
+    witness.opens_editor("letter.txt", "a text")
+    witness.runs_command("elevate", chat.answer)  # leaves events in the store
+    cache = pathlib.Path(desktop.env["XDG_CACHE_HOME"])
+    stores = wait_until(lambda: list(cache.glob("**/*MPDB.sqlite")), "the store")
+    backend(witness)
+    witness.quillet.signal(signal.SIGKILL)
+    witness.quillet.process.wait()
+    wait_until(lambda: not witness.processes("quillet-backend"), "the backend's end")
+
+    for store in stores:
+        for extra in cache.glob("**/*MPDB.sqlite-*"):
+            extra.unlink()
+        store.write_bytes(b"not a database" * 5000)
+    works(desktop, build, chat)
+
+    # Somewhere that not even the administrator can write.
+    for fault in ("/proc/sys", "/dev/null"):
+        works(desktop, build, chat, {"XDG_CACHE_HOME": fault})
+
+
+def works(desktop, build, chat, environment=None):
+    chat.answer += " and more"
+    # The watching starts in the wizard, which is for the first start only.
+    pathlib.Path(desktop.env["XDG_CONFIG_HOME"], "quillet", "quillet.conf").unlink()
+    witness = Witness(desktop, build, {**chat.environment, **(environment or {})})
+    witness.sees_button_on(desktop.wait_for_window("letter.txt"))
+    witness.runs_command("elevate", chat.answer)
+    witness.waits_for_text("mousepad", chat.answer)
+    witness.stays_alive(1)
+    witness.quillet.signal(signal.SIGKILL)
+    witness.quillet.process.wait()
+    wait_until(lambda: not witness.processes("quillet-backend"), "the backend's end")
