@@ -52,8 +52,8 @@ ChatCompletion::ChatCompletion(NetworkPool &pool, const ModelSettings &settings,
 {
     const QString host = settings.url.host();
     m_manager = pool.take(host == u"localhost" || QHostAddress(host).isLoopback());
-    // Room for a model that thinks aloud before it answers.
-    m_maximumText = 512 * 1024 + 16 * prompt.user.size();
+    // Room for a model that thinks aloud before it answers, and for an answer of many pages.
+    m_maximumText = 8 * 1024 * 1024 + 16 * prompt.user.size();
 
     QNetworkRequest request(settings.url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArray("application/json"));
