@@ -53,6 +53,8 @@ struct Element {
             name, path, QString::fromLatin1(interface), QString::fromLatin1(method));
         message.setArguments(arguments);
         const QDBusMessage answer = accessibilityBus().call(message, QDBus::Block, callTimeout);
+        if (answer.type() != QDBusMessage::ReplyMessage)
+            return {};
         second = answer.arguments().value(1);
         return answer.arguments().value(0);
     }

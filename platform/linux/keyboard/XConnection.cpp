@@ -244,6 +244,12 @@ void XConnection::wakeTestKeyboard()
     XTestFakeKeyEvent(m_display, 255, False, 0);
 }
 
+bool XConnection::exists(XWindow window) const
+{
+    XWindowAttributes attributes;
+    return XGetWindowAttributes(m_display, window, &attributes) != 0;
+}
+
 XWindow XConnection::pingableWindow(XWindow window) const
 {
     const unsigned long pingAtom = atom("_NET_WM_PING");

@@ -70,6 +70,8 @@ public:
     /// keyboard and tells them so now rather than at the first character.
     void wakeTestKeyboard();
 
+    bool exists(XWindow window) const;
+
     /// The window at or above `window` whose client answers pings (_NET_WM_PING, Extended Window
     /// Manager Hints); 0 when there is none.
     XWindow pingableWindow(XWindow window) const;

@@ -51,7 +51,7 @@ constexpr qint64 settledAfter = 8000;
 constexpr qint64 readingPause = 8;
 constexpr qint64 readingShare = 4;
 constexpr qint64 focusPause = 25;
-constexpr qint64 drainLimit = 500;
+constexpr qint64 drainLimit = 5000;
 constexpr qint64 pongLimit = 4000;
 // A client that does not answer pings gets this long to fetch a new map.
 constexpr qint64 deafMapPause = 150;
@@ -151,6 +151,8 @@ private:
     std::size_t m_indentChecked = 0;
     qint64 m_indentLeft = 0;
     qint64 m_pingsAnsweredAt = 0;
+    /// The last ping of the sequence before.
+    std::uint32_t m_pingBefore = 0;
     std::uint32_t m_indentPing = 0;
     qint64 m_phaseStart = 0;
     qint64 m_lastProgress = 0;
@@ -293,6 +295,7 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
     m_indentLeft = 0;
     m_indentPing = 0;
     m_pingsAnsweredAt = m_clock.elapsed();
+    m_pingBefore = m_lastPing;
     m_group = moment.group;
     m_locked = moment.lockedModifiers;
 
@@ -389,10 +392,10 @@ void XTestKeyboard::Engine::confirm()
 {
     const qint64 now = m_clock.elapsed();
     const std::size_t before = m_taken + m_shown;
-    if (m_watch->lastPong() >= m_lastPing)
-        m_pingsAnsweredAt = now;
-    // Some say that they answer and do not. Banks then settle by time, and keys count as taken
+    // Some say that they answer and never do. Banks then settle by time, and keys count as taken
     // once they show.
+    if (m_lastPing == m_pingBefore || m_watch->lastPong() > m_pingBefore)
+        m_pingsAnsweredAt = now;
     if (m_pingWindow && now - m_pingsAnsweredAt > pongLimit) {
         m_pingWindow = 0;
         m_pings.clear();
@@ -599,7 +602,8 @@ void XTestKeyboard::Engine::drain(TypingResult result)
         m_result = result;
     }
     confirm();
-    if (m_taken == m_sent || m_clock.elapsed() - m_phaseStart > drainLimit) {
+    if (m_taken == m_sent || m_clock.elapsed() - m_phaseStart > drainLimit ||
+        !m_connection->exists(m_focus)) {
         finish(result);
         return;
     }

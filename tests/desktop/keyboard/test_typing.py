@@ -23,8 +23,7 @@ def typed_input(program):
 def check(typed_input, text, *options):
     report = typed_input.type(text, *options)
     got = typed_input.settled(text)
-    assert got == text, first_difference(got, text)
-    assert report["result"] == "typed"
+    assert (report["result"], got) == ("typed", text), (report, first_difference(got, text))
 
 
 @pytest.mark.parametrize("layout", ["us", "de", "fr", "ru", "us,ru"])
@@ -53,4 +52,6 @@ def test_caps_lock_and_num_lock_change_nothing(typed_input):
 
 
 def test_without_reading_back(typed_input):
-    check(typed_input, make("mixed", 240, seed=3, tab="    "), "--blind")
+    # Without a target it is not known that this is a web page, where Return makes a paragraph.
+    text = make("mixed", 240, seed=3, tab="    ").replace("\n", " ")
+    check(typed_input, text, "--blind")
