@@ -38,7 +38,8 @@ def test_accessibility_bus_restarts(desktop, build):
         witness.stays_alive(2)
         # The tutorial's own editor needs no bus; this one shows that the window lives.
         desktop.activate(witness.window)
-        witness.waits_for_floating_button((20, 40, 600, 600))
+        wait_until(lambda: witness.finds_floating_button() == witness.tutorial_button,
+                   "the button at the tutorial's editor")
         witness.toggles_popup()
         desktop.start_accessibility_bus()
         witness.stays_alive(1)
