@@ -44,9 +44,11 @@ constexpr qint64 deafPause = 80;
 constexpr qint64 focusLimit = 2000;
 constexpr qint64 heldModifiersLimit = 15000;
 constexpr qint64 heldKeysLimit = 1000;
-constexpr qint64 progressLimit = 15000;
+// A browser that lays out tens of thousands of characters anew for each key takes ten seconds for
+// what may be on its way; the user can stop it with any key.
+constexpr qint64 progressLimit = 60000;
 // A count that stands still for so long after the last key will not come right.
-constexpr qint64 settledAfter = 8000;
+constexpr qint64 settledAfter = 30000;
 // Asking the input costs it time: at most the fifth part.
 constexpr qint64 readingPause = 8;
 constexpr qint64 readingShare = 4;
