@@ -18,7 +18,8 @@ SerialQueue::SerialQueue(const QString &label)
 SerialQueue::~SerialQueue()
 {
     close(Closing::RunPending);
-    m_thread.join();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 void SerialQueue::close(Closing closing)
@@ -31,10 +32,11 @@ void SerialQueue::close(Closing closing)
 
 bool SerialQueue::waitUntilFinished(std::chrono::milliseconds limit)
 {
+    if (!m_thread.joinable())
+        return true;
     if (!m_finished.acquireWithin(limit))
         return false;
-    // For whoever asks next.
-    m_finished.release();
+    m_thread.join();
     return true;
 }
 

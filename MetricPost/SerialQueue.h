@@ -53,6 +53,7 @@ public:
     void close(Closing closing);
 
     /// Waits until a closed queue's thread has ended. False when the time is up before.
+    /// One thread at a time may wait.
     bool waitUntilFinished(std::chrono::milliseconds limit);
 
 private:
