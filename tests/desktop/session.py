@@ -132,12 +132,15 @@ class Session:
         return result.stdout
 
     def windows(self, title):
-        """Ids of the visible windows, of those the window manager knows, whose title matches the
-        regular expression."""
+        """Ids of the visible windows whose title matches the regular expression; of those that the
+        window manager knows, where one runs."""
+        found = self.run(["xdotool", "search", "--onlyvisible", "--name", title], check=False)
+        ids = [int(word) for word in found.split() if word.isdigit()]
+        if not self.window_manager.running():
+            return ids
         listed = self.run(["xprop", "-root", "_NET_CLIENT_LIST"], check=False)
         managed = {int(word.strip(","), 16) for word in listed.split() if word.startswith("0x")}
-        found = self.run(["xdotool", "search", "--onlyvisible", "--name", title], check=False)
-        return [int(word) for word in found.split() if word.isdigit() and int(word) in managed]
+        return [window for window in ids if window in managed]
 
     def wait_for_window(self, title):
         return wait_until(lambda: self.windows(title), f"a window titled {title!r}")[-1]
