@@ -7,6 +7,7 @@
 //     --read      types nothing and prints the focused input's text, as {"text": "..."}; exits with
 //                 1 when there is no such input
 
+#include "platform/KeyboardEvents.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
 #include "tests/support/FocusedInput.h"
 
@@ -16,7 +17,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
-#include <QTextBoundaryFinder>
 
 #include <csignal>
 #include <cstdio>
@@ -25,20 +25,6 @@
 
 namespace
 {
-
-QList<platform::KeyboardEvent> eventsFor(const QString &text)
-{
-    QList<platform::KeyboardEvent> events;
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    qsizetype start = 0;
-    while (finder.toNextBoundary() > 0) {
-        const QString character = text.mid(start, finder.position() - start);
-        events.append({true, character});
-        events.append({false, character});
-        start = finder.position();
-    }
-    return events;
-}
 
 const char *nameOf(platform::TypingResult result)
 {
@@ -91,7 +77,7 @@ int main(int argc, char *argv[])
     const QString text = QString::fromUtf8(input.readAll());
     QElapsedTimer clock;
     clock.start();
-    keyboard.CGEventPost(eventsFor(text), [&](platform::TypingResult result) {
+    keyboard.CGEventPost(platform::keyboardEvents(text), [&](platform::TypingResult result) {
         const QJsonObject report{
             {QStringLiteral("result"), QString::fromLatin1(nameOf(result))},
             {QStringLiteral("milliseconds"), static_cast<double>(clock.nsecsElapsed()) / 1e6},
