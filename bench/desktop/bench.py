@@ -32,9 +32,10 @@ GROUPS = {
     "latency": latency.measure,
     "idle": idle.idle,
     "growth": idle.growth,
-    "typing": typing_rows.measure,
+    "typing": typing_rows.speed,
+    "exactness": typing_rows.exactness,
     "metricpost": libraries.measure_metricpost,
-    "offline": libraries.measure_offline,
+    "backend": libraries.measure_backend,
 }
 
 

@@ -3,12 +3,13 @@
 arrived: speed and exactness, program by program and kind by kind.
 
     typing_bench.py [--build DIR] [--json FILE] [--programs A,B] [--kinds A,B] [--length N]
-                    [--repeat N] [--peer-length N] [--layouts us,de] [--load]
+                    [--repeat N] [--peer-length N] [--layouts us,de] [--load] [--exactness N]
 
 Prints a table and, with --json, writes every single sample. A sample's time is from the first key
 to the moment at which the program's own text is complete, as its accessibility tree shows it.
---load keeps one core busy meanwhile. --exactness types 100 texts of 500 to 5,000 characters into
-each program and reports how many arrived exactly.
+The kind "long" is 30,000 Latin characters in one go, in paragraphs, "line" the same as one line.
+--load keeps one core busy meanwhile. --exactness N types N texts of 500 to 5,000 characters, of
+every kind in turn, into each program and reports how many arrived exactly.
 """
 
 import argparse
@@ -27,6 +28,8 @@ sys.path[:0] = [str(ROOT / "tests/desktop"), str(ROOT / "tests/desktop/keyboard"
 from inputs import PROGRAMS, Input, first_difference  # noqa: E402
 from session import Session  # noqa: E402
 from texts import KINDS, make  # noqa: E402
+
+LONG, PARAGRAPH = 30_000, 500
 
 
 def settle(target, text):
@@ -84,8 +87,16 @@ def print_table(samples):
             print(f"not exact: {s['program']} {s['kind']} {s['layout']}: {s['difference']}")
 
 
-def exactness_texts(layouts, tab):
-    for i in range(100):
+def text_of(kind, length, seed, tab):
+    if kind == "line":
+        return make("latin", LONG, seed)
+    if kind == "long":
+        return "\n".join(make("latin", PARAGRAPH, f"{seed} {i}") for i in range(LONG // PARAGRAPH))
+    return make(kind, length, seed, tab)
+
+
+def exactness_texts(count, layouts, tab):
+    for i in range(count):
         rng = random.Random(i)
         kind = KINDS[i % len(KINDS)]
         yield kind, layouts[i % len(layouts)], make(kind, rng.randint(500, 5000), i, tab)
@@ -101,7 +112,7 @@ def main():
     parser.add_argument("--length", type=int, default=3000)
     parser.add_argument("--peer-length", type=int, default=500)
     parser.add_argument("--repeat", type=int, default=3)
-    parser.add_argument("--exactness", action="store_true")
+    parser.add_argument("--exactness", type=int, default=0)
     parser.add_argument("--load", action="store_true")
     options = parser.parse_args()
     layouts = options.layouts.split(",")
@@ -113,7 +124,8 @@ def main():
             with Session() as desktop:
                 target = Input(desktop, options.build, program)
                 if options.exactness:
-                    for kind, layout, text in exactness_texts(layouts, target.tab):
+                    for kind, layout, text in exactness_texts(options.exactness, layouts,
+                                                              target.tab):
                         samples.append(sample(target, "ours", program, kind, layout, text))
                     continue
                 for kind in options.kinds.split(","):
@@ -121,8 +133,8 @@ def main():
                         layout = layouts[i % len(layouts)]
                         for tool, length in (("ours", options.length),
                                              ("xdotool", options.peer_length)):
-                            if length:
-                                text = make(kind, length, i, target.tab)
+                            if length and (tool == "ours" or kind not in ("long", "line")):
+                                text = text_of(kind, length, i, target.tab)
                                 samples.append(sample(target, tool, program, kind, layout, text))
     finally:
         if burner:
