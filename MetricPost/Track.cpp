@@ -5,6 +5,8 @@
 #include "MetricPostPersistence.h"
 #include "SessionMetadata.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
 
 namespace metricpost
@@ -19,10 +21,17 @@ void merge(Properties &into, const Properties &from)
         into.insert(entry.key(), entry.value());
 }
 
-// Seconds with three decimals.
+// Seconds with three decimals, halfway cases as printf's "%.3f" rounds them; Qt's own rounding
+// differs there.
 double rounded(double seconds)
 {
-    return QString::number(seconds, 'f', 3).toDouble();
+    constexpr int decimals = 3;
+    std::array<char, 320> text{};
+    const auto end =
+        std::to_chars(text.begin(), text.end(), seconds, std::chars_format::fixed, decimals).ptr;
+    double result = 0;
+    std::from_chars(text.begin(), end, result);
+    return result;
 }
 
 } // namespace
@@ -57,7 +66,8 @@ Properties Track::track(const QString &event, const Properties &properties, Prop
 
     Properties p = AutomaticProperties::properties();
     p.insert(QStringLiteral("token"), m_apiToken);
-    p.insert(QStringLiteral("time"), std::round(epochInterval * 1000));
+    // An integer, so that it goes over the wire without a fraction.
+    p.insert(QStringLiteral("time"), qint64(std::round(epochInterval * 1000)));
     if (const auto start = timedEvents.constFind(name); start != timedEvents.cend()) {
         if (const double *startTime = start->get<double>())
             p.insert(QStringLiteral("$duration"), rounded(epochInterval - *startTime));

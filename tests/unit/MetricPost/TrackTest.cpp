@@ -88,6 +88,7 @@ TEST_F(Tracking, ARecordCarriesTheFourLayersInTheirOrder)
     for (auto entry = properties.cbegin(); entry != properties.cend(); ++entry)
         actual.insert(entry.key(), entry->description());
     EXPECT_EQ(actual, expected);
+    EXPECT_EQ(properties[u"time"_qs].kind(), MetricPostType::Kind::Int);
     EXPECT_EQ(AutomaticProperties::peopleProperties().size(), 6);
 
     trackOne(u"x"_qs, {{u"time"_qs, 2}}, {}, {{u"time"_qs, 1}});
@@ -108,6 +109,10 @@ TEST_F(Tracking, ATimedEventReportsItsDurationOnce)
     EXPECT_EQ(at(lastRecord(), {u"properties"_qs, u"$duration"_qs}).kind(),
               MetricPostType::Kind::Null);
     EXPECT_TRUE(Track::clearTimedEvent(u"other"_qs, timed).isEmpty());
+    // Halfway between two thousandths, and exactly so in binary.
+    *sandbox.now = 104.0625;
+    trackOne(u"Execute"_qs, {}, {{u"Execute"_qs, 102.0}});
+    EXPECT_EQ(property(u"$duration"_qs), u"2.062"_qs);
 }
 
 TEST_F(Tracking, EmptyNamesAreReplacedOrRefused)
