@@ -33,7 +33,7 @@ std::optional<QUrl> BasePath::buildURL(const QString &base, const QString &path,
         (url.scheme() != u"http" && url.scheme() != u"https")) {
         return std::nullopt;
     }
-    url.setPath(url.path(QUrl::FullyEncoded) + path);
+    url.setPath(url.path(QUrl::FullyEncoded) + path, QUrl::TolerantMode);
 
     // A server reads a literal plus in a query as a blank; percent-encoding leaves none.
     QByteArrayList items;

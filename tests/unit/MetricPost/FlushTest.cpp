@@ -78,6 +78,8 @@ TEST_F(Flushing, ARequestIsBuiltAsTheServiceWantsIt)
     EXPECT_TRUE(empty.url.toString().endsWith(u"/base/track/?ip=0"));
     EXPECT_TRUE(log.contains(u"error Failed to compress data with gzip: Empty Data object cannot "
                              u"be compressed."_qs));
+    EXPECT_EQ(BasePath::buildURL(u"http://host/a%20b%2Fc?d=e"_qs, u"/p/"_qs, {})->toEncoded(),
+              "http://host/a%20b%2Fc/p/");
     EXPECT_FALSE(BasePath::buildURL(u"ftp://host"_qs, u"/p"_qs, {}));
     EXPECT_FALSE(BasePath::buildURL({}, u"/p"_qs, {}));
 }
