@@ -120,8 +120,10 @@ void MetricPostInstance::unarchive()
             deviceId = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
         identity.anonymousId = deviceId;
         identity.distinctID = addPrefixToDeviceId(*deviceId);
-        if (!m_environment.doNotTrack)
-            MetricPostPersistence::saveIdentity(identity, m_name, suite);
+        // Ahead of the first event; nobody waits for the disk.
+        onStore([this, identity](Store &) {
+            MetricPostPersistence::saveIdentity(identity, m_name, *m_environment.userDefaults);
+        });
     }
     m_readWriteLock.write([&] {
         m_identity = identity;
