@@ -29,13 +29,6 @@ QString initialServerURL(const MetricPostOptions &options, const Environment &en
 constexpr std::array allLogLevels{MetricPostLogLevel::debug, MetricPostLogLevel::info,
                                   MetricPostLogLevel::warning, MetricPostLogLevel::error};
 
-const std::shared_ptr<MetricPostLogging> &printLogging()
-{
-    static const auto *const logging =
-        new std::shared_ptr<MetricPostLogging>(std::make_shared<PrintLogging>());
-    return *logging;
-}
-
 } // namespace
 
 struct MetricPostInstance::Store {
@@ -334,11 +327,9 @@ Properties MetricPostInstance::timedEvents() const
 
 void MetricPostInstance::setLoggingEnabled(bool enabled)
 {
-    if (m_loggingEnabled.exchange(enabled) == enabled)
-        return;
+    m_loggingEnabled = enabled;
     if (enabled) {
-        MetricPostLogger::removeLogging(printLogging());
-        MetricPostLogger::addLogging(printLogging());
+        MetricPostLogger::addPrintLogging();
         for (const MetricPostLogLevel level : allLogLevels)
             MetricPostLogger::enableLevel(level);
         MetricPostLogger::info([] { return QStringLiteral("MetricPostLogging Enabled"); });
@@ -346,7 +337,7 @@ void MetricPostInstance::setLoggingEnabled(bool enabled)
         MetricPostLogger::info([] { return QStringLiteral("MetricPostLogging Disabled"); });
         for (const MetricPostLogLevel level : allLogLevels)
             MetricPostLogger::disableLevel(level);
-        MetricPostLogger::removeLogging(printLogging());
+        MetricPostLogger::removePrintLogging();
     }
 }
 

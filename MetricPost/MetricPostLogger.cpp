@@ -5,6 +5,9 @@
 #include <QList>
 #include <QSet>
 
+#include <algorithm>
+#include <utility>
+
 namespace metricpost
 {
 
@@ -15,6 +18,7 @@ struct State {
     ReadWriteLock readWriteLock{QStringLiteral("loggerLock")};
     QList<std::shared_ptr<MetricPostLogging>> loggers;
     QSet<MetricPostLogLevel> enabledLevels;
+    std::shared_ptr<MetricPostLogging> addedPrintLogging;
 };
 
 // Never destroyed: queues may still log while the process ends.
@@ -34,6 +38,27 @@ void MetricPostLogger::addLogging(std::shared_ptr<MetricPostLogging> logging)
 void MetricPostLogger::removeLogging(const std::shared_ptr<MetricPostLogging> &logging)
 {
     state().readWriteLock.write([&] { state().loggers.removeOne(logging); });
+}
+
+void MetricPostLogger::addPrintLogging()
+{
+    state().readWriteLock.write([] {
+        auto &loggers = state().loggers;
+        const bool registered =
+            std::any_of(loggers.cbegin(), loggers.cend(), [](const auto &logging) {
+                return dynamic_cast<const PrintLogging *>(logging.get()) != nullptr;
+            });
+        if (!registered) {
+            state().addedPrintLogging = std::make_shared<PrintLogging>();
+            loggers.append(state().addedPrintLogging);
+        }
+    });
+}
+
+void MetricPostLogger::removePrintLogging()
+{
+    state().readWriteLock.write(
+        [] { state().loggers.removeOne(std::exchange(state().addedPrintLogging, nullptr)); });
 }
 
 void MetricPostLogger::enableLevel(MetricPostLogLevel level)

@@ -18,6 +18,10 @@ class MetricPostLogger
 public:
     static void addLogging(std::shared_ptr<MetricPostLogging> logging);
     static void removeLogging(const std::shared_ptr<MetricPostLogging> &logging);
+    /// Registers a sink that prints, unless there is one already.
+    static void addPrintLogging();
+    /// Removes the one that addPrintLogging registered.
+    static void removePrintLogging();
     static void enableLevel(MetricPostLogLevel level);
     static void disableLevel(MetricPostLogLevel level);
 

@@ -47,7 +47,12 @@ QString debugDescription(const QString &text)
             result += QStringLiteral("\\0");
             break;
         default:
-            result += character;
+            if (character < u' ' || character == u'\x7f') {
+                result +=
+                    QStringLiteral("\\u{%1}").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+            } else {
+                result += character;
+            }
         }
     }
     return result + u'"';

@@ -1,5 +1,6 @@
 #include "LoopbackServer.h"
 #include "MetricPost.h"
+#include "MetricPostLogger.h"
 #include "MetricPostManager.h"
 #include "QtHTTPTransport.h"
 #include "TestSupport.h"
@@ -293,13 +294,26 @@ TEST_F(Instances, TheLoggingSwitchAddsAndRemovesThePrintSink)
 {
     testing::internal::CaptureStdout();
     const auto instance = make();
+    const auto other = make(options(u"other"_qs));
+    instance->waitUntilStored();
+    other->waitUntilStored();
+    const auto own = std::make_shared<PrintLogging>();
+    // Each line is printed once: no second sink joins the first, nor one of the application's.
     instance->setLoggingEnabled(true);
+    other->setLoggingEnabled(true);
+    other->setLoggingEnabled(false);
+    // The other's switch is off for all; this one's turns them on again.
     instance->setLoggingEnabled(true);
     EXPECT_TRUE(instance->loggingEnabled());
     instance->setLoggingEnabled(false);
+    MetricPostLogger::addLogging(own);
+    instance->setLoggingEnabled(true);
+    instance->setLoggingEnabled(false);
+    MetricPostLogger::removeLogging(own);
     instance->track(u"silent"_qs);
     instance->waitUntilStored();
     const QString printed = QString::fromStdString(testing::internal::GetCapturedStdout());
-    EXPECT_EQ(printed.count(u"(info) - MetricPostLogging Enabled\n"), 1);
+    EXPECT_EQ(printed.count(u"(info) - MetricPostLogging Enabled\n"), 4);
+    EXPECT_EQ(printed.count(u"(info) - MetricPostLogging Disabled\n"), 3);
     EXPECT_TRUE(printed.endsWith(u"(info) - MetricPostLogging Disabled\n"));
 }

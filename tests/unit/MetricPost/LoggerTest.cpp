@@ -27,13 +27,14 @@ TEST(Logger, EvaluatesAMessageOnlyWhenItsLevelIsEnabled)
 TEST(Logger, SinksWriteTheirLines)
 {
     const MetricPostLogMessage message{QStringLiteral("MPDB"), QStringLiteral("open"),
-                                       QStringLiteral("a \"b\"\nc"), MetricPostLogLevel::warning};
+                                       QStringLiteral("a \"b\"\nc\x1b"),
+                                       MetricPostLogLevel::warning};
     testing::internal::CaptureStdout();
     PrintLogging().addMessage(message);
     PrintDebugLogging().addMessage(message);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "[MetricPost - MPDB - func open] (warning) - a \"b\"\nc\n"
-              "\"[MetricPost - MPDB - func open] (warning) - a \\\"b\\\"\\nc\"\n");
+              "[MetricPost - MPDB - func open] (warning) - a \"b\"\nc\x1b\n"
+              "\"[MetricPost - MPDB - func open] (warning) - a \\\"b\\\"\\nc\\u{1b}\"\n");
 
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("log"));
@@ -41,7 +42,7 @@ TEST(Logger, SinksWriteTheirLines)
         FileLogging(path).addMessage(message);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray line = "File: MPDB - Func: open - Level: warning - Message: a \"b\"\nc\n";
+    const QByteArray line = "File: MPDB - Func: open - Level: warning - Message: a \"b\"\nc\x1b\n";
     EXPECT_EQ(file.readAll(), line + line);
 
     testing::internal::CaptureStderr();
