@@ -316,7 +316,8 @@ QList<Properties> MPDB::readRows(PersistenceType type, int numRows, bool flag)
                     QStringLiteral(" could not be prepared"));
         return rows;
     }
-    while (statement.step() == SQLITE_ROW) {
+    int status = SQLITE_DONE;
+    while ((status = statement.step()) == SQLITE_ROW) {
         const auto *blob = static_cast<const char *>(sqlite3_column_blob(statement.get(), 1));
         if (!blob) {
             MetricPostLogger::error(
@@ -331,6 +332,8 @@ QList<Properties> MPDB::readRows(PersistenceType type, int numRows, bool flag)
         rows.append(*record);
         rows.last().insert(QStringLiteral("id"), sqlite3_column_int(statement.get(), 0));
     }
+    if (status != SQLITE_DONE)
+        logSqlError();
     MetricPostLogger::info([&] {
         return QStringLiteral("Successfully read ") + QString::number(rows.size()) +
                QStringLiteral(" from table ") + table;

@@ -76,7 +76,7 @@ private:
     void createIndexFor(PersistenceType type);
     void write(const QString &sql, const WriteMessages &messages,
                const std::function<void(sqlite3_stmt *)> &bind = {});
-    void logSqlError(const QString &message);
+    void logSqlError(const std::optional<QString> &message = {});
     static int waitForLock(void *self, int attempt);
 
     const QString m_apiToken;

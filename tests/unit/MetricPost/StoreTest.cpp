@@ -132,6 +132,33 @@ TEST_F(Store, ABrokenFileIsReplacedWithItsCompanions)
     EXPECT_EQ(query(file, u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
 }
 
+TEST_F(Store, DamageInsideTheFileIsLoggedAndGoneAfterAFailedWrite)
+{
+    {
+        MPDB database(u"ab12cd"_qs, surroundings());
+        for (int i = 0; i < 100; ++i)
+            database.insertRow(PersistenceType::events,
+                               "{\"t\":\"" + QByteArray(2000, 'x') + "\"}");
+    }
+    {
+        // The first pages hold the schema; what follows are rows and the index.
+        constexpr int intact = 10 * 4096;
+        QFile damaged(file);
+        ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
+        ASSERT_GT(damaged.size(), 2 * intact);
+        damaged.seek(intact);
+        damaged.write(QByteArray(damaged.size() - intact, '\xff'));
+    }
+    MPDB database(u"ab12cd"_qs, surroundings());
+    LogCapture log;
+    EXPECT_LT(database.readRows(PersistenceType::events, MPDB::allRows).size(), 100);
+    EXPECT_TRUE(log.contains(u"error database disk image is malformed"_qs));
+    database.deleteRows(PersistenceType::events, {}, true);
+    database.insertRow(PersistenceType::events, "{}");
+    EXPECT_EQ(database.readRows(PersistenceType::events, MPDB::allRows).size(), 1);
+    EXPECT_EQ(query(file, u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
+}
+
 TEST_F(Store, WithoutAUsableFolderOrTokenOperationsOnlyLog)
 {
     LogCapture log;
