@@ -33,7 +33,7 @@ Environment Environment::standard()
 {
     const QString suiteFile =
         QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' +
-        MetricPostUserDefaultsKeys::suiteName() + QStringLiteral(".conf");
+        MetricPostUserDefaultsKeys::suiteName + QStringLiteral(".conf");
     const auto archives = folder(QStandardPaths::GenericDataLocation);
     return {
         .now =

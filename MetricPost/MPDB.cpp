@@ -88,7 +88,7 @@ std::optional<QString> MPDB::path() const
 {
     if (!m_surroundings.folder)
         return std::nullopt;
-    return *m_surroundings.folder + u'/' + m_apiToken + QStringLiteral("_MPDB.sqlite");
+    return *m_surroundings.folder + u'/' + m_apiToken + u'_' + DB_FILE_NAME;
 }
 
 QString MPDB::tableName(PersistenceType type) const
@@ -341,13 +341,14 @@ QList<Properties> MPDB::readRows(PersistenceType type, int numRows, bool flag)
     return rows;
 }
 
-void MPDB::logSqlError(const QString &message)
+void MPDB::logSqlError(const std::optional<QString> &message)
 {
     if (!m_connection) {
         reconnect();
         return;
     }
-    MetricPostLogger::error([&] { return message; });
+    if (message)
+        MetricPostLogger::error([&] { return *message; });
     MetricPostLogger::error([&] { return QString::fromUtf8(sqlite3_errmsg(m_connection)); });
 }
 

@@ -28,6 +28,7 @@ namespace metricpost
 class MPDB
 {
 public:
+    static constexpr QLatin1String DB_FILE_NAME{"MPDB.sqlite"};
     static constexpr int allRows = std::numeric_limits<int>::max();
     static constexpr std::chrono::seconds lockLimit{30};
 

@@ -30,6 +30,12 @@ namespace metricpost
 class MetricPostInstance final : private FlushDelegate, private TrackOwner
 {
 public:
+    /// Reserved for notifications about super properties; the desktop observes none.
+    static constexpr QLatin1String registerSuperPropertiesNotificationName{
+        "dratru.properties.register"};
+    static constexpr QLatin1String unregisterSuperPropertiesNotificationName{
+        "dratru.properties.unregister"};
+
     MetricPostInstance(const MetricPostOptions &options, const Environment &environment);
     ~MetricPostInstance() override;
     Q_DISABLE_COPY_MOVE(MetricPostInstance)

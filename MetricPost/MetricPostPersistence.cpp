@@ -11,20 +11,11 @@ namespace metricpost
 namespace
 {
 
-constexpr QLatin1String optOutStatus("OptOutStatus");
-constexpr QLatin1String timedEventsName("timedEvents");
-constexpr QLatin1String superPropertiesName("superProperties");
-constexpr QLatin1String distinctID("MPDistinctID");
-constexpr QLatin1String peopleDistinctID("MPPeopleDistinctID");
-constexpr QLatin1String anonymousId("MPAnonymousId");
-constexpr QLatin1String userId("MPUserId");
-constexpr QLatin1String aliasName("MPAlias");
-constexpr QLatin1String hadPersistedDistinctId("MPHadPersistedDistinctId");
-constexpr QLatin1String flagsName("MPFlags");
+using Keys = MetricPostUserDefaultsKeys;
 
 QString key(const QString &instanceName, QLatin1String name)
 {
-    return MetricPostUserDefaultsKeys::prefix() + u'-' + instanceName + u'-' + name;
+    return Keys::prefix + u'-' + instanceName + u'-' + name;
 }
 
 void saveArchived(const Properties &dictionary, QLatin1String name, QLatin1String what,
@@ -161,62 +152,64 @@ void MetricPostPersistence::migrate()
 void MetricPostPersistence::saveOptOutStatusFlag(bool value, const QString &instanceName,
                                                  UserDefaults &suite)
 {
-    suite.setValues({{key(instanceName, optOutStatus), value}});
+    suite.setValues({{key(instanceName, Keys::optOutStatus), value}});
 }
 
 std::optional<bool> MetricPostPersistence::loadOptOutStatusFlag(const QString &instanceName,
                                                                 const UserDefaults &suite)
 {
-    return boolean(suite.value(key(instanceName, optOutStatus)));
+    return boolean(suite.value(key(instanceName, Keys::optOutStatus)));
 }
 
 void MetricPostPersistence::saveTimedEvents(const Properties &timedEvents,
                                             const QString &instanceName, UserDefaults &suite)
 {
-    saveArchived(timedEvents, timedEventsName, QLatin1String("timed events"), instanceName, suite);
+    saveArchived(timedEvents, Keys::timedEvents, QLatin1String("timed events"), instanceName,
+                 suite);
 }
 
 Properties MetricPostPersistence::loadTimedEvents(const QString &instanceName,
                                                   const UserDefaults &suite)
 {
-    return loadArchived(timedEventsName, QLatin1String("timed events"), instanceName, suite);
+    return loadArchived(Keys::timedEvents, QLatin1String("timed events"), instanceName, suite);
 }
 
 void MetricPostPersistence::saveSuperProperties(const Properties &superProperties,
                                                 const QString &instanceName, UserDefaults &suite)
 {
-    saveArchived(superProperties, superPropertiesName, QLatin1String("super properties"),
+    saveArchived(superProperties, Keys::superProperties, QLatin1String("super properties"),
                  instanceName, suite);
 }
 
 Properties MetricPostPersistence::loadSuperProperties(const QString &instanceName,
                                                       const UserDefaults &suite)
 {
-    return loadArchived(superPropertiesName, QLatin1String("super properties"), instanceName,
+    return loadArchived(Keys::superProperties, QLatin1String("super properties"), instanceName,
                         suite);
 }
 
 void MetricPostPersistence::saveFlags(const Properties &flags, const QString &instanceName,
                                       UserDefaults &suite)
 {
-    saveArchived(flags, flagsName, QLatin1String("flags"), instanceName, suite);
+    saveArchived(flags, Keys::flags, QLatin1String("flags"), instanceName, suite);
 }
 
 Properties MetricPostPersistence::loadFlags(const QString &instanceName, const UserDefaults &suite)
 {
-    return loadArchived(flagsName, QLatin1String("flags"), instanceName, suite);
+    return loadArchived(Keys::flags, QLatin1String("flags"), instanceName, suite);
 }
 
 void MetricPostPersistence::saveIdentity(const MetricPostIdentity &identity,
                                          const QString &instanceName, UserDefaults &suite)
 {
     suite.setValues({
-        {key(instanceName, distinctID), identity.distinctID},
-        {key(instanceName, peopleDistinctID), orInvalid(identity.peopleDistinctID)},
-        {key(instanceName, anonymousId), orInvalid(identity.anonymousId)},
-        {key(instanceName, userId), orInvalid(identity.userId)},
-        {key(instanceName, aliasName), orInvalid(identity.alias)},
-        {key(instanceName, hadPersistedDistinctId), orInvalid(identity.hadPersistedDistinctId)},
+        {key(instanceName, Keys::distinctID), identity.distinctID},
+        {key(instanceName, Keys::peopleDistinctID), orInvalid(identity.peopleDistinctID)},
+        {key(instanceName, Keys::anonymousId), orInvalid(identity.anonymousId)},
+        {key(instanceName, Keys::userId), orInvalid(identity.userId)},
+        {key(instanceName, Keys::alias), orInvalid(identity.alias)},
+        {key(instanceName, Keys::hadPersistedDistinctId),
+         orInvalid(identity.hadPersistedDistinctId)},
     });
 }
 
@@ -224,9 +217,9 @@ MetricPostIdentity MetricPostPersistence::loadIdentity(const QString &instanceNa
                                                        const UserDefaults &suite)
 {
     const auto value = [&](QLatin1String name) { return suite.value(key(instanceName, name)); };
-    return {value(distinctID).toString(), text(value(peopleDistinctID)),
-            text(value(anonymousId)),     text(value(userId)),
-            text(value(aliasName)),       boolean(value(hadPersistedDistinctId))};
+    return {value(Keys::distinctID).toString(), text(value(Keys::peopleDistinctID)),
+            text(value(Keys::anonymousId)),     text(value(Keys::userId)),
+            text(value(Keys::alias)),           boolean(value(Keys::hadPersistedDistinctId))};
 }
 
 void MetricPostPersistence::deleteMPUserDefaultsData(const QString &instanceName,
@@ -234,8 +227,9 @@ void MetricPostPersistence::deleteMPUserDefaultsData(const QString &instanceName
 {
     QMap<QString, QVariant> removals;
     for (const QLatin1String name :
-         {optOutStatus, timedEventsName, superPropertiesName, distinctID, peopleDistinctID,
-          anonymousId, userId, aliasName, hadPersistedDistinctId, flagsName}) {
+         {Keys::optOutStatus, Keys::timedEvents, Keys::superProperties, Keys::distinctID,
+          Keys::peopleDistinctID, Keys::anonymousId, Keys::userId, Keys::alias,
+          Keys::hadPersistedDistinctId, Keys::flags}) {
         removals.insert(key(instanceName, name), {});
     }
     suite.setValues(removals);

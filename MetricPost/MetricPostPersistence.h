@@ -16,9 +16,19 @@ namespace metricpost
 {
 
 struct MetricPostUserDefaultsKeys {
-    /// The suite's name.
-    static QString suiteName() { return QStringLiteral("MetricPost"); }
-    static QString prefix() { return QStringLiteral("metricpost"); }
+    static constexpr QLatin1String suiteName{"MetricPost"};
+    /// A key is the prefix, the instance's name and one of the names below, joined by "-".
+    static constexpr QLatin1String prefix{"metricpost"};
+    static constexpr QLatin1String optOutStatus{"OptOutStatus"};
+    static constexpr QLatin1String timedEvents{"timedEvents"};
+    static constexpr QLatin1String superProperties{"superProperties"};
+    static constexpr QLatin1String distinctID{"MPDistinctID"};
+    static constexpr QLatin1String peopleDistinctID{"MPPeopleDistinctID"};
+    static constexpr QLatin1String anonymousId{"MPAnonymousId"};
+    static constexpr QLatin1String userId{"MPUserId"};
+    static constexpr QLatin1String alias{"MPAlias"};
+    static constexpr QLatin1String hadPersistedDistinctId{"MPHadPersistedDistinctId"};
+    static constexpr QLatin1String flags{"MPFlags"};
 };
 
 /// What the rest of the library sees of the disk: the queues of records in the database and the
