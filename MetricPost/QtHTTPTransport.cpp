@@ -28,6 +28,8 @@ QNetworkRequest networkRequest(const URLRequest &request)
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     result.setRawHeader("User-Agent", QByteArray("MetricPost/") + libraryVersion);
+    // Qt would tell the server the user's language.
+    result.setRawHeader("Accept-Language", "*");
     for (auto header = request.headers.cbegin(); header != request.headers.cend(); ++header)
         result.setRawHeader(header.key().toUtf8(), header.value().toUtf8());
     return result;

@@ -46,6 +46,7 @@ TEST_F(Wire, CarriesTheLowerCaseMethodTheQueryAndTheBody)
     EXPECT_TRUE(plain.startsWith("post /track/?ip=1 HTTP/1.1\r\n")) << plain.constData();
     EXPECT_TRUE(plain.contains("Content-Type: application/json\r\n"));
     EXPECT_FALSE(plain.contains("Content-Encoding"));
+    EXPECT_TRUE(plain.contains("\r\nAccept-Language: *\r\n"));
     EXPECT_EQ(bodyOf(plain), "[{\"a\":1}]");
     const QByteArray compressed = server.requests()[1];
     EXPECT_TRUE(compressed.contains("Content-Encoding: gzip\r\n"));
