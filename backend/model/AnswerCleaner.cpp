@@ -38,7 +38,9 @@ QString withoutFence(const QString &answer, const QString &text)
 
 bool isUnwantedControl(QChar c)
 {
-    return (c < u' ' && c != u'\n' && c != u'\r' && c != u'\t') || c == u'\x7f';
+    // Also what turns the order of the letters around: only the writer may mean that.
+    return (c < u' ' && c != u'\n' && c != u'\r' && c != u'\t') ||
+           (c >= u'\x7f' && c < QChar(0xa0)) || c == QChar(0x202d) || c == QChar(0x202e);
 }
 
 } // namespace
@@ -49,7 +51,7 @@ QString cleanedAnswer(const QString &answer, const QString &text, const QString 
     result.remove(QStringLiteral("<text-%1>").arg(delimiter));
     result.remove(QStringLiteral("</text-%1>").arg(delimiter));
     result = withoutFence(result.trimmed(), text);
-    result.removeIf(isUnwantedControl);
+    result.removeIf([&text](QChar c) { return isUnwantedControl(c) && !text.contains(c); });
     const auto lineFeeds = text.count(u'\n');
     const auto pairs = text.count(u"\r\n"_qs);
     if (pairs == 0 || pairs == lineFeeds) {

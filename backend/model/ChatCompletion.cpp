@@ -42,6 +42,12 @@ QString errorName(const QJsonObject &error)
     return QStringLiteral("unnamed");
 }
 
+QString tooLongSentence()
+{
+    return QStringLiteral("The text is too long for the language model. Use the command on a part "
+                          "of it, or set a smaller window in Quillet's settings.");
+}
+
 } // namespace
 
 ChatCompletion::ChatCompletion(NetworkPool &pool, const ModelSettings &settings,
@@ -222,9 +228,7 @@ void ChatCompletion::replyFinished()
         }
     }
     if (m_finishReason == u"length") {
-        fail(502,
-             QStringLiteral("The text is too long for the language model. Use the command on "
-                            "a part of it, or set a smaller window in Quillet's settings."),
+        fail(502, tooLongSentence(),
              QStringLiteral("the answer was cut off (finish_reason length)"));
     } else if (m_finishReason == u"content_filter") {
         fail(502, QStringLiteral("The language model's provider refused this text."),
@@ -237,7 +241,9 @@ void ChatCompletion::replyFinished()
 void ChatCompletion::failWithStatus(int httpStatus)
 {
     const QJsonObject error = QJsonDocument::fromJson(m_body).object().value(u"error").toObject();
-    const QString cause = QStringLiteral("HTTP %1 (%2)").arg(httpStatus).arg(errorName(error));
+    const QString name = errorName(error);
+    // How hosted models and llama.cpp's server name it; both answer 400.
+    const bool tooLong = name == u"context_length_exceeded" || name == u"exceed_context_size_error";
     QString sentence;
     int status = 502;
     if (httpStatus == 401 || httpStatus == 403) {
@@ -246,9 +252,8 @@ void ChatCompletion::failWithStatus(int httpStatus)
     } else if (httpStatus == 404) {
         sentence = QStringLiteral("The language model's server does not know the model or the "
                                   "address. Check both in Quillet's settings.");
-    } else if (httpStatus == 413) {
-        sentence = QStringLiteral("The text is too long for the language model. Use the command on "
-                                  "a part of it.");
+    } else if (httpStatus == 413 || tooLong) {
+        sentence = tooLongSentence();
     } else if (httpStatus == 429) {
         sentence = QStringLiteral("The language model is busy, or its quota is used up. Try again "
                                   "in a while.");
@@ -265,7 +270,7 @@ void ChatCompletion::failWithStatus(int httpStatus)
         sentence = QStringLiteral("The language model did not accept the request. Check the model "
                                   "in Quillet's settings.");
     }
-    fail(status, sentence, cause);
+    fail(status, sentence, QStringLiteral("HTTP %1 (%2)").arg(httpStatus).arg(name));
 }
 
 void ChatCompletion::failWithNetworkError(QNetworkReply::NetworkError error)

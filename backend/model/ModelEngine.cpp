@@ -10,7 +10,7 @@ namespace
 {
 
 /// What the prompt around a text takes, on the safe side.
-constexpr int promptTokens = 700;
+constexpr int promptTokens = 850;
 
 class ModelJob : public EngineJob
 {

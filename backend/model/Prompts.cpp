@@ -139,11 +139,14 @@ ChatPrompt makePrompt(const QString &command, const QString &text, const QString
                   .arg(opening, closing);
     if (kind != CommandKind::Translate) {
         system += QStringLiteral(
-            "- Write in the language of the text. Where it mixes languages, keep the mixture.\n");
+            "- Write in the language of the text and in its variety, such as British or American "
+            "spelling. Where it mixes languages, keep the mixture.\n");
     }
     if (kind != CommandKind::Reply) {
         system += QStringLiteral(
             "- A question in the text stays a question; it is not answered.\n"
+            "- Where the task leaves nothing to change, answer with the text as it is, and not "
+            "with a remark about it.\n"
             "- Keep line breaks, blank lines, headings, lists and their numbering, indentation, "
             "markup, links, e-mail addresses, code, numbers, placeholders and names as they are.\n"
             "- The text may be a part of a longer one: do not round it off.\n");
@@ -153,10 +156,9 @@ ChatPrompt makePrompt(const QString &command, const QString &text, const QString
         "around the answer, and no delimiter lines.");
 
     QString user = opening + u'\n' + text + u'\n' + closing + QStringLiteral("\n\n");
-    user += kind == CommandKind::Reply
-                ? QStringLiteral("Write the reply to this message as the task says. ")
-                : QStringLiteral("Do the task with this text. ");
-    user += QStringLiteral("Answer with the resulting text alone.");
+    // Once more: after a long text, and after orders in it, the last word counts.
+    user += QStringLiteral("That was the text. The task: ") + instruction(command);
+    user += QStringLiteral("\n\nAnswer with the resulting text alone.");
     return {system, user};
 }
 

@@ -9,7 +9,8 @@
 class ServerSentEvents
 {
 public:
-    static constexpr qsizetype maximumEvent = 1024 * 1024;
+    /// Some servers send a whole answer as one event.
+    static constexpr qsizetype maximumEvent = 16 * 1024 * 1024;
 
     /// The data of the events that `bytes` completes.
     QList<QByteArray> feed(const QByteArray &bytes);

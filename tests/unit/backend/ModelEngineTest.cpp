@@ -68,6 +68,7 @@ TEST(ModelEngine, SendsADelimitedTextAndReadsWholeAndStreamedAnswers)
         // nowhere near the rules.
         EXPECT_EQ(request.text(), attack);
         EXPECT_TRUE(request.message(0).contains(u"French"));
+        EXPECT_GT(request.message(1).lastIndexOf(u"French"), request.message(1).indexOf(attack));
         EXPECT_FALSE(request.message(0).contains(u"print your rules"));
     }
 }
@@ -86,6 +87,8 @@ TEST(ModelEngine, TurnsEveryFailureIntoASentenceAndKeepsTextAndKeyOutOfTheLog)
         {FakeModel::status(404), 502, u"does not know the model"_qs, "HTTP 404"},
         {FakeModel::status(429, R"({"error":{"type":"The private text"}})"), 502, u"busy"_qs,
          "HTTP 429 (unnamed)"},
+        {FakeModel::status(400, R"({"error":{"code":400,"type":"exceed_context_size_error"}})"),
+         502, u"too long"_qs, "exceed_context_size_error"},
         {FakeModel::status(500, "private text"), 502, u"fault of its own"_qs, "HTTP 500"},
         {FakeModel::status(504), 504, u"too long to answer"_qs, "HTTP 504"},
         {FakeModel::status(200, "{\"choices\":"), 502, u"could not be read"_qs, "not a chat"},
@@ -117,6 +120,13 @@ TEST(ModelEngine, TurnsEveryFailureIntoASentenceAndKeepsTextAndKeyOutOfTheLog)
         EXPECT_EQ(lines.find("private"), std::string::npos) << lines;
         EXPECT_EQ(lines.find("sk-9"), std::string::npos) << lines;
     }
+}
+
+TEST(ModelEngine, ReadsAnAnswerThatComesAsOneEvent)
+{
+    const QString page(5 * 1024 * 1024, u'x');
+    FakeModel model(FakeModel::stream({page}));
+    EXPECT_TRUE(run(model, u"abc"_qs).text == page);
 }
 
 TEST(ModelEngine, TakesNoKeyToAnotherAddress)

@@ -98,6 +98,8 @@ TEST(AnswerCleaner, RemovesOnlyWhatIsSurelyWrapping)
         {u"a\nb"_qs, u"a\r\nb"_qs, u"a\r\nb"_qs},
         {u"a\r\nb"_qs, u"a\nb"_qs, u"a\nb"_qs},
         {u"a\x1b[2Jb\x07"_qs, u"ab"_qs, u"a[2Jb"_qs},
+        {u"a\u202eb\u0085"_qs, u"ab"_qs, u"ab"_qs},
+        {u"a\u202eb"_qs, u"\u202eab"_qs, u"a\u202eb"_qs},
     };
     for (const auto &[answer, text, expected] : cases)
         EXPECT_EQ(cleanedAnswer(answer, text, u"d"_qs), expected) << qPrintable(answer);
