@@ -26,7 +26,7 @@ void capitalise(const Word &word, const Document &document, EditList &edits)
 bool CapitalRule::isSpokenOpening(const QString &lower)
 {
     static const QSet<QString> openings = setOf(QStringLiteral(
-        "i my we you they he she this there hi hello hey dear thanks thank please sorry yes no "
+        "i my we you they he she it this there hi hello hey dear thanks thank please sorry yes no "
         "yeah "
         "what how why who can could would do did does is are was were have has let let's i'm i've "
         "i'll i'd it's that's there's don't what's we're you're they're he's she's today yesterday "
@@ -69,10 +69,12 @@ bool CapitalRule::isPronoun(const Document &document, int index) const
 bool CapitalRule::opensCarelessly(const Document &document, size_t number) const
 {
     constexpr int shortestSentence = 3;
+    // A rarer word may be the name of a thing: "index is the position".
+    constexpr int commonOpening = 10;
     const Sentence &sentence = document.sentences()[number];
     const Word &first = document.word(sentence.first);
     if (!sentence.english || first.letters != LetterCase::Lower || first.hyphenated ||
-        m_lexicon.level(first.lower) < 5)
+        m_lexicon.level(first.lower) < commonOpening)
         return false;
     const QStringView gap = document.gapBefore(sentence.first);
     if (!gap.isEmpty() && !gap.back().isSpace())

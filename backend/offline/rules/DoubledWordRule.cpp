@@ -1,5 +1,7 @@
 #include "backend/offline/rules/DoubledWordRule.h"
 
+#include <algorithm>
+
 namespace offline
 {
 
@@ -26,8 +28,17 @@ void DoubledWordRule::check(const Document &document, EditList &edits) const
         // Three in a row are emphasis or play.
         const bool third = (i > 1 && document.word(i - 2).lower == word.lower) ||
                            (i + 1 < count && document.word(i + 1).lower == word.lower);
-        if (!third)
+        if (third)
+            continue;
+        const QStringView gap = document.gapBefore(i);
+        const bool broken = std::any_of(gap.begin(), gap.end(), isLineBreak);
+        if (broken && before.joined) {
+            // The line break stays where it is.
+            const qsizetype start = document.word(i - 2).end();
+            edits.replace(start, before.end() - start, QString());
+        } else {
             edits.replace(before.end(), word.end() - before.end(), QString());
+        }
     }
 }
 

@@ -113,6 +113,14 @@ bool PatternRule::accepts(const Element &element, const Word &word) const
     return element.form ? verbIn(element, word).has_value() : element.words.contains(word.lower);
 }
 
+/// Not a part of a compound, a word that is spoken about, or a name: "Ms. Im".
+bool PatternRule::mayChange(const Document &document, int at) const
+{
+    const Word &word = document.word(at);
+    const bool name = word.letters == LetterCase::Capital && !document.isFirstOfSentence(at);
+    return !word.hyphenated && !name && !document.isMentioned(at);
+}
+
 bool PatternRule::matches(const Pattern &pattern, const Document &document, int at) const
 {
     const Sentence &sentence = document.sentenceOf(document.word(at));
@@ -136,7 +144,7 @@ bool PatternRule::matches(const Pattern &pattern, const Document &document, int 
         }
         if (!there || !accepts(elements[i], document.word(at)))
             return false;
-        if (elements[i].changes && document.word(at).hyphenated)
+        if (elements[i].changes && !mayChange(document, at))
             return false;
         start = false;
         ++at;

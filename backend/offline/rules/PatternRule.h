@@ -44,6 +44,7 @@ private:
     std::optional<QString> verbIn(const Element &element, const Word &word) const;
     QString baseOf(const Word &word) const;
     bool accepts(const Element &element, const Word &word) const;
+    bool mayChange(const Document &document, int at) const;
     bool matches(const Pattern &pattern, const Document &document, int at) const;
     void apply(const Pattern &pattern, const Document &document, int at, EditList &edits) const;
 

@@ -8,6 +8,9 @@ namespace offline
 namespace
 {
 
+/// How common a word is that opens a sentence: "end.Then", not "token.Escape".
+constexpr int sentenceOpening = 10;
+
 /// Whether wide gaps are this text's layout: columns or justified lines.
 bool hasWideLayout(const Document &document)
 {
@@ -20,6 +23,18 @@ bool hasWideLayout(const Document &document)
         wide += gap == u"  " ? 1 : 0;
     }
     return wide > 2 + count / 25;
+}
+
+/// Whether the line around `position` separates fields with commas, as tables do.
+bool isDataLine(const QString &text, qsizetype position)
+{
+    constexpr int fields = 3;
+    int tight = 0;
+    for (qsizetype i = position; i > 0 && !isLineBreak(text.at(i - 1)); --i)
+        tight += text.at(i - 1) == u',' && !text.at(i).isSpace() ? 1 : 0;
+    for (qsizetype i = position + 1; i < text.size() && !isLineBreak(text.at(i)); ++i)
+        tight += text.at(i - 1) == u',' && !text.at(i).isSpace() ? 1 : 0;
+    return tight >= fields;
 }
 
 } // namespace
@@ -55,7 +70,8 @@ QString SpacingRule::corrected(QStringView gap, const Word &before, const Word &
     if (gap == u"," && words && after.length > 1 && !after.hyphenated)
         return QStringLiteral(", ");
     if (gap.size() == 1 && QStringView(u".!?").contains(gap[0]) && words &&
-        before.letters != LetterCase::Upper && after.letters == LetterCase::Capital)
+        before.letters != LetterCase::Upper && after.letters == LetterCase::Capital &&
+        m_lexicon.level(after.lower) >= sentenceOpening)
         return same + u' ';
     return same;
 }
@@ -79,7 +95,8 @@ void SpacingRule::check(const Document &document, EditList &edits) const
         QString right = corrected(gap, before, after, last);
         if (!wideLayout && !last && gap == u"  ")
             right = QStringLiteral(" ");
-        if (right != gap)
+        const bool field = gap == u"," && right != gap && isDataLine(document.text(), before.end());
+        if (right != gap && !field)
             edits.replace(before.end(), gap.size(), right);
     }
 }

@@ -17,17 +17,6 @@ bool SpellingRule::isCandidate(const Document &document, int index) const
     return word.letters == LetterCase::Lower;
 }
 
-/// Whether the word stands alone in quotation marks or brackets: it is spoken
-/// about, or is foreign.
-bool SpellingRule::isMentioned(const Document &document, int index) const
-{
-    static constexpr QStringView opening = u"\"'([*_<\u201c\u2018\u00ab\u2039";
-    const QStringView before = document.gapBefore(index);
-    const QStringView after = document.gapBefore(index + 1);
-    return !before.isEmpty() && !after.isEmpty() && opening.contains(before.back()) &&
-           !after.front().isSpace() && !QStringView(u".,;:!?").contains(after.front());
-}
-
 void SpellingRule::check(const Document &document, EditList &edits) const
 {
     const int count = int(document.words().size());
@@ -37,7 +26,7 @@ void SpellingRule::check(const Document &document, EditList &edits) const
 
     QHash<QString, QString> corrections;
     for (int i = 0; i < count; ++i) {
-        if (!isCandidate(document, i) || isMentioned(document, i))
+        if (!isCandidate(document, i) || document.isMentioned(i))
             continue;
         const Word &word = document.word(i);
         auto correction = corrections.constFind(word.lower);

@@ -21,7 +21,6 @@ public:
 
 private:
     bool isCandidate(const Document &document, int index) const;
-    bool isMentioned(const Document &document, int index) const;
 
     const Lexicon &m_lexicon;
 };

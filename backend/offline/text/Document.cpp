@@ -55,6 +55,15 @@ QStringView Document::gapBefore(int index) const
     return QStringView(m_text).mid(from, to - from);
 }
 
+bool Document::isMentioned(int index) const
+{
+    static constexpr QStringView opening = u"\"'([*_<\u201c\u2018\u00ab\u2039";
+    const QStringView before = gapBefore(index);
+    const QStringView after = gapBefore(index + 1);
+    return !before.isEmpty() && !after.isEmpty() && opening.contains(before.back()) &&
+           !after.front().isSpace() && !QStringView(u".,;:!?").contains(after.front());
+}
+
 void Document::findWords()
 {
     const auto isLetter = [this](qsizetype i) {

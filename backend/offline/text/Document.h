@@ -58,6 +58,10 @@ public:
     bool isEnglish(const Word &word) const { return sentenceOf(word).english; }
     bool isFirstOfSentence(int index) const { return sentenceOf(word(index)).first == index; }
 
+    /// Whether the word stands alone in quotation marks or brackets: it is spoken
+    /// about, or is foreign.
+    bool isMentioned(int index) const;
+
     /// The characters between two neighbouring words (or the text's edges: index
     /// 0 is before the first word).
     QStringView gapBefore(int index) const;

@@ -38,18 +38,30 @@ public:
 private:
     void scanLine(qsizetype start, qsizetype end)
     {
-        const QStringView line = m_text.mid(start, end - start).trimmed();
+        const QStringView whole = m_text.mid(start, end - start);
+        const QStringView line = whole.trimmed();
+        const bool sample = m_sampleMayFollow && whole.startsWith(u"    ") && !isListItem(line);
+        if (!line.isEmpty())
+            m_sampleMayFollow = sample || line.endsWith(u':') || line.startsWith(u"$ ");
         const bool fence = line.startsWith(u"```") || line.startsWith(u"~~~");
         if (m_fence.isNull() && fence) {
             m_fence = line.front();
         } else if (!m_fence.isNull()) {
             if (fence && line.front() == m_fence)
                 m_fence = QChar();
-        } else if (!looksLikeCode(line)) {
+        } else if (!sample && !looksLikeCode(line)) {
             scanProse(start, end);
             return;
         }
         protect(start, end);
+    }
+
+    static bool isListItem(QStringView line)
+    {
+        if (line.isEmpty() || QStringView(u"-*+\u2022").contains(line.front()))
+            return !line.isEmpty();
+        const QStringView after = line.mid(1, 1);
+        return line.front().isLetterOrNumber() && (after == u")" || after == u".");
     }
 
     static bool looksLikeCode(QStringView line)
@@ -186,7 +198,8 @@ private:
 
     QStringView m_text;
     std::vector<Span> m_spans;
-    QChar m_fence; // the character of the fence that is open
+    QChar m_fence;                  // the character of the fence that is open
+    bool m_sampleMayFollow = false; // an indented line belongs to what was announced
 };
 
 } // namespace

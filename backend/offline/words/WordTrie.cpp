@@ -181,7 +181,7 @@ std::optional<QString> WordTrie::correction(QStringView misspelling) const
         search.word[search.length++] = char(c.unicode());
     }
     // Short words have many neighbours: there only the commonest slips count.
-    search.limit = search.length <= 4   ? swapped
+    search.limit = search.length <= 5   ? swapped
                    : search.length <= 6 ? silentLetter
                    : search.length <= 9 ? 2 * vowelForVowel
                                         : arbitrary + silentLetter;
