@@ -54,13 +54,17 @@ QString Emojifier::emojiFor(const Document &document, const Sentence &sentence) 
     static const QSet<QString> negations = {QStringLiteral("not"),   QStringLiteral("no"),
                                             QStringLiteral("never"), QStringLiteral("nobody"),
                                             QStringLiteral("none"),  QStringLiteral("without")};
+    static const QSet<QString> feasts = {QStringLiteral("christmas"), QStringLiteral("halloween")};
     QString emoji;
     qsizetype longest = 0; // of two words the longer one says more
     for (int i = sentence.first; i < sentence.end; ++i) {
         const Word &word = document.word(i);
         if (negations.contains(word.lower) || word.lower.endsWith(u"n't"))
             return {};
-        if (word.lower.size() <= longest || word.hyphenated)
+        // "Rose", "the Party": a name
+        const bool name = word.letters == LetterCase::Capital && word.joined;
+        if (word.lower.size() <= longest || word.hyphenated ||
+            (name && !feasts.contains(word.lower)))
             continue;
         auto found = m_emoji.constFind(word.lower);
         if (found == m_emoji.constEnd() && word.lower.endsWith(u's'))

@@ -4,6 +4,7 @@
 #include "backend/offline/GrammarChecker.h"
 #include "backend/offline/Translator.h"
 #include "backend/offline/rules/PhraseRule.h"
+#include "backend/offline/text/Letters.h"
 
 #include <QHash>
 
@@ -124,6 +125,13 @@ OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text)
     static const QHash<QString, QString> beyondRules = {
         {QStringLiteral("expand"), QStringLiteral("Expanding a text")},
         {QStringLiteral("reply-msg-copy"), QStringLiteral("Writing a reply")},
+        {QStringLiteral("friendly"), QStringLiteral("A friendly tone")},
+        {QStringLiteral("happy"), QStringLiteral("A happy tone")},
+        {QStringLiteral("confident"), QStringLiteral("A confident tone")},
+        {QStringLiteral("romantic"), QStringLiteral("A romantic tone")},
+        {QStringLiteral("sarcastic"), QStringLiteral("A sarcastic tone")},
+        {QStringLiteral("witty"), QStringLiteral("A witty tone")},
+        {QStringLiteral("flirty"), QStringLiteral("A flirty tone")},
     };
 
     const bool translation = Translator::offers(command);
@@ -131,7 +139,10 @@ OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text)
     const bool rewriting = rephrasing != rephrasings.constEnd() || command == u"check-grammar" ||
                            command == u"emojify";
     if (!translation && !rewriting) {
-        return needsModel(beyondRules.value(command, QStringLiteral("“%1”").arg(command.left(40))));
+        // What is left are languages.
+        const QString language =
+            QStringLiteral("Translating into ") + capitalised(command.left(40));
+        return needsModel(beyondRules.value(command, language));
     }
     if (text.isEmpty())
         return {true, QString()};

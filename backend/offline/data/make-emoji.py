@@ -35,6 +35,7 @@ closet coat cow custard envelope ewe goat hamsa horse hospital house houses kaab
 pig pilot pushpin ribbon rial rosette salt sari sick sled snake stadium tractor troll trackball
 videocassette wastebasket yarn moai mermaid merman merperson artist bear beans bathtub beaver
 pager printer goblin ogre octopus dodo desert home bikini plunger herb egg fish chicken duck frog fox shrimp squid
+rose sake dove mammoth coral olive lotus jar bookmark ice seedling llama
 """.split())
 
 CHOSEN = {
@@ -42,14 +43,14 @@ CHOSEN = {
     "congratulations": "🎉", "christmas": "🎄", "halloween": "🎃", "gift": "🎁",
     "love": "❤️", "happy": "😄", "smile": "😄", "laugh": "😂", "joy": "😂", "sad": "😢",
     "cry": "😢", "angry": "😠", "tired": "😫", "sleep": "😴", "team": "🤝",
-    "hug": "🤗", "thanks": "🙏", "applause": "👏", "idea": "💡", "heart": "❤️",
+    "hug": "🤗", "thanks": "🙏", "applause": "👏", "idea": "💡",
     "email": "📧", "phone": "📞", "coffee": "☕",
     "tea": "🍵", "beer": "🍺", "wine": "🍷", "cake": "🍰", "cat": "🐈", "dog": "🐕",
     "rain": "🌧️", "snow": "❄️", "delicious": "😋", "excited": "🤩", "proud": "😊", "hello": "👋",
     "goodbye": "👋", "amazing": "🤩", "funny": "😂", "surprised": "😮", "worried": "😟",
     "music": "🎵", "movie": "🎬", "camera": "📷", "money": "💰",
     "airplane": "✈️", "beach": "🏖️", "camping": "🏕️", "computer": "💻", "calendar": "📅",
-    "muscle": "💪", "strong": "💪", "win": "🏆", "luck": "🍀", "fire": "🔥",
+    "muscle": "💪", "strong": "💪", "win": "🏆", "luck": "🍀",
     "school": "🏫", "flower": "💐", "wedding": "💒", "night": "🌃",
 }
 

@@ -51,6 +51,49 @@ bool isInversion(const Document &document, int at)
                               before == u"where" || before == u"who";
 }
 
+/// Whether a verb here is a participle: "was soon prohibited", "they've come to".
+bool followsAuxiliary(const Document &document, int at)
+{
+    static const QSet<QString> auxiliaries = {
+        QStringLiteral("have"), QStringLiteral("has"),  QStringLiteral("had"),
+        QStringLiteral("be"),   QStringLiteral("been"), QStringLiteral("being"),
+        QStringLiteral("is"),   QStringLiteral("are"),  QStringLiteral("was"),
+        QStringLiteral("were"), QStringLiteral("get"),  QStringLiteral("having")};
+    const int first = document.sentenceOf(document.word(at)).first;
+    for (int i = at - 1; i >= std::max(first, at - 2) && document.word(i + 1).joined; --i) {
+        QString word = document.word(i).lower;
+        if (word.endsWith(u"n't"))
+            word.chop(3);
+        if (auxiliaries.contains(word) || word.endsWith(u"'ve"))
+            return true;
+    }
+    return false;
+}
+
+/// Whether a "not" stands shortly before.
+bool isDenied(const Document &document, int at)
+{
+    constexpr int near = 4;
+    const int first = document.sentenceOf(document.word(at)).first;
+    for (int i = at - 1; i >= std::max(first, at - near) && document.word(i + 1).joined; --i) {
+        const QString &word = document.word(i).lower;
+        if (word == u"not" || word == u"never" || word.endsWith(u"n't"))
+            return true;
+    }
+    return false;
+}
+
+/// The white space inside the phrase that breaks a line, if any.
+QString lineBreakWithin(const Document &document, int at, int after)
+{
+    for (int i = at + 1; i < after; ++i) {
+        const QStringView gap = document.gapBefore(i);
+        if (std::any_of(gap.begin(), gap.end(), isLineBreak))
+            return gap.toString();
+    }
+    return {};
+}
+
 /// "a number of them" is "several of them", "a number of cars" only "several".
 bool keepsOf(const QString &replacement, const QString &next)
 {
@@ -71,27 +114,23 @@ bool keepsOf(const QString &replacement, const QString &next)
 } // namespace
 
 PhraseRule::PhraseRule(QStringView table, Rows rows, const Verbs &verbs)
+    : m_verbs(verbs)
 {
     for (const QList<QString> &row : resourceTable(table)) {
         if (rows == Rows::Safe && row.value(2) != u"safe")
             continue;
         const QString &phrase = row.at(0);
         const QString replacement = row.value(1);
-        if (phrase.contains(verbMark)) {
-            for (int form = 0; form < 5; ++form) {
-                const auto verb = [&](const QString &base) {
-                    return verbs.form(base, VerbForm(form));
-                };
-                add(inflected(phrase, verbMark, verb), inflected(replacement, verbMark, verb));
-            }
-        } else if (phrase.contains(nounMark)) {
-            const auto singular = [](const QString &noun) { return noun; };
-            add(inflected(phrase, nounMark, singular), inflected(replacement, nounMark, singular));
-            add(inflected(phrase, nounMark, regularPlural),
-                inflected(replacement, nounMark, regularPlural));
-        } else {
-            add(phrase, replacement);
+        const QStringList words = phrase.split(u' ');
+        const auto choice = std::find_if(words.begin(), words.end(),
+                                         [](const QString &word) { return word.contains(u'|'); });
+        if (choice == words.end()) {
+            addRow(phrase, replacement);
+            continue;
         }
+        for (const QString &word : choice->split(u'|'))
+            addRow(QString(phrase).replace(*choice, word),
+                   QString(replacement).replace(u'*', word));
     }
     for (auto &phrases : m_byFirstWord) {
         std::stable_sort(phrases.begin(), phrases.end(), [](const Phrase &a, const Phrase &b) {
@@ -100,7 +139,27 @@ PhraseRule::PhraseRule(QStringView table, Rows rows, const Verbs &verbs)
     }
 }
 
-void PhraseRule::add(const QString &phrase, const QString &replacement)
+void PhraseRule::addRow(const QString &phrase, const QString &replacement)
+{
+    if (phrase.contains(verbMark)) {
+        for (int form = 0; form < 5; ++form) {
+            const auto verb = [&](const QString &base) {
+                return m_verbs.form(base, VerbForm(form));
+            };
+            add(inflected(phrase, verbMark, verb), inflected(replacement, verbMark, verb),
+                VerbForm(form));
+        }
+    } else if (phrase.contains(nounMark)) {
+        const auto singular = [](const QString &noun) { return noun; };
+        add(inflected(phrase, nounMark, singular), inflected(replacement, nounMark, singular));
+        add(inflected(phrase, nounMark, regularPlural),
+            inflected(replacement, nounMark, regularPlural));
+    } else {
+        add(phrase, replacement);
+    }
+}
+
+void PhraseRule::add(const QString &phrase, const QString &replacement, VerbForm form)
 {
     Phrase entry;
     entry.words = phrase.split(u' ');
@@ -109,7 +168,46 @@ void PhraseRule::add(const QString &phrase, const QString &replacement)
         entry.opensSentence = true;
         entry.words.removeFirst();
     }
-    m_byFirstWord[entry.words.first()].push_back(entry);
+    std::vector<Phrase> &phrases = m_byFirstWord[entry.words.first()];
+    if (form == VerbForm::Participle) {
+        // "prohibited" is a past form too, "come" a base form
+        const auto same = std::find_if(phrases.begin(), phrases.end(), [&](const Phrase &other) {
+            return other.words == entry.words;
+        });
+        if (same != phrases.end()) {
+            same->participle = replacement;
+            return;
+        }
+    }
+    phrases.push_back(entry);
+}
+
+/// Whether the phrase means here what the table takes it for.
+bool PhraseRule::mayChange(const Phrase &phrase, const Document &document, int at) const
+{
+    const Word &first = document.word(at);
+    const int after = at + int(phrase.words.size());
+    if (phrase.words.size() == 1) {
+        // "it's taken" is "it has taken", "it's called" is "it is called"
+        const bool participle = first.lower.endsWith(u"'s") &&
+                                after < document.sentenceOf(first).end &&
+                                (document.word(after).lower.endsWith(u"ed") ||
+                                 m_verbs.baseOf(document.word(after).lower, VerbForm::Participle));
+        return !participle && !isInversion(document, at) && !document.isMentioned(at);
+    }
+    if (document.isFirstOfSentence(at))
+        return true;
+    // "not a very good one" is not "not an excellent one"
+    const bool degree =
+        first.lower == u"very" || first.lower == u"really" || first.lower == u"pretty";
+    if (degree && isDenied(document, at))
+        return false;
+    // "the New Innovation Centre"
+    for (int i = at; i < after; ++i) {
+        if (document.word(i).letters != LetterCase::Capital)
+            return true;
+    }
+    return !first.joined;
 }
 
 bool PhraseRule::matches(const Phrase &phrase, const Document &document, int at) const
@@ -126,7 +224,7 @@ bool PhraseRule::matches(const Phrase &phrase, const Document &document, int at)
             word.letters == LetterCase::Mixed || word.letters == LetterCase::Upper)
             return false;
     }
-    return phrase.words.size() > 1 || !isInversion(document, at);
+    return mayChange(phrase, document, at);
 }
 
 void PhraseRule::apply(const Phrase &phrase, const Document &document, int at,
@@ -137,9 +235,14 @@ void PhraseRule::apply(const Phrase &phrase, const Document &document, int at,
     const int after = at + int(phrase.words.size());
     const Word &last = document.word(after - 1);
     const bool sentenceGoesOn = after < document.sentenceOf(first).end;
+    // A line break moves behind the phrase, or the phrase stays.
+    const QString lineBreak = lineBreakWithin(document, at, after);
+    if (!lineBreak.isEmpty() && (phrase.replacement.isEmpty() || document.gapBefore(after) != u" "))
+        return;
 
     if (!phrase.replacement.isEmpty()) {
-        QString replacement = phrase.replacement;
+        const bool participle = !phrase.participle.isEmpty() && followsAuxiliary(document, at);
+        QString replacement = participle ? phrase.participle : phrase.replacement;
         if (sentenceGoesOn && phrase.words.last() == u"of" &&
             keepsOf(replacement, document.word(after).lower))
             replacement += QStringLiteral(" of");
@@ -150,8 +253,10 @@ void PhraseRule::apply(const Phrase &phrase, const Document &document, int at,
                                   : true);
         if (capital)
             replacement = capitalised(replacement);
-        if (text.mid(first.start, last.end() - first.start) != replacement)
-            edits.replace(first.start, last.end() - first.start, replacement);
+        const qsizetype length = last.end() - first.start + (lineBreak.isEmpty() ? 0 : 1);
+        replacement += lineBreak;
+        if (text.mid(first.start, length) != replacement)
+            edits.replace(first.start, length, replacement);
         return;
     }
 

@@ -20,6 +20,7 @@ public:
     enum class Rows { All, Safe };
 
     /// Reads the table of that name; `Safe` takes only the rows so marked.
+    /// `verbs` must outlive the rule.
     PhraseRule(QStringView table, Rows rows, const Verbs &verbs);
 
     void check(const Document &document, EditList &edits) const override;
@@ -28,13 +29,17 @@ private:
     struct Phrase {
         QStringList words;
         QString replacement; ///< empty: the phrase goes
+        QString participle;  ///< instead, after "have" or "be", where that differs
         bool opensSentence = false;
     };
 
-    void add(const QString &phrase, const QString &replacement);
+    void addRow(const QString &phrase, const QString &replacement);
+    void add(const QString &phrase, const QString &replacement, VerbForm form = VerbForm::Base);
+    bool mayChange(const Phrase &phrase, const Document &document, int at) const;
     bool matches(const Phrase &phrase, const Document &document, int at) const;
     void apply(const Phrase &phrase, const Document &document, int at, EditList &edits) const;
 
+    const Verbs &m_verbs;
     QHash<QString, std::vector<Phrase>> m_byFirstWord;
 };
 
