@@ -1,5 +1,7 @@
 #include "backend/offline/Translator.h"
 
+#include "backend/offline/text/ProtectedSpans.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QStandardPaths>
@@ -61,6 +63,54 @@ const QHash<QString, QString> &packageOfMode()
     }();
     return packages;
 }
+
+/// A text whose links, addresses and code are replaced by made-up names, which
+/// Apertium takes over as they are: of "example.com/a" it would translate the "a".
+class Masked
+{
+public:
+    explicit Masked(const QString &text)
+    {
+        while (text.contains(m_prefix))
+            m_prefix += u'q';
+        qsizetype done = 0;
+        for (const Span &span : protectedSpans(text)) {
+            m_text += QStringView(text).mid(done, span.start - done);
+            m_text += name(m_parts.size());
+            m_parts.append(text.mid(span.start, span.length));
+            done = span.end();
+        }
+        m_text += QStringView(text).mid(done);
+    }
+
+    const QString &text() const { return m_text; }
+
+    /// The translation with the parts back in their places; nothing when a name
+    /// did not come back once.
+    std::optional<QString> unmasked(QString translation) const
+    {
+        for (qsizetype i = m_parts.size() - 1; i >= 0; --i) {
+            if (translation.count(name(i)) != 1)
+                return std::nullopt;
+            translation.replace(name(i), m_parts.at(i));
+        }
+        return translation;
+    }
+
+private:
+    /// All of one length, so that none is the beginning of another.
+    QString name(qsizetype index) const
+    {
+        QString letters;
+        for (int place = 0; place < 4; ++place, index /= 26)
+            letters += QChar(u'a' + char16_t(index % 26));
+        return m_prefix + letters;
+    }
+
+    QString m_prefix = QStringLiteral("Xqz");
+    QString m_text;
+    QStringList m_parts;
+};
 
 QString displayName(const QString &language)
 {
@@ -170,14 +220,17 @@ Translator::Result Translator::translate(const QString &text, const QString &lan
                     .arg(displayName(from), displayName(language),
                          missing.join(QStringLiteral(" and ")))};
     }
-    QString result = text;
+    const Masked masked(text);
+    std::optional<QString> result = masked.text();
     for (const QString &step : steps) {
-        const std::optional<QString> translated = run(step, result);
-        if (!translated)
-            return {false, QStringLiteral("Apertium did not finish the translation.")};
-        result = *translated;
+        if (result)
+            result = run(step, *result);
     }
-    return {true, result};
+    if (result)
+        result = masked.unmasked(*result);
+    if (!result)
+        return {false, QStringLiteral("Apertium did not finish the translation.")};
+    return {true, *result};
 }
 
 } // namespace offline

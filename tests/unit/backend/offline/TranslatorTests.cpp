@@ -20,7 +20,7 @@ public:
         for (const char *mode : modes)
             write(QStringLiteral("modes/") + QString::fromUtf8(mode) + QStringLiteral(".mode"), {});
         write(QStringLiteral("apertium"),
-              "#!/bin/sh\necho \"$*\" >> \"$(dirname \"$0\")/arguments\"\nsed \"s/^/$2:/\"\n" +
+              "#!/bin/sh\necho \"$*\" >> \"$(dirname \"$0\")/arguments\"\nsed \"s/^/$2:/\"" +
                   QByteArray(ending) + '\n');
         QFile::setPermissions(paths().apertium, QFile::ReadOwner | QFile::ExeOwner);
     }
@@ -77,6 +77,19 @@ TEST(Translate, GoesThroughAnotherLanguageWhereItMust)
     EXPECT_EQ(apertium.arguments(), "-u fra-cat\n-u cat-eng\n");
 }
 
+TEST(Translate, KeepsLinksAddressesAndCode)
+{
+    const FakeApertium apertium({"eng-spa"}, " | sed 's/com/comment/g; s/see/ver/g'");
+    EXPECT_EQ(translated(apertium, "spanish",
+                         "You see the welcome at https://example.com/see?x=1, and\n"
+                         "`see.com` too: write to see@example.com.")
+                  .text.toStdString(),
+              "eng-spa:You ver the welcommente at https://example.com/see?x=1, and\n"
+              "eng-spa:`see.com` too: write to see@example.com.");
+    const FakeApertium careless({"eng-spa"}, " | sed 's/Xqz/xq/'");
+    EXPECT_FALSE(translated(careless, "spanish", "You see it at https://example.com.").supported);
+}
+
 TEST(Translate, NamesWhatIsMissing)
 {
     const FakeApertium some({"fra-cat"});
@@ -94,7 +107,7 @@ TEST(Translate, NamesWhatIsMissing)
     EXPECT_FALSE(program.supported);
     EXPECT_TRUE(program.text.endsWith(u"install the package apertium."));
 
-    const FakeApertium failing({"fra-cat", "cat-eng"}, "exit 3");
+    const FakeApertium failing({"fra-cat", "cat-eng"}, "\nexit 3");
     EXPECT_FALSE(translated(failing, "english", french).supported);
 }
 
@@ -115,6 +128,8 @@ TEST(Translate, TellsTheLanguagesApart)
         {"Я хотел бы купить дом у моря.", nullptr},
         {"我想在海边买房子。", nullptr},
         {"12345 !?", nullptr},
+        {"La riunione è lunedì alle dieci.", "ita-cat"},
+        {"A reunião é na segunda-feira às dez.", "por-cat"},
     };
     for (const auto &item : cases) {
         const FakeApertium apertium({"eng-cat", "spa-cat", "por-cat", "ita-cat", "fra-cat"});
@@ -127,6 +142,8 @@ TEST(Translate, TellsTheLanguagesApart)
     const FakeApertium apertium({"cat-spa"});
     const char *catalan = "M'agradaria comprar una casa a prop del mar, però és massa cara.";
     EXPECT_EQ(translated(apertium, "catalan", catalan).text.toStdString(), catalan);
+    const char *brief = "La reunió és dilluns a les deu.\nSi us plau, porta l'informe.";
+    EXPECT_EQ(translated(apertium, "catalan", brief).text.toStdString(), brief);
     EXPECT_EQ(apertium.arguments(), "");
 }
 
