@@ -49,7 +49,9 @@ Options readOptions(const QCoreApplication &application)
         QStringLiteral("address"));
     const QCommandLineOption portOption(
         QStringLiteral("port"),
-        QStringLiteral("Listen on this port; 0 takes a free one. Usually %1.").arg(usualPort),
+        QStringLiteral(
+            "Listen on this port; 0 takes a free one. Usually %1, with --child a free one.")
+            .arg(usualPort),
         QStringLiteral("number"));
     const QCommandLineOption hostOption(
         QStringLiteral("host-name"),
@@ -69,16 +71,15 @@ Options readOptions(const QCoreApplication &application)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral(
-            "The writing backend of Quillet: answers GET /generate?command=…&text=… with the "
+            "The writing backend of Quillet: answers GET /generate?command=…&text=… with the\n"
             "rewritten text.\n\n"
-            "It works offline, or with a language model that has a chat completions interface. The "
-            "model is set in\n%1, section [model], or by the variables\n"
+            "It works offline, or with a language model that has a chat completions interface.\n"
+            "The model is set in %1, section [model], or by\n"
             "QUILLET_MODEL_URL, QUILLET_MODEL_NAME, QUILLET_MODEL_KEY, QUILLET_MODEL_TEMPERATURE,\n"
             "QUILLET_MODEL_TIMEOUT, QUILLET_MODEL_WINDOW and QUILLET_FIND_OLLAMA; see "
             "quillet-backend(1).\n\n"
-            "Quillet starts this program by itself. QUILLET_BACKEND_SECRET, if set, is the "
-            "password "
-            "that clients must give for the user \"quillet\".")
+            "Quillet starts this program by itself. QUILLET_BACKEND_SECRET, if set, is the\n"
+            "password that clients must give for the user \"quillet\".")
             .arg(ConfigurationFile::defaultPath()));
     parser.addHelpOption();
     parser.addVersionOption();
