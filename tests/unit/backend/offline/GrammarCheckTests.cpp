@@ -1,25 +1,9 @@
-#include "backend/offline/OfflineEngine.h"
+#include "TestData.h"
 
-#include <QFile>
 #include <QStringList>
-
-#include <gtest/gtest.h>
 
 namespace
 {
-
-QString file(const char *name)
-{
-    QFile data(QString::fromUtf8(OFFLINE_TEST_DATA) + u'/' + QString::fromUtf8(name));
-    EXPECT_TRUE(data.open(QIODevice::ReadOnly)) << name;
-    return QString::fromUtf8(data.readAll());
-}
-
-const OfflineEngine &engine()
-{
-    static const OfflineEngine shared;
-    return shared;
-}
 
 QString checked(const QString &text)
 {
@@ -36,7 +20,7 @@ std::string utf8(const QString &text)
 TEST(GrammarCheck, CorrectsMistakes)
 {
     int cases = 0;
-    for (const QString &line : file("mistakes.tsv").split(u'\n')) {
+    for (const QString &line : testData("mistakes.tsv").split(u'\n')) {
         if (line.isEmpty() || line.startsWith(u'#'))
             continue;
         const QStringList columns = line.split(u'\t');
@@ -50,7 +34,7 @@ TEST(GrammarCheck, CorrectsMistakes)
 
 TEST(GrammarCheck, LeavesCorrectTextAlone)
 {
-    const QString all = file("correct.txt");
+    const QString all = testData("correct.txt");
     EXPECT_TRUE(checked(all) == all);
     for (const QString &paragraph : all.split(QStringLiteral("\n\n")))
         EXPECT_EQ(utf8(checked(paragraph)), utf8(paragraph));
@@ -65,6 +49,8 @@ TEST(GrammarCheck, KeepsEveryUnitOfLayout)
         EXPECT_EQ(checked(text), text);
     EXPECT_EQ(utf8(checked(QStringLiteral("\tWe recieve it.\r\n\r\n  It isnt here.\r\n"))),
               "\tWe receive it.\r\n\r\n  It isn't here.\r\n");
+    EXPECT_EQ(utf8(checked(QStringLiteral("We saw the\nthe end of of\r\nit."))),
+              "We saw\nthe end of\r\nit.");
 }
 
 TEST(GrammarCheck, SurvivesAnyInput)

@@ -1,33 +1,17 @@
-#include "backend/offline/OfflineEngine.h"
+#include "TestData.h"
 
-#include <QFile>
 #include <QStringList>
 
 #include <thread>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 namespace
 {
-
-QString file(const char *name)
-{
-    QFile data(QString::fromUtf8(OFFLINE_TEST_DATA) + u'/' + QString::fromUtf8(name));
-    EXPECT_TRUE(data.open(QIODevice::ReadOnly)) << name;
-    return QString::fromUtf8(data.readAll());
-}
-
-const OfflineEngine &engine()
-{
-    static const OfflineEngine shared;
-    return shared;
-}
 
 TEST(Rewrite, ReplacesPhrasesInFormAndCase)
 {
     int cases = 0;
-    for (const QString &line : file("rewrites.tsv").split(u'\n')) {
+    for (const QString &line : testData("rewrites.tsv").split(u'\n')) {
         const QStringList columns = line.split(u'\t');
         if (line.startsWith(u'#') || columns.size() != 3)
             continue;
@@ -55,6 +39,14 @@ TEST(Rewrite, LeavesWhatIsNotEnglishProse)
         EXPECT_TRUE(answer.supported);
         EXPECT_EQ(answer.text.toStdString(), text.toStdString()) << command;
     }
+}
+
+TEST(Rewrite, KeepsTheLinesOfAPhrase)
+{
+    const OfflineAnswer answer =
+        engine().answer(QStringLiteral("concise"),
+                        QStringLiteral("We did it in order\nto win, due to the\nfact that, well."));
+    EXPECT_EQ(answer.text.toStdString(), "We did it to\nwin, due to the\nfact that, well.");
 }
 
 TEST(Rewrite, SaysWhatNeedsAModel)
