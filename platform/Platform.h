@@ -23,6 +23,9 @@ public:
     virtual Installation &installation() = 0;
 };
 
+/// Sets what holds for the whole process. Call it first in main(), before any other thread exists.
+void prepareProcess();
+
 /// The adapter of the system that this program was built for.
 std::unique_ptr<Platform> createPlatform();
 

@@ -7,7 +7,6 @@
 #include "quillet/focus/AccessibilityObserver.h"
 #include "quillet/popup/BackendService.h"
 #include "quillet/shell/InstallGuard.h"
-#include "quillet/window/Fonts.h"
 #include "quillet/window/HomeView.h"
 #include "quillet/window/OnboardingWizardView.h"
 
@@ -21,7 +20,6 @@ Application::Application(const QByteArray &startupId, bool showWizard)
     : m_platform(platform::createPlatform())
     , m_notice(m_platform->workspace())
 {
-    registerFonts();
     if (showWizard)
         m_defaults.remove(QStringLiteral("onboardingSeen"));
     m_app = std::make_unique<QuilletApp>(QuilletApp::Parts{

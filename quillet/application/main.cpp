@@ -1,4 +1,5 @@
 #include "BuildConstants.h"
+#include "platform/Platform.h"
 #include "quillet/application/Application.h"
 #include "quillet/shell/SingleInstance.h"
 
@@ -44,6 +45,7 @@ bool parseCommandLine()
 
 int main(int argc, char **argv)
 {
+    platform::prepareProcess();
     const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
     QCoreApplication::setOrganizationName(QStringLiteral("quillet"));
     QCoreApplication::setApplicationName(QStringLiteral("quillet"));

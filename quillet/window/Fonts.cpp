@@ -2,62 +2,55 @@
 
 #include <QFontDatabase>
 #include <QHash>
+#include <QResource>
+
+#include <optional>
 
 namespace
 {
 
-struct Face {
-    QString family;
-    QFont::Weight weight = QFont::Normal;
-};
-
-/// The faces by PostScript name, each with the family that its file was registered under.
-QHash<QString, Face> registeredFaces()
+/// The weight of a face that the program carries, by PostScript name.
+std::optional<QFont::Weight> weightOf(const QString &name)
 {
-    struct File {
-        const char16_t *name;
-        QFont::Weight weight;
-    };
-    static constexpr File files[] = {
-        {u"Manrope-Regular", QFont::Normal},
-        {u"Manrope-SemiBold", QFont::DemiBold},
-        {u"Manrope-Bold", QFont::Bold},
-    };
-    QHash<QString, Face> faces;
-    for (const File &file : files) {
-        const QString name = QString::fromUtf16(file.name);
-        const QString path = QStringLiteral(":/fonts/%1.ttf").arg(name);
-        const QStringList families =
-            QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFont(path));
-        if (families.isEmpty())
-            qWarning("The font %s could not be registered.", qUtf8Printable(name));
-        else
-            faces.insert(name, {families.first(), file.weight});
-    }
-    return faces;
+    if (name == QLatin1StringView("Manrope-Regular"))
+        return QFont::Normal;
+    if (name == QLatin1StringView("Manrope-SemiBold"))
+        return QFont::DemiBold;
+    if (name == QLatin1StringView("Manrope-Bold"))
+        return QFont::Bold;
+    return std::nullopt;
 }
 
-const QHash<QString, Face> &faces()
+/// Registers a face that the program carries and gives its family; empty when that fails.
+QString registerFace(const QString &name)
 {
-    static const QHash<QString, Face> registered = registeredFaces();
-    return registered;
+    // Stored without compression: the font database uses the file where it lies in the program.
+    const QByteArray file = QResource(QStringLiteral(":/fonts/%1.ttf").arg(name)).uncompressedData();
+    const QStringList families =
+        QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFontFromData(file));
+    if (families.isEmpty())
+        qWarning("The font %s could not be registered.", qUtf8Printable(name));
+    return families.value(0);
+}
+
+QString familyOf(const QString &name)
+{
+    static QHash<QString, QString> families;
+    const auto known = families.constFind(name);
+    return known != families.constEnd() ? *known : *families.insert(name, registerFace(name));
 }
 
 } // namespace
 
-void registerFonts()
-{
-    faces();
-}
-
 QFont customFont(const QString &name, int pointSize)
 {
-    const auto face = faces().constFind(name);
-    if (face == faces().constEnd())
+    const auto weight = weightOf(name);
+    const QString family = weight ? familyOf(name) : QString();
+    if (family.isEmpty())
         return systemFont(pointSize);
-    QFont font(face->family);
+    QFont font(family);
     font.setPixelSize(pointSize);
-    font.setWeight(face->weight);
+    font.setWeight(*weight);
     return font;
 }
 

@@ -3,13 +3,9 @@
 #include <QFont>
 #include <QString>
 
-/// Makes the font files that the program carries known to the font database. Call it at start,
-/// after the QGuiApplication exists; further calls do nothing. Main thread.
-void registerFonts();
-
 /// The font with this PostScript name, `pointSize` points high (one point is one device-independent
-/// pixel). A name that is not among the program's fonts gives the system font of that size.
-/// Main thread.
+/// pixel). The first call for a name registers the font file that the program carries; a name that is
+/// not among them gives the system font of that size. Main thread, after the QGuiApplication exists.
 QFont customFont(const QString &name, int pointSize);
 
 /// The desktop's own font, `pointSize` points high. Main thread.

@@ -4,7 +4,6 @@
 //     QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=1.5 render_views FOLDER
 //
 // QT_SCALE_FACTOR is the scale of the screen to draw for. The pictures go to FOLDER.
-#include "quillet/window/Fonts.h"
 #include "quillet/window/HomeView.h"
 #include "quillet/window/OnboardingWizardView.h"
 #include "quillet/window/WindowNotifications.h"
@@ -82,7 +81,6 @@ int main(int argc, char **argv)
     }
     folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
-    registerFonts();
     renderWizard();
     renderHome(true, "home-configured");
     renderHome(false, "home-not-configured");

@@ -73,7 +73,6 @@ TEST(ColorFromHex, AnyOtherLengthIsAlmostBlack)
 
 TEST(Fonts, NamesGiveTheirFaces)
 {
-    registerFonts();
     const struct {
         const char *name;
         const char *style;
