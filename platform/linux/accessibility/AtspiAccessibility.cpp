@@ -95,7 +95,7 @@ AtspiAccessibility::AtspiAccessibility(KeyboardEvents &keyboard, ActiveWindow &a
 {
     connect(&m_bus, &AtspiBus::applicationLeft, this, [this](const QByteArray &busName) {
         m_facts.removeIf([&](auto it) { return it.key().busName == busName; });
-        m_answers.removeIf([&](auto it) { return it.key().busName == busName; });
+        m_answers->removeIf([&](auto it) { return it.key().busName == busName; });
     });
     connect(&m_bus, &AtspiBus::contentChanged, this, &AtspiAccessibility::forgetAnswers);
     connect(&m_bus, &AtspiBus::focusChanged, this,
@@ -588,7 +588,7 @@ AXError AtspiAccessibility::AXUIElementGetPid(const AXUIElement &element, std::i
 
 void AtspiAccessibility::forgetAnswers(const QByteArray &busName)
 {
-    for (auto it = m_answers.begin(); it != m_answers.end(); ++it) {
+    for (auto it = m_answers->begin(); it != m_answers->end(); ++it) {
         if (it.key().busName == busName)
             it->lifetime = 0;
     }
@@ -596,12 +596,13 @@ void AtspiAccessibility::forgetAnswers(const QByteArray &busName)
 
 void AtspiAccessibility::startSearch(AtspiApplication &application, const ObjectRef &document)
 {
-    KnownAnswer &answer = m_answers[document];
+    KnownAnswer &answer = (*m_answers)[document];
     answer.searching = true;
-    findEditable(application, document.path, [this, document](std::optional<bool> found) {
-        const auto it = m_answers.find(document);
-        if (it == m_answers.end())
+    const auto note = [answers = std::weak_ptr(m_answers), document](std::optional<bool> found) {
+        const auto known = answers.lock();
+        if (!known || !known->contains(document))
             return;
+        const auto it = known->find(document);
         it->searching = false;
         it->since.start();
         if (!found)
@@ -609,7 +610,8 @@ void AtspiAccessibility::startSearch(AtspiApplication &application, const Object
         const bool same = it->contains == found && it->lifetime > 0;
         it->lifetime = same ? std::min(it->lifetime * 2, longestAnswer) : shortestAnswer;
         it->contains = found;
-    });
+    };
+    findEditable(application, document.path, note);
 }
 
 Accessibility::Answer AtspiAccessibility::containsEditableText(const AXUIElement &element)
@@ -621,17 +623,17 @@ Accessibility::Answer AtspiAccessibility::containsEditableText(const AXUIElement
     AtspiApplication *application = m_bus.application(document.busName);
     if (!hasConsent() || !application)
         return Answer::No;
-    if (m_answers.size() > mostKnownFacts)
-        m_answers.clear();
-    const KnownAnswer known = m_answers.value(document);
+    if (m_answers->size() > mostKnownFacts)
+        m_answers->clear();
+    const KnownAnswer known = m_answers->value(document);
     const bool fresh = known.contains && known.since.elapsed() < known.lifetime;
     if (!fresh && !known.searching && application->isAnswering()) {
         startSearch(*application, document);
-        application->waitFor([&] { return !m_answers[document].searching; },
+        application->waitFor([&] { return !(*m_answers)[document].searching; },
                              QDeadlineTimer(searchPatience));
     }
     // While it is being looked for again, the last answer is the best there is.
-    const std::optional<bool> contains = m_answers.value(document).contains;
+    const std::optional<bool> contains = m_answers->value(document).contains;
     if (!contains)
         return Answer::Pending;
     return *contains ? Answer::Yes : Answer::No;

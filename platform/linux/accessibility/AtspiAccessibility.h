@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QSettings>
 
+#include <memory>
+
 namespace platform
 {
 class KeyboardEvents;
@@ -96,7 +98,9 @@ private:
     AtspiBus m_bus;
     FocusTracker m_focus;
     QHash<ObjectRef, KnownFacts> m_facts;
-    QHash<ObjectRef, KnownAnswer> m_answers;
+    /// Shared, because an application may still be looking when this object is gone.
+    const std::shared_ptr<QHash<ObjectRef, KnownAnswer>> m_answers =
+        std::make_shared<QHash<ObjectRef, KnownAnswer>>();
     FocusTracker::Focus m_lastFocus;
     QPointer<ConsentWindow> m_consentWindow;
     bool m_asked = false;

@@ -231,11 +231,13 @@ void FocusTracker::search(AtspiApplication &application, ApplicationFocus &focus
     focus.searched = true;
     focus.sinceSearch.start();
     const auto done = std::make_shared<bool>(false);
-    findFocused(application, [this, busName, done](const std::optional<ObjectRef> &found) {
+    findFocused(application, [self = QPointer(this), busName,
+                              done](const std::optional<ObjectRef> &found) {
         *done = true;
-        const auto it = m_focus.find(busName);
-        if (it == m_focus.end())
+        // The search ends with its connection, which may outlive this object.
+        if (!self || !self->m_focus.contains(busName))
             return;
+        const auto it = self->m_focus.find(busName);
         it->searching = false;
         if (found) {
             it->reported = *found;

@@ -24,4 +24,4 @@ class Probe:
 
     def close(self):
         self.process.stdin.close()
-        self.process.wait(30)
+        assert self.process.wait(30) == 0, "the probe did not end well"
