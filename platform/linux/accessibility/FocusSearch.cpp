@@ -20,6 +20,8 @@ constexpr int mostChildren = 1000;
 
 enum MatchType : std::int32_t { All = 1, Any = 2 };
 constexpr std::uint32_t canonicalOrder = 1;
+/// What is searched behind an element: all that comes after it in the tree.
+constexpr std::uint32_t inOrder = 2;
 
 struct Search : std::enable_shared_from_this<Search> {
     struct Window {
@@ -98,7 +100,7 @@ struct Search : std::enable_shared_from_this<Search> {
                 continue;
             }
             ++outstanding;
-            getMatches(*application, window.ref.path, {atspi::bit(State::Focused), {}, 8},
+            getMatches(*application, window.ref.path, {.states = atspi::bit(State::Focused), .count = 8},
                        [self = shared_from_this(), path = window.ref.path](DBusMessage &reply) {
                            --self->outstanding;
                            const auto found = reply.readObjects();
@@ -177,9 +179,13 @@ struct Search : std::enable_shared_from_this<Search> {
 bool getMatches(AtspiApplication &application, const QByteArray &path, const MatchRule &rule,
                 DBusConnection::Handler handler)
 {
-    sd_bus_message *message = application.newCall(path, atspi::CollectionInterface, "GetMatches");
+    const bool continued = !rule.after.isEmpty();
+    sd_bus_message *message = application.newCall(path, atspi::CollectionInterface,
+                                                  continued ? "GetMatchesFrom" : "GetMatches");
     if (!message)
         return false;
+    if (continued)
+        sd_bus_message_append(message, "o", rule.after.constData());
     std::uint32_t roles[4] = {};
     for (const atspi::Role role : rule.roles)
         roles[std::uint32_t(role) / 32] |= 1U << (std::uint32_t(role) % 32);
@@ -195,7 +201,10 @@ bool getMatches(AtspiApplication &application, const QByteArray &path, const Mat
     sd_bus_message_append(message, "i", All);
     sd_bus_message_append(message, "b", 0);
     sd_bus_message_close_container(message);
-    sd_bus_message_append(message, "uib", canonicalOrder, rule.count, 1);
+    sd_bus_message_append(message, "u", canonicalOrder);
+    if (continued)
+        sd_bus_message_append(message, "u", inOrder);
+    sd_bus_message_append(message, "ib", rule.count, 1);
     return application.send(message, std::move(handler));
 }
 

@@ -13,9 +13,11 @@ namespace platform::linux_
 struct MatchRule {
     atspi::States states = 0;
     /// Any of these; empty for every role.
-    QList<atspi::Role> roles;
-    /// How many at most; 0 for all.
+    QList<atspi::Role> roles = {};
+    /// How many at most; 0 for all. Those who answer take a time that grows with the square of it.
     int count = 0;
+    /// Goes on behind this element, below the same one; empty to begin. May go on beyond the end.
+    QByteArray after = {};
 };
 
 /// Asks for the elements below `path` that match, in the order of the tree. The reply holds a list

@@ -25,6 +25,8 @@ namespace
 
 /// Enough to keep the application busy while answers are on their way, few enough for its queue.
 constexpr int mostInFlight = 400;
+/// How many elements of a kind one question looks for.
+constexpr int atATime = 500;
 /// Beyond these a tree has no end, or is data.
 constexpr size_t mostElements = 300'000;
 constexpr int mostChildren = 100'000;
@@ -74,7 +76,7 @@ struct EditableWalk : Asking<EditableWalk> {
     void start(const QByteArray &path, int count)
     {
         ++outstanding;
-        const bool sent = getMatches(*application, path, {atspi::bit(State::Editable), {}, count},
+        const bool sent = getMatches(*application, path, {.states = atspi::bit(State::Editable), .count = count},
                                      [self = shared_from_this(), path, count](DBusMessage &reply) {
                                          --self->outstanding;
                                          const auto found = reply.readObjects();
@@ -187,20 +189,20 @@ struct TextWalk : Asking<TextWalk> {
         watch();
         // The element itself decides first: mostly it is a document without a text of its own.
         searches = 2;
-        search(path, {atspi::bit(State::Editable), {}, 0}, &TextWalk::editable);
-        search(path, {0, textRoles, 0}, &TextWalk::texts);
+        search(path, {.states = atspi::bit(State::Editable), .count = atATime},
+               &TextWalk::editable);
+        search(path, {.roles = textRoles, .count = atATime}, &TextWalk::texts);
     }
 
     void search(const QByteArray &path, const MatchRule &rule, QSet<QByteArray> TextWalk::*into)
     {
         ++outstanding;
         const bool sent = getMatches(
-            *application, path, rule, [self = shared_from_this(), into](DBusMessage &reply) {
+            *application, path, rule,
+            [self = shared_from_this(), path, rule, into](DBusMessage &reply) {
                 --self->outstanding;
                 const auto found = reply.readObjects();
-                self->searched = found.has_value();
-                for (const ObjectRef &ref : found.value_or(QList<ObjectRef>()))
-                    ((*self).*into).insert(ref.path);
+                self->note(path, rule, found, into);
                 --self->searches;
                 self->proceed();
             });
@@ -208,6 +210,25 @@ struct TextWalk : Asking<TextWalk> {
             --outstanding;
             --searches;
         }
+    }
+
+    void note(const QByteArray &path, MatchRule rule, const std::optional<QList<ObjectRef>> &found,
+              QSet<QByteArray> TextWalk::*into)
+    {
+        searched = found.has_value();
+        if (!found || found->isEmpty())
+            return;
+        QSet<QByteArray> &set = this->*into;
+        const qsizetype before = set.size();
+        for (const ObjectRef &ref : *found)
+            set.insert(ref.path);
+        // Behind the end of the tree it begins anew, or finds what is not below the element.
+        if (found->size() < rule.count || set.size() == before ||
+            size_t(set.size()) >= mostElements)
+            return;
+        rule.after = found->last().path;
+        ++searches;
+        search(path, rule, into);
     }
 
     /// Ends the reading when the application does.
