@@ -12,7 +12,8 @@ namespace metricpost::bench
 namespace
 {
 
-// Copies one tracked event until the table holds that many, each at its own time.
+// Copies one tracked event until the table holds that many, each at its own time and with an
+// identifier of its own, so that they compress no better than real ones.
 void multiply(const QString &databasePath, int count)
 {
     sqlite3 *database = nullptr;
@@ -21,7 +22,8 @@ void multiply(const QString &databasePath, int count)
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
         QByteArray::number(count - 1) +
         ") INSERT INTO metricpost_bench_events(data, time, flag) "
-        "SELECT data, time + i, 0 FROM metricpost_bench_events, n";
+        "SELECT CAST(replace(CAST(data AS TEXT), '\"$mp_event_id\":\"', '\"$mp_event_id\":\"' || "
+        "lower(hex(randomblob(8)))) AS BLOB), time + i, 0 FROM metricpost_bench_events, n";
     if (sqlite3_exec(database, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
         std::abort();
     sqlite3_close(database);
