@@ -26,7 +26,7 @@ namespace
 /// Enough to keep the application busy while answers are on their way, few enough for its queue.
 constexpr int mostInFlight = 400;
 /// How many elements of a kind one question looks for.
-constexpr int atATime = 500;
+constexpr int atATime = 1000;
 /// Beyond these a tree has no end, or is data.
 constexpr size_t mostElements = 300'000;
 constexpr int mostChildren = 100'000;

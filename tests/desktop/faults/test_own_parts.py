@@ -8,7 +8,7 @@ import pytest
 
 from chat_server import ChatServer
 from session import wait_until
-from witness import CANCEL, OPTION, RESULT, Witness
+from witness import APPLY, CANCEL, OPTION, RESULT, Witness
 
 
 @pytest.fixture
@@ -53,6 +53,19 @@ def test_backend_killed_then_a_model_that_never_answers(desktop, build, chat):
         chat.silent = False
     witness.click("reload")
     wait_until(lambda: chat.answer in witness.texts("quillet"), "the answer")
+
+
+def test_an_answer_of_five_megabytes(desktop, build, chat):
+    chat.answer = "\n".join(f"Line {i} of a long answer, äöü." for i in range(150_000))
+    witness = Witness(desktop, build, chat.environment)
+    witness.opens_editor("letter.txt", "a text")
+    witness.opens_popup()
+    witness.clicks_in_popup(OPTION)
+    wait_until(lambda: chat.answer in witness.texts("quillet"), "the answer")
+    witness.stays_alive(3)
+    witness.clicks_in_popup(APPLY)
+    witness.waits_for_text("mousepad", chat.answer)
+    witness.stays_alive(2)
 
 
 def test_killed_and_started_over_a_broken_store(desktop, build, chat):
