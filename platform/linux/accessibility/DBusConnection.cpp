@@ -14,6 +14,9 @@ namespace
 /// How much of the event loop one turn may take before windows get theirs.
 constexpr int turnMilliseconds = 4;
 constexpr int turnMessages = 200;
+/// With so many calls under way, answers are looked for at this interval as long as they come.
+constexpr int manyOpen = 100;
+constexpr int manyOpenPause = 1; // milliseconds
 
 quint64 monotonicMicroseconds()
 {
@@ -205,6 +208,7 @@ DBusConnection::DBusConnection(sd_bus *bus, QObject *parent)
     m_readable = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
     m_writable = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Write);
     m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
     connect(m_readable.get(), &QSocketNotifier::activated, this, &DBusConnection::serve);
     connect(m_writable.get(), &QSocketNotifier::activated, this, &DBusConnection::serve);
     connect(&m_timer, &QTimer::timeout, this, &DBusConnection::serve);
@@ -250,6 +254,8 @@ bool DBusConnection::send(sd_bus_message *message, Handler handler, quint64 limi
         return false;
     // The slot owns the handler, whichever way the call ends.
     sd_bus_slot_set_destroy_callback(slot, [](void *data) { delete static_cast<Pending *>(data); });
+    pending->connection = this;
+    ++m_open;
     (void)pending.release();
     sd_bus_slot_set_floating(slot, 1);
     sd_bus_slot_unref(slot);
@@ -285,6 +291,7 @@ int DBusConnection::onReply(sd_bus_message *message, void *userData, sd_bus_erro
     DBusMessage wrapped(message);
     // Taken out first: an answer is delivered once.
     const Handler handler = std::move(static_cast<Pending *>(userData)->handler);
+    --static_cast<Pending *>(userData)->connection->m_open;
     handler(wrapped);
     return 1;
 }
@@ -335,12 +342,14 @@ void DBusConnection::serve()
     QElapsedTimer turn;
     turn.start();
     int processed = 0;
-    for (int messages = 0; messages < turnMessages; ++messages) {
+    int messages = 0;
+    for (; messages < turnMessages; ++messages) {
         processed = sd_bus_process(m_bus, nullptr);
         if (processed <= 0 || turn.elapsed() >= turnMilliseconds)
             break;
     }
     m_serving = false;
+    m_flowing = messages > 0;
     if (processed < 0 || !sd_bus_is_open(m_bus))
         close();
     else
@@ -358,6 +367,13 @@ void DBusConnection::watch()
         return;
     }
     m_writable->setEnabled(events & POLLOUT);
+    // Being woken for each of many answers would cost both sides more than the answers do.
+    const bool many = m_open >= manyOpen && m_flowing;
+    m_readable->setEnabled(!many);
+    if (many) {
+        m_timer.start(manyOpenPause);
+        return;
+    }
     std::uint64_t due = UINT64_MAX;
     if (sd_bus_get_timeout(m_bus, &due) < 0 || due == UINT64_MAX) {
         m_timer.stop();

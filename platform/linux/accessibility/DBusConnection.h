@@ -127,6 +127,7 @@ Q_SIGNALS:
 private:
     struct Pending {
         Handler handler;
+        DBusConnection *connection = nullptr;
     };
 
     explicit DBusConnection(sd_bus *bus, QObject *parent);
@@ -137,6 +138,10 @@ private:
     static int onReply(sd_bus_message *message, void *userData, sd_bus_error *error);
 
     sd_bus *m_bus;
+    /// Calls without an answer so far.
+    int m_open = 0;
+    /// Whether the last look found something.
+    bool m_flowing = false;
     std::unique_ptr<QSocketNotifier> m_readable;
     std::unique_ptr<QSocketNotifier> m_writable;
     QTimer m_timer;
