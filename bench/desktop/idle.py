@@ -18,16 +18,6 @@ def cpu_seconds(pid):
     return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
 
-def precise_cpu_seconds(pid):
-    """Of all threads that still run; the kernel counts in nanoseconds here, in hundredths of a
-    second in stat."""
-    total = 0
-    for thread in os.listdir(f"/proc/{pid}/task"):
-        with open(f"/proc/{pid}/task/{thread}/schedstat", encoding="ascii") as file:
-            total += int(file.read().split()[0])
-    return total / 1e9
-
-
 def idle(setting):
     seconds = setting.count(60, 5)
     with Session() as session:
@@ -36,18 +26,16 @@ def idle(setting):
         wait_until(quillet.person.finds_floating_button, "the button")
         time.sleep(5)
         pids = {name: quillet.pid(name) for name in ("quillet", "quillet-backend")}
-        before = {name: (cpu_seconds(pid), precise_cpu_seconds(pid), time.monotonic())
-                  for name, pid in pids.items() if pid}
+        before = {name: cpu_seconds(pid) for name, pid in pids.items() if pid}
+        start = time.monotonic()
         time.sleep(seconds)
+        passed = time.monotonic() - start
         rows = []
-        for name, (coarse, precise, start) in before.items():
-            passed = time.monotonic() - start
-            used = 100 * (precise_cpu_seconds(pids[name]) - precise) / passed
-            counted = 100 * (cpu_seconds(pids[name]) - coarse) / passed
+        for name, spent in before.items():
+            used = 100 * (cpu_seconds(pids[name]) - spent) / passed
             ours = name == "quillet"
             rows.append(Row(f"idle: {name}", "< 0.2 %" if ours else "", "%", [used],
-                            used < 0.2 if ours else None,
-                            note=f"of one core over {passed:.0f} s; {counted:.2f} % by stat"))
+                            used < 0.2 if ours else None, note=f"of one core over {passed:.0f} s"))
     return rows
 
 

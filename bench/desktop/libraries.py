@@ -26,10 +26,10 @@ def run_program(setting, name):
     return [b for b in found if b.get("run_type", "iteration") == "iteration"]
 
 
-def track_row(found):
+def track_row(found, wake):
     what = found["name"].split("/")[1].replace("_", " ")
-    return Row(f"track(), {what}: p99", "<= 10 us", "us", [found["p99_us"]],
-               found["p99_us"] <= 10,
+    return Row(f"track(), {what}: p99", "< 10 us", "us", [found["p99_us"]],
+               found["p99_us"] < 10, [wake["p99_us"]], "waking a thread",
                note=f"{found['calls']:.0f} calls, p50 {found['p50_us']:.1f} us; CPU of the caller: "
                     f"p50 {found['p50_cpu_us']:.1f}, p99 {found['p99_cpu_us']:.1f} us")
 
@@ -51,10 +51,17 @@ def drain_row(found):
 
 
 def measure_metricpost(setting):
+    found = {b["name"]: b for b in run_program(setting, "metricpost")}
+    wake = next(b for name, b in found.items() if name.startswith("wake/"))
     rows = []
-    for found in run_program(setting, "metricpost"):
-        kind = found["name"].split("/")[0]
-        rows.append({"track": track_row, "store": store_row, "drainQueue": drain_row}[kind](found))
+    for name, benchmark in found.items():
+        kind = name.split("/")[0]
+        if kind == "track":
+            rows.append(track_row(benchmark, wake))
+        elif kind == "store":
+            rows.append(store_row(benchmark))
+        elif kind == "drainQueue":
+            rows.append(drain_row(benchmark))
     return rows
 
 
@@ -66,7 +73,8 @@ def first_answer(program):
         process.stdin.write("secret\n")
         process.stdin.flush()
         port = process.stdout.readline().split()[1]
-        query = urllib.parse.urlencode({"command": "check-grammar", "text": SENTENCE})
+        query = urllib.parse.urlencode({"command": "check-grammar", "text": SENTENCE},
+                                       quote_via=urllib.parse.quote)
         request = urllib.request.Request(f"http://127.0.0.1:{port}/generate?{query}")
         request.add_header("Authorization",
                            "Basic " + base64.b64encode(b"quillet:secret").decode())

@@ -1,9 +1,11 @@
 #include "NullServer.h"
+#include "Semaphore.h"
 #include "Setup.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <atomic>
 #include <ctime>
 #include <optional>
 #include <thread>
@@ -13,6 +15,8 @@ namespace metricpost::bench
 
 namespace
 {
+
+constexpr int callsInARound = 3000;
 
 enum class Server { None, Failing, Hanging };
 
@@ -36,17 +40,18 @@ double percentile(std::vector<double> values, std::size_t percent)
     return values[values.size() * percent / 100];
 }
 
-Times callTimes(MetricPostInstance &instance, int calls, bool flushing)
+/// Times `call`, and runs `afterwards` outside the time, with the number of the call.
+template <typename Call, typename Afterwards>
+Times callTimes(int calls, Call call, Afterwards afterwards)
 {
     Times times;
     for (int i = 0; i < calls; ++i) {
         const double cpuStart = threadCpuSeconds();
         const auto start = Clock::now();
-        trackOne(instance);
+        call();
         times.elapsed.push_back(seconds(Clock::now() - start) * 1e6);
         times.cpu.push_back((threadCpuSeconds() - cpuStart) * 1e6);
-        if (flushing && i % 10 == 0)
-            instance.flush();
+        afterwards(i);
         // As far apart as a person's clicks never are, and long enough for the queue to sleep
         // again, so that each call has to wake it.
         std::this_thread::sleep_for(std::chrono::microseconds(300));
@@ -54,9 +59,17 @@ Times callTimes(MetricPostInstance &instance, int calls, bool flushing)
     return times;
 }
 
+void report(benchmark::State &state, const Times &all)
+{
+    state.counters["p50_us"] = percentile(all.elapsed, 50);
+    state.counters["p99_us"] = percentile(all.elapsed, 99);
+    state.counters["p50_cpu_us"] = percentile(all.cpu, 50);
+    state.counters["p99_cpu_us"] = percentile(all.cpu, 99);
+    state.counters["calls"] = double(all.elapsed.size());
+}
+
 void track(benchmark::State &state, Server kind, int threadCount)
 {
-    constexpr int calls = 3000;
     Times all;
     for ([[maybe_unused]] auto iteration : state) {
         const Setup setup;
@@ -70,8 +83,14 @@ void track(benchmark::State &state, Server kind, int threadCount)
         std::vector<Times> times{std::size_t(threadCount)};
         std::vector<std::thread> threads;
         for (auto &mine : times) {
-            threads.emplace_back(
-                [&] { mine = callTimes(*instance, calls / threadCount, server.has_value()); });
+            threads.emplace_back([&] {
+                mine = callTimes(
+                    callsInARound / threadCount, [&] { trackOne(*instance); },
+                    [&](int i) {
+                        if (server && i % 10 == 0)
+                            instance->flush();
+                    });
+            });
         }
         for (std::thread &thread : threads)
             thread.join();
@@ -80,13 +99,32 @@ void track(benchmark::State &state, Server kind, int threadCount)
             all.cpu.insert(all.cpu.end(), mine.cpu.begin(), mine.cpu.end());
         }
     }
-    state.counters["p50_us"] = percentile(all.elapsed, 50);
-    state.counters["p99_us"] = percentile(all.elapsed, 99);
-    state.counters["p50_cpu_us"] = percentile(all.cpu, 50);
-    state.counters["p99_cpu_us"] = percentile(all.cpu, 99);
-    state.counters["calls"] = double(all.elapsed.size());
+    report(state, all);
 }
 
+// What any call costs that hands something to a thread that sleeps: waking it, and no more.
+void wake(benchmark::State &state)
+{
+    Times all;
+    for ([[maybe_unused]] auto iteration : state) {
+        Semaphore semaphore;
+        std::atomic<bool> ending{false};
+        std::thread sleeper([&] {
+            while (!ending)
+                semaphore.acquire();
+        });
+        const Times times = callTimes(
+            callsInARound, [&] { semaphore.release(); }, [](int) {});
+        ending = true;
+        semaphore.release();
+        sleeper.join();
+        all.elapsed.insert(all.elapsed.end(), times.elapsed.begin(), times.elapsed.end());
+        all.cpu.insert(all.cpu.end(), times.cpu.begin(), times.cpu.end());
+    }
+    report(state, all);
+}
+
+BENCHMARK(wake)->Iterations(3)->UseRealTime();
 BENCHMARK_CAPTURE(track, idle, Server::None, 1)->Iterations(3)->UseRealTime();
 BENCHMARK_CAPTURE(track, server_fails, Server::Failing, 1)->Iterations(3)->UseRealTime();
 BENCHMARK_CAPTURE(track, server_hangs, Server::Hanging, 1)->Iterations(3)->UseRealTime();
