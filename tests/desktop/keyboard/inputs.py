@@ -3,6 +3,7 @@
 import json
 import os
 import subprocess
+import time
 
 from session import PATIENCE, wait_until
 
@@ -27,6 +28,7 @@ class Input:
 
     def __init__(self, desktop, build, program):
         self.desktop = desktop
+        self.next_try = 0
         self.probe = str(build / "tests/support/type_probe")
         self.web = program not in EDITORS
         # Web pages take Tab for themselves, so that a tab arrives as spaces there.
@@ -50,7 +52,11 @@ class Input:
     def has_focus(self):
         if self.read() is not None:
             return True
-        self.focus()
+        # Not again and again: the window manager holds clicks back while it is busy, and would let
+        # them go when something is being typed, which they then stop.
+        if time.monotonic() > self.next_try:
+            self.focus()
+            self.next_try = time.monotonic() + 2
         return False
 
     def read(self):
@@ -82,7 +88,7 @@ class Input:
     def clear(self):
         """Empties the input; with the us layout, because the keys need an "a"."""
         self.desktop.run(["setxkbmap", "us"])
-        self.focus()
+        wait_until(self.has_focus, "the focus")
         if self.read():
             self.desktop.key("ctrl+a")
             self.desktop.key("Delete")
