@@ -41,7 +41,7 @@ Environment Environment::standard()
                 const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
                 return std::chrono::duration<double>(sinceEpoch).count();
             },
-        .random = [] { return QRandomGenerator::system()->generate(); },
+        .random = [] { return QRandomGenerator::global()->generate(); },
         .userDefaults = std::make_shared<SettingsUserDefaults>(suiteFile),
         .cachesFolder = folder(QStandardPaths::GenericCacheLocation),
         .legacyArchiveFolder =

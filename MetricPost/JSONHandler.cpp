@@ -18,7 +18,15 @@ using Json = nlohmann::json;
 
 std::string utf8(const QString &text)
 {
-    return text.toStdString();
+    // Nearly all that is ever sent is ASCII, which needs no buffer in between.
+    std::string result(std::size_t(text.size()), '\0');
+    std::size_t length = 0;
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80)
+            return text.toStdString();
+        result[length++] = char(c.unicode());
+    }
+    return result;
 }
 
 Json real(double value, const MetricPostType &original)
@@ -82,9 +90,12 @@ bool makeObjectSerializable(const MetricPostType &value, int depth, Json &result
         if (depth == 0)
             return false;
         result = Json::object();
+        auto &members = result.get_ref<Json::object_t &>();
         const Properties &dictionary = *value.get<Properties>();
         for (auto entry = dictionary.cbegin(); entry != dictionary.cend(); ++entry) {
-            if (!makeObjectSerializable(entry.value(), depth - 1, result[utf8(entry.key())]))
+            // The dictionary is in order already.
+            const auto member = members.emplace_hint(members.end(), utf8(entry.key()), nullptr);
+            if (!makeObjectSerializable(entry.value(), depth - 1, member->second))
                 return false;
         }
         return true;
