@@ -219,12 +219,12 @@ void MPDB::recreate()
 void MPDB::insertRow(PersistenceType type, const QByteArray &data, bool flag)
 {
     const QString table = tableName(type);
-    write(QStringLiteral("INSERT INTO ") + table +
+    write(table,
+          QStringLiteral("INSERT INTO ") + table +
               QStringLiteral(" (data, flag, time) VALUES(?, ?, ?);"),
-          {QStringLiteral("Successfully inserted row into table ") + table,
-           QStringLiteral("Failed to insert row into table ") + table,
-           QStringLiteral("INSERT statement for table ") + table +
-               QStringLiteral(" could not be prepared")},
+          {QLatin1String("Successfully inserted row into table "),
+           QLatin1String("Failed to insert row into table "),
+           QLatin1String("INSERT statement for table ")},
           [&](sqlite3_stmt *statement) {
               sqlite3_bind_blob64(statement, 1, data.constData(), sqlite3_uint64(data.size()),
                                   SQLITE_TRANSIENT);
@@ -244,10 +244,10 @@ void MPDB::deleteRows(PersistenceType type, const QList<qint32> &ids, bool isDel
             numbers.append(QString::number(id));
         sql += QStringLiteral(" WHERE id IN (") + numbers.join(u',') + u')';
     }
-    write(sql, {QStringLiteral("Successfully deleted rows from table ") + table,
-                QStringLiteral("Failed to delete rows from table ") + table,
-                QStringLiteral("DELETE statement for table ") + table +
-                    QStringLiteral(" could not be prepared")});
+    write(table, sql,
+          {QLatin1String("Successfully deleted rows from table "),
+           QLatin1String("Failed to delete rows from table "),
+           QLatin1String("DELETE statement for table ")});
 }
 
 void MPDB::updateRowsFlag(PersistenceType type, bool newFlag)
@@ -256,15 +256,15 @@ void MPDB::updateRowsFlag(PersistenceType type, bool newFlag)
     const auto word = [](bool flag) {
         return flag ? QStringLiteral("true") : QStringLiteral("false");
     };
-    write(QStringLiteral("UPDATE ") + table + QStringLiteral(" SET flag = ") + word(newFlag) +
+    write(table,
+          QStringLiteral("UPDATE ") + table + QStringLiteral(" SET flag = ") + word(newFlag) +
               QStringLiteral(" where flag = ") + word(!newFlag),
-          {QStringLiteral("Successfully updated rows from table ") + table,
-           QStringLiteral("Failed to update rows from table ") + table,
-           QStringLiteral("UPDATE statement for table ") + table +
-               QStringLiteral(" could not be prepared")});
+          {QLatin1String("Successfully updated rows from table "),
+           QLatin1String("Failed to update rows from table "),
+           QLatin1String("UPDATE statement for table ")});
 }
 
-void MPDB::write(const QString &sql, const WriteMessages &messages,
+void MPDB::write(const QString &table, const QString &sql, const WriteMessages &messages,
                  const std::function<void(sqlite3_stmt *)> &bind)
 {
     if (!m_connection) {
@@ -275,17 +275,17 @@ void MPDB::write(const QString &sql, const WriteMessages &messages,
     {
         Statement statement(m_connection, sql);
         if (!statement) {
-            logSqlError(messages.unprepared);
+            logSqlError(messages.statement + table + QStringLiteral(" could not be prepared"));
         } else {
             if (bind)
                 bind(statement.get());
             succeeded = statement.step() == SQLITE_DONE;
             if (!succeeded)
-                logSqlError(messages.failure);
+                logSqlError(messages.failure + table);
         }
     }
     if (succeeded) {
-        MetricPostLogger::debug([&] { return messages.success; });
+        MetricPostLogger::debug([&] { return messages.success + table; });
         return;
     }
     // A wait that the end of the program cut short says nothing against the file.

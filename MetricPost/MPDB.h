@@ -64,10 +64,11 @@ public:
 
 private:
     class Statement;
+    /// What to log of a write; the table's name follows each. Put together only when it is logged.
     struct WriteMessages {
-        QString success;
-        QString failure;
-        QString unprepared;
+        QLatin1String success;
+        QLatin1String failure;
+        QLatin1String statement;
     };
 
     void reconnect();
@@ -75,7 +76,7 @@ private:
     void enableWriteAheadLog();
     void createTableFor(PersistenceType type);
     void createIndexFor(PersistenceType type);
-    void write(const QString &sql, const WriteMessages &messages,
+    void write(const QString &table, const QString &sql, const WriteMessages &messages,
                const std::function<void(sqlite3_stmt *)> &bind = {});
     void logSqlError(const std::optional<QString> &message = {});
     static int waitForLock(void *self, int attempt);
