@@ -22,9 +22,9 @@ constexpr unsigned long noType = 0xff;
 class MapCopy
 {
 public:
-    explicit MapCopy(Display *display)
-        : m_display(display)
-        , m_xkb(XkbGetMap(display, XkbAllClientInfoMask, XkbUseCoreKbd))
+    explicit MapCopy(const XConnection &connection)
+        : m_display(connection.display())
+        , m_xkb(XkbGetMap(m_display, XkbAllClientInfoMask, connection.testKeyboard()))
     {
     }
     ~MapCopy()
@@ -267,9 +267,9 @@ void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &cha
 {
     if (characters.empty())
         return;
-    Display *display = m_connection.display();
     m_connection.grabServer();
-    if (!m_taken) {
+    const bool first = !m_taken;
+    if (first) {
         m_taken = true;
         writeRecord();
     }
@@ -277,9 +277,9 @@ void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &cha
     const std::size_t levels = std::size_t{1} << m_levelModifiers.size();
     auto &slots = m_slots[bank.value_or(0)];
     slots.clear();
-    MapCopy copy(display);
+    MapCopy copy(m_connection);
     if (copy) {
-        if (m_type && copy.hasType(*m_type)) {
+        if (first && m_type && copy.hasType(*m_type)) {
             Record lent;
             const std::size_t combinations = levels * 2;
             for (std::size_t i = 0; i < combinations; ++i) {
@@ -342,7 +342,7 @@ void BorrowedKeys::writeRecord()
     Record record;
     record.keycodes = m_keycodes;
     if (m_type) {
-        const MapCopy copy(display);
+        const MapCopy copy(m_connection);
         if (copy && copy.hasType(*m_type)) {
             record.type = static_cast<unsigned long>(*m_type);
             record.readType(*copy.type(*m_type));
@@ -373,7 +373,7 @@ std::optional<BorrowedKeys::Record> BorrowedKeys::readRecord() const
 
 void BorrowedKeys::restore(const Record &record)
 {
-    MapCopy copy(m_connection.display());
+    MapCopy copy(m_connection);
     if (!copy)
         return;
     const int type = record.type == noType ? 0 : static_cast<int>(record.type);

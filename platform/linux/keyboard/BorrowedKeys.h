@@ -16,6 +16,9 @@ namespace platform::linux_
 /// one that no other key uses, redefined so that Shift, Mod5 and Mod3 choose among eight levels and
 /// Caps Lock and Num Lock change nothing.
 ///
+/// Only the map of XTEST's own keyboard changes. The user's keyboard keeps its map, and the server
+/// shows that one to everybody as soon as the user presses a key.
+///
 /// The keys form two banks, so that one can be mapped anew while the other's keys are still on
 /// their way. Every change of the map is one request, made from a fresh copy while the server is
 /// grabbed: another client's change is never undone by ours.

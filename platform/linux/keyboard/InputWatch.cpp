@@ -1,7 +1,6 @@
 #include "platform/linux/keyboard/InputWatch.h"
 
 #include <array>
-#include <cstring>
 
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
@@ -35,22 +34,8 @@ InputWatch::InputWatch(XConnection &connection)
 {
 }
 
-void InputWatch::findTestDevices()
-{
-    int count = 0;
-    XIDeviceInfo *devices = XIQueryDevice(m_connection.display(), XIAllDevices, &count);
-    for (int i = 0; i < count; ++i) {
-        // The X server's own, fixed name for it.
-        if (std::strcmp(devices[i].name, "Virtual core XTEST keyboard") == 0)
-            m_testKeyboard = devices[i].deviceid;
-    }
-    if (devices)
-        XIFreeDeviceInfo(devices);
-}
-
 void InputWatch::start(XWindow focus)
 {
-    findTestDevices();
     m_expected.clear();
     m_userActed = m_focusLost = m_mapChanged = m_fencePassed = false;
     m_lastPong = 0;
@@ -114,8 +99,8 @@ void InputWatch::poll()
 void InputWatch::handleRaw(int type, int sourceDevice, int detail)
 {
     if (type == XI_RawKeyPress) {
-        const bool ours =
-            sourceDevice == m_testKeyboard && !m_expected.empty() && m_expected.front() == detail;
+        const bool ours = sourceDevice == m_connection.testKeyboard() && !m_expected.empty() &&
+                          m_expected.front() == detail;
         if (ours)
             m_expected.pop_front();
         else

@@ -41,11 +41,9 @@ public:
     void clearMapChange() { m_mapChanged = false; }
 
 private:
-    void findTestDevices();
     void handleRaw(int type, int sourceDevice, int detail);
 
     XConnection &m_connection;
-    int m_testKeyboard = 0;
     XWindow m_focus = 0;
     bool m_active = false;
     std::deque<std::uint8_t> m_expected;

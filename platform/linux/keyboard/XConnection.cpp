@@ -67,6 +67,21 @@ std::uint8_t modifiersNamed(Display *display, XkbDescPtr xkb,
     return static_cast<std::uint8_t>(found);
 }
 
+// The X server gives it this name; where there is none the core keyboard takes its place.
+int findTestKeyboard(Display *display)
+{
+    int found = XkbUseCoreKbd;
+    int count = 0;
+    XIDeviceInfo *devices = XIQueryDevice(display, XIAllDevices, &count);
+    for (int i = 0; i < count; ++i) {
+        if (std::strcmp(devices[i].name, "Virtual core XTEST keyboard") == 0)
+            found = devices[i].deviceid;
+    }
+    if (devices)
+        XIFreeDeviceInfo(devices);
+    return found;
+}
+
 KeyboardMap::Type typeFrom(const XkbKeyTypeRec &source)
 {
     KeyboardMap::Type type;
@@ -134,6 +149,7 @@ std::unique_ptr<XConnection> XConnection::open(const QByteArray &displayName)
     if (!XQueryExtension(display, "XInputExtension", &connection->m_inputOpcode, &event, &error) ||
         XIQueryVersion(display, &inputMajor, &inputMinor) != Success)
         return nullptr;
+    connection->m_testKeyboard = findTestKeyboard(display);
 
     XSetWindowAttributes attributes{};
     attributes.event_mask = PropertyChangeMask;

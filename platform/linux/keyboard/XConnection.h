@@ -37,6 +37,9 @@ public:
     int fileDescriptor() const;
     int xkbEventBase() const { return m_xkbEventBase; }
     int inputOpcode() const { return m_inputOpcode; }
+    /// The device that XTEST's keys come from. Its keyboard map is its own; the core keyboard shows
+    /// the map of the device that was used last.
+    int testKeyboard() const { return m_testKeyboard; }
     XWindow root() const;
     /// A window of ours that is never shown: the owner of selections and the sender of pings.
     XWindow ownWindow() const { return m_ownWindow; }
@@ -91,6 +94,7 @@ private:
     bool m_broken = false;
     int m_xkbEventBase = 0;
     int m_inputOpcode = 0;
+    int m_testKeyboard = 0;
     XWindow m_ownWindow = 0;
 };
 
