@@ -10,7 +10,7 @@ import tempfile
 from report import Row
 
 COMMAND = pathlib.Path(__file__).resolve().parents[1] / "typing" / "typing_bench.py"
-GOALS = {"latin": 3000, "long": 3000}
+GOALS = {"latin": 3000, "line": 3000, "long": 3000}
 OTHER_GOAL = 1000
 LAYOUTS = "us,de,fr,ru"
 
@@ -27,8 +27,8 @@ def of(samples, tool):
     return [s for s in samples if s["tool"] == tool]
 
 
-def rates(samples):
-    return [s["characters"] / s["seconds"] for s in samples]
+def rates(samples, time="seconds"):
+    return [s["characters"] / s[time] for s in samples]
 
 
 def exact(samples):
@@ -38,6 +38,7 @@ def exact(samples):
 def speed(setting):
     samples = []
     for programs, kinds, repeat in ((None, "latin,cjk,mixed", 5),
+                                    (None, "line,different", 3),
                                     ("textarea,contenteditable", "long", 3)):
         arguments = ["--kinds", kinds, "--repeat", str(setting.count(repeat, 1))]
         if setting.quick:
@@ -50,8 +51,10 @@ def speed(setting):
         chosen = [s for s in samples if (s["program"], s["kind"]) == (program, kind)]
         ours, peer = of(chosen, "ours"), of(chosen, "xdotool")
         goal = GOALS.get(kind, OTHER_GOAL)
+        most = statistics.median(rates(ours, "shortest"))
         row = Row(f"typing, {program}, {kind}", f">= {goal}/s, exact", "/s", rates(ours),
-                  peer=rates(peer), peer_name="xdotool", note=f"exact {exact(ours)}")
+                  peer=rates(peer), peer_name="xdotool", note=f"exact {exact(ours)}, the program's "
+                  f"own processor time allows {most:.0f}/s")
         if peer:
             row.note += f", xdotool {exact(peer)}"
         row.reached = all(s["exact"] for s in ours) and row.median() >= goal

@@ -169,20 +169,21 @@ class Session:
     def stop(self):
         """Ends every process of the session, whoever started it, and removes its folder."""
         for number in (signal.SIGTERM, signal.SIGKILL):
-            for pid in self._processes():
+            for pid in self.processes():
                 try:
                     os.kill(pid, number)
                     os.kill(pid, signal.SIGCONT)
                 except ProcessLookupError:
                     pass
             limit = time.monotonic() + 3
-            while self._processes() and time.monotonic() < limit:
+            while self.processes() and time.monotonic() < limit:
                 time.sleep(0.05)
         for program in self.programs:
             program.process.wait()
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    def _processes(self):
+    def processes(self):
+        """The processes that the session started and that still run."""
         mark = f"{MARK}={self.folder}".encode()
         found = []
         for pid in filter(str.isdigit, os.listdir("/proc")):
