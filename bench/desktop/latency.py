@@ -26,7 +26,7 @@ class Quillet:
 
     def pid(self, name="quillet"):
         """The process of the session with this name."""
-        for pid in self.session.processes():
+        for pid in self.session._processes():
             with open(f"/proc/{pid}/comm", encoding="utf-8") as file:
                 if file.read().strip() == name[:15]:
                     return pid

@@ -48,16 +48,26 @@ def settle(target, text):
             return now
 
 
+def with_descendants(pid):
+    parents = {}
+    for stat in pathlib.Path("/proc").glob("[0-9]*/stat"):
+        try:
+            # The name in brackets may hold anything; after it come the state and the parent.
+            parents[int(stat.parent.name)] = int(stat.read_text().rpartition(")")[2].split()[1])
+        except OSError:
+            pass
+    family = {pid}
+    while more := {child for child, parent in parents.items() if parent in family} - family:
+        family |= more
+    return family
+
+
 def thread_times(target):
     """Processor seconds of each thread of the program, by process and thread."""
-    name = pathlib.Path(target.program.process.args[0]).name[:15]
     times = {}
-    for pid in target.desktop.processes():
+    for pid in with_descendants(target.program.process.pid):
         try:
-            process = pathlib.Path(f"/proc/{pid}")
-            if (process / "comm").read_text().strip() != name:
-                continue
-            for thread in (process / "task").iterdir():
+            for thread in pathlib.Path(f"/proc/{pid}/task").iterdir():
                 # The first number is nanoseconds on a processor (proc's schedstat).
                 times[pid, thread.name] = int((thread / "schedstat").read_text().split()[0]) / 1e9
         except OSError:

@@ -169,21 +169,20 @@ class Session:
     def stop(self):
         """Ends every process of the session, whoever started it, and removes its folder."""
         for number in (signal.SIGTERM, signal.SIGKILL):
-            for pid in self.processes():
+            for pid in self._processes():
                 try:
                     os.kill(pid, number)
                     os.kill(pid, signal.SIGCONT)
                 except ProcessLookupError:
                     pass
             limit = time.monotonic() + 3
-            while self.processes() and time.monotonic() < limit:
+            while self._processes() and time.monotonic() < limit:
                 time.sleep(0.05)
         for program in self.programs:
             program.process.wait()
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    def processes(self):
-        """The processes that the session started and that still run."""
+    def _processes(self):
         mark = f"{MARK}={self.folder}".encode()
         found = []
         for pid in filter(str.isdigit, os.listdir("/proc")):

@@ -160,7 +160,7 @@ def test_focus_follows_the_window_and_the_service(desktop, probe):
 
     # The registry dies: whoever registers again hears of the next focus.
     registry = desktop.run(["pgrep", "-f", "at-spi2-registryd"], check=False).split()
-    ours = [pid for pid in map(int, registry) if pid in desktop.processes()]
+    ours = [pid for pid in map(int, registry) if pid in desktop._processes()]
     for pid in ours:
         os.kill(pid, signal.SIGKILL)
     qt, _ = open_editor(desktop, "qt", "second")

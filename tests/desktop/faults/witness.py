@@ -124,7 +124,7 @@ class Witness(Person):
     def processes(self, name):
         """Process ids of the session's programs of that name."""
         found = []
-        for pid in self.session.processes():
+        for pid in self.session._processes():
             try:
                 with open(f"/proc/{pid}/comm", encoding="utf-8") as file:
                     if file.read().strip() == name[:15]:
