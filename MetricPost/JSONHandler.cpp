@@ -14,7 +14,9 @@ namespace metricpost
 namespace
 {
 
-using Json = nlohmann::json;
+// Its objects are one piece of memory each and keep the order in which they are filled, which here
+// is that of the dictionaries.
+using Json = nlohmann::ordered_json;
 
 std::string utf8(const QString &text)
 {
@@ -90,12 +92,13 @@ bool makeObjectSerializable(const MetricPostType &value, int depth, Json &result
         if (depth == 0)
             return false;
         result = Json::object();
-        auto &members = result.get_ref<Json::object_t &>();
+        // As a vector, because the keys are known to differ.
+        Json::object_t::Container &members = result.get_ref<Json::object_t &>();
         const Properties &dictionary = *value.get<Properties>();
+        members.reserve(std::size_t(dictionary.size()));
         for (auto entry = dictionary.cbegin(); entry != dictionary.cend(); ++entry) {
-            // The dictionary is in order already.
-            const auto member = members.emplace_hint(members.end(), utf8(entry.key()), nullptr);
-            if (!makeObjectSerializable(entry.value(), depth - 1, member->second))
+            auto &member = members.emplace_back(utf8(entry.key()), nullptr);
+            if (!makeObjectSerializable(entry.value(), depth - 1, member.second))
                 return false;
         }
         return true;

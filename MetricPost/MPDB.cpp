@@ -226,8 +226,9 @@ void MPDB::insertRow(PersistenceType type, const QByteArray &data, bool flag)
            QLatin1String("Failed to insert row into table "),
            QLatin1String("INSERT statement for table ")},
           [&](sqlite3_stmt *statement) {
+              // The data outlives the statement.
               sqlite3_bind_blob64(statement, 1, data.constData(), sqlite3_uint64(data.size()),
-                                  SQLITE_TRANSIENT);
+                                  SQLITE_STATIC);
               sqlite3_bind_int(statement, 2, flag ? 1 : 0);
               sqlite3_bind_double(statement, 3, m_surroundings.now());
           });

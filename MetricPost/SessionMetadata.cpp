@@ -50,9 +50,7 @@ QString SessionMetadata::randomId() const
 {
     const quint64 high = m_random();
     const quint64 low = m_random();
-    return QStringLiteral("%1%2")
-        .arg(high, 8, 16, QLatin1Char('0'))
-        .arg(low, 8, 16, QLatin1Char('0'));
+    return QStringLiteral("%1").arg(high << 32 | low, 16, 16, QLatin1Char('0'));
 }
 
 } // namespace metricpost
