@@ -43,11 +43,6 @@ TextNode block(const QString &text, std::vector<TextNode> children = {})
     return node(Role::Section, "div", "block", text, std::move(children));
 }
 
-TextNode piece(const QString &text)
-{
-    return node(Role::Static, "", "", text);
-}
-
 const QString object(QChar::ObjectReplacementCharacter);
 
 } // namespace
@@ -105,23 +100,6 @@ TEST(ElementFacts, StatesComeInTwoWords)
     EXPECT_FALSE(of.has(State::Focused));
     of.setStates({});
     EXPECT_EQ(of.states, 0U);
-}
-
-TEST(RichText, ReadsAsTheUserSeesIt)
-{
-    const TextNode editor = block(
-        QStringLiteral("one bold ") + object + QStringLiteral(" tail") + object + object + object,
-        {piece(QStringLiteral("one ")), piece(QStringLiteral("bold ")),
-         node(Role::Link, "a", "inline", QStringLiteral("link")), piece(QStringLiteral(" tail")),
-         block(QStringLiteral("two\nlines\n")), block(QStringLiteral("\n")),
-         node(Role::List, "ul", "block", object + object,
-              {node(Role::ListItem, "li", "list-item", QStringLiteral("1. first"),
-                    {node(Role::Static, "::marker", "inline", QStringLiteral("1. ")),
-                     piece(QStringLiteral("first"))}),
-               node(Role::ListItem, "li", "list-item", QStringLiteral("2. ") + object,
-                    {node(Role::Static, "::marker", "inline", QStringLiteral("2. ")),
-                     block(QStringLiteral("second"))})})});
-    EXPECT_EQ(flatten(editor), QStringLiteral("one bold link tail\ntwo\nlines\n\nfirst\nsecond"));
 }
 
 TEST(RichText, LineBreaksAtTheEnd)

@@ -84,13 +84,4 @@ TEST(KeyboardMap, LendsOnlyWhatNobodyUses)
     EXPECT_EQ(map.spareType(), std::nullopt);
 }
 
-TEST(KeyboardMap, EveryCharacterHasItsOwnKeysym)
-{
-    using platform::linux_::keysymForCodePoint;
-    EXPECT_EQ(keysymForCodePoint(U'A'), XKB_KEY_A);
-    EXPECT_EQ(keysymForCodePoint(U'ÿ'), XKB_KEY_ydiaeresis);
-    EXPECT_EQ(keysymForCodePoint(U'Ā'), 0x01000100U);
-    EXPECT_EQ(keysymForCodePoint(U'😀'), 0x0101f600U);
-}
-
 } // namespace

@@ -35,16 +35,6 @@ std::u32string typed(std::initializer_list<QString> characters, TypingHabits hab
     return text;
 }
 
-TEST(TypingPlan, TypesEveryCodePointOfACharacterOnce)
-{
-    EXPECT_EQ(typed({QStringLiteral("👩🏿‍💻"), QStringLiteral("é"), QStringLiteral("🇩🇪")}),
-              U"👩🏿‍💻é🇩🇪");
-    const auto keys = planKeys(events({QStringLiteral("aж")}), layoutWithSmallA(), {});
-    ASSERT_EQ(keys.size(), 2U);
-    EXPECT_EQ(keys[0].onLayout, (Keystroke{38, 0}));
-    EXPECT_EQ(keys[1].onLayout, std::nullopt);
-}
-
 TEST(TypingPlan, LeavesOutWhatNoKeyTypes)
 {
     const QString lonely =

@@ -81,12 +81,6 @@ void send(QWidget *to, QEvent::Type type, Qt::MouseButtons buttons)
 
 } // namespace
 
-TEST(ButtonPlacement, SitsInsideTheTopRightCorner)
-{
-    EXPECT_EQ(ButtonPlacement::panelOrigin({100, 200, 300, 40}, 900), QPointF(370, 670));
-    EXPECT_EQ(ButtonPlacement::panelOrigin({-500, -40, 300, 40}, 900), QPointF(-230, 910));
-}
-
 TEST_F(ManagerTest, ShowsOneButtonAtTheInput)
 {
     auto input = makeElement("AXTextArea");

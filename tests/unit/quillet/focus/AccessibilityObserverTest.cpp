@@ -1,6 +1,5 @@
 #include "quillet/focus/AccessibilityObserver.h"
 
-#include "quillet/focus/AccessibilityElement.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePlatform.h"
 
@@ -213,34 +212,4 @@ TEST_F(ObserverTest, APageStillBeingSearchedIsDecidedLater)
     EXPECT_EQ(button.shown, AXUIElement(page));
     ax.answer = platform::Accessibility::Answer::No;
     EXPECT_EQ(tick().last(), QStringLiteral("🔻 Hiding button — focus not in our app"));
-}
-
-TEST(AccessibilityElement, ReadsYieldNothingOnAnyFailure)
-{
-    fake::Accessibility ax;
-    auto data = makeElement("AXSlider");
-    const AXUIElement element(data);
-    data->set("AXValue", 0.25);
-    EXPECT_FALSE(getAttribute<QString>(ax, element, QStringLiteral("AXValue")));
-    EXPECT_FALSE(getAttribute<QString>(ax, element, QStringLiteral("AXTitle")));
-    data->errors.insert(QStringLiteral("AXRole"), AXError::InvalidUIElement);
-    EXPECT_FALSE(getAttribute<QString>(ax, element, QStringLiteral("AXRole")));
-
-    EXPECT_FALSE(getFrame(ax, element));
-    data->set("AXFrame", "100,200");
-    EXPECT_FALSE(getFrame(ax, element));
-    data->set("AXFrame", QRectF(1, 2, 3, 4));
-    EXPECT_EQ(getFrame(ax, element), QRectF(1, 2, 3, 4));
-
-    EXPECT_FALSE(getAllAttributes(ax, AXUIElement(makeElement(nullptr))));
-}
-
-TEST(AccessibilityElement, DescribesErrors)
-{
-    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError::Success), QStringLiteral("Success"));
-    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError(-25211)),
-              QStringLiteral("API disabled (Accessibility not trusted)"));
-    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError(-25214)),
-              QStringLiteral("Unknown error"));
-    EXPECT_EQ(AccessibilityObserver::describeAXError(AXError(7)), QStringLiteral("Unknown error"));
 }

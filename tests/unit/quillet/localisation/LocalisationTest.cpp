@@ -1,8 +1,7 @@
 #include "quillet/localisation/Localisation.h"
+#include "quillet/popup/CommandCatalogue.h"
 
 #include <gtest/gtest.h>
-
-#include <QStringList>
 
 namespace
 {
@@ -14,23 +13,15 @@ QString title(const char *identifier)
 
 TEST(Localisation, EveryCommandHasATitleThatIsNotItsIdentifier)
 {
-    const char *identifiers[] = {
-        "improve",        "tone-changer",  "reply",        "translate",  "more",
-        "quick-improve",  "check-grammar", "elevate",      "expand",     "clear",
-        "concise",        "emojify",       "friendly",     "happy",      "confident",
-        "romantic",       "sarcastic",     "professional", "witty",      "flirty",
-        "reply-msg-copy", "english",       "italian",      "french",     "spanish",
-        "catalan",        "german",        "chinese",      "japanese",   "portuguese",
-        "russian",        "greek",         "hindi",        "arabic",     "ukrainian",
-        "korean",         "polish",        "hungarian",    "armenian",   "croatian",
-        "thai",           "malay",         "bengali",      "vietnamese", "settings",
-        "send-feedback",  "share",         "rate",         "cancel",     "reload",
-        "apply"};
-    for (const char *identifier : identifiers) {
-        const QString text = title(identifier);
-        EXPECT_NE(text, QString::fromUtf8(identifier));
-        EXPECT_TRUE(text.at(0).isUpper()) << identifier;
-        EXPECT_FALSE(text.contains(u'-')) << identifier;
+    QStringList identifiers = CommandCatalogue::tools();
+    for (const QStringList &options : CommandCatalogue::toolOptions())
+        identifiers += options;
+    identifiers += {QStringLiteral("cancel"), QStringLiteral("reload"), QStringLiteral("apply")};
+    for (const QString &identifier : identifiers) {
+        const QString text = localized(identifier);
+        EXPECT_NE(text, identifier);
+        EXPECT_TRUE(text.at(0).isUpper()) << identifier.toStdString();
+        EXPECT_FALSE(text.contains(u'-')) << identifier.toStdString();
     }
     EXPECT_EQ(title("quick-improve"), QStringLiteral("Quick improve"));
 }

@@ -155,21 +155,6 @@ TEST_F(FloatingPopupTest, RunsACommandAndAppliesTheEditedResult)
               (QStringList{QStringLiteral("Execute command=friendly"), QStringLiteral("Apply")}));
 }
 
-TEST_F(FloatingPopupTest, AppliesAnAnswerOfFiveMegabytesExactly)
-{
-    const QByteArray line = "All work and no play makes Jack a dull boy. ";
-    const QByteArray huge = line.repeated(60'000) + "\n" + (line + "\n").repeated(60'000);
-    server.answer = [&](const QByteArray &) { return HttpStub::reply(huge); };
-    open();
-    click("expand");
-    ASSERT_TRUE(showsResult(huge.constData()));
-    result()->moveCursor(QTextCursor::End);
-    result()->insertPlainText(QStringLiteral("The end."));
-    click("apply");
-    ASSERT_TRUE(waitFor([&] { return !input.written.isEmpty(); }));
-    EXPECT_TRUE(input.written.first() == QString::fromLatin1(huge) + QStringLiteral("The end."));
-}
-
 TEST_F(FloatingPopupTest, ReloadReadsTheInputAgainAndCancelGoesBack)
 {
     open();

@@ -61,17 +61,3 @@ TEST(PopupLayout, LaysOutTheGrid)
     EXPECT_EQ(option(6, 7, 370), QRectF(15, 0, 167, 60));
     EXPECT_EQ(optionsView(), QRectF(0, 10, 370, 190));
 }
-
-TEST(PopupLayout, LaysOutTheRowAndTheResult)
-{
-    qreal width = 0;
-    const auto rects = toolButtons({50, 80}, width);
-    EXPECT_EQ(rects, (QList<QRectF>{{10, 0, 90, 35}, {108, 0, 120, 35}}));
-    EXPECT_EQ(width, 236);
-    EXPECT_EQ(toolRow(), QRectF(0, 207, 370, 40));
-
-    EXPECT_EQ(resultView(), QRectF(12, 68, 346, 166));
-    EXPECT_EQ(resultButton(0).x(), 12);
-    EXPECT_NEAR(resultButton(2).right(), 358, 1e-9);
-    EXPECT_LE(resultButton(0).bottom(), resultView().top());
-}

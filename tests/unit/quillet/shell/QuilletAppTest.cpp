@@ -111,28 +111,6 @@ TEST_F(QuilletAppTest, ShowsTheWizardFirstAndTheHomeViewLater)
     EXPECT_EQ(m_views.last(), QStringLiteral("home"));
 }
 
-TEST_F(QuilletAppTest, ClosingTheWindowGoesToTheBackgroundAndBack)
-{
-    QuilletApp app(parts());
-    app.launch();
-    runEvents();
-    QWidget *window = app.mainWindow();
-    EXPECT_EQ(capturedLines([&] { window->close(); }),
-              QStringList{QStringLiteral("Window will close!")});
-    EXPECT_EQ(m_platform.desktop.policies.last(), std::pair(window, ActivationPolicy::Accessory));
-    EXPECT_FALSE(window->isVisible());
-
-    const auto actions = app.menuBarItem()->menu().actions();
-    QStringList titles;
-    for (const QAction *item : actions)
-        titles.append(item->text());
-    EXPECT_EQ(titles.join(u'|'),
-              QStringLiteral("Open Quillet|Send Feedback|Check for Updates|Quit"));
-    actions.first()->trigger();
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(m_platform.desktop.policies.last(), std::pair(window, ActivationPolicy::Regular));
-}
-
 TEST_F(QuilletAppTest, FeedbackOpensAMessageOrTellsTheAddress)
 {
     EXPECT_EQ(feedbackUrl(QStringLiteral("a@b.example")).toEncoded(),
@@ -188,25 +166,6 @@ TEST_F(QuilletAppTest, DoesNotRunWhenItHasBeenMoved)
     EXPECT_EQ(app.run(), 0);
     EXPECT_EQ(app.mainWindow(), nullptr);
     EXPECT_TRUE(m_views.isEmpty());
-}
-
-TEST(WindowHelpers, ActOnceAndOnlyInAWindow)
-{
-    QWidget window;
-    int calls = 0;
-    WindowAccessor alone([&](QWidget *) { ++calls; });
-    WindowSizeSetter lonely(10, 10);
-    runEvents();
-    alone.setParent(&window);
-    lonely.setParent(&window);
-    runEvents();
-    EXPECT_EQ(calls, 0);
-    EXPECT_NE(window.maximumSize(), QSize(10, 10));
-
-    QWidget *found = nullptr;
-    WindowAccessor inside([&](QWidget *w) { found = w; }, &window);
-    runEvents();
-    EXPECT_EQ(found, &window);
 }
 
 } // namespace

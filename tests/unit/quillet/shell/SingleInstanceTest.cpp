@@ -43,23 +43,6 @@ protected:
     QTemporaryDir m_folder;
 };
 
-TEST_F(SingleInstanceTest, ALaterStartActivatesTheFirstAndEndsWell)
-{
-    const Process first = start("");
-    ASSERT_EQ(line(first), "first");
-    const Process second = start("id with spaces_TIME12");
-    EXPECT_EQ(line(second), "later");
-    EXPECT_EQ(line(first), "activate id with spaces_TIME12");
-    end(second);
-    EXPECT_EQ(second->exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(second->exitCode(), 0);
-
-    end(first);
-    const Process third = start("");
-    EXPECT_EQ(line(third), "first");
-    end(third);
-}
-
 TEST_F(SingleInstanceTest, ACrashDoesNotKeepTheNextOut)
 {
     const Process crashed = start("");

@@ -44,8 +44,6 @@ protected:
     }
 };
 
-const char kSubtitle[] = "Quillet is ready to be used\nacross all your favourite apps";
-
 TEST_F(HomeViewTest, ShowsTheCheckedStatusFromItsFirstAppearanceOn)
 {
     expectBadge(0, "Checking...", SystemColor::orange);
@@ -56,9 +54,6 @@ TEST_F(HomeViewTest, ShowsTheCheckedStatusFromItsFirstAppearanceOn)
     expectBadge(0, "All looks great!", SystemColor::green);
     expectBadge(1, "Beta test", SystemColor::green);
     EXPECT_FALSE(configure().isVisible());
-    EXPECT_EQ(card(0).text().text(), QString::fromUtf8(kSubtitle));
-    EXPECT_EQ(card(1).text().text(), QStringLiteral("You have full access to all AI features."));
-    EXPECT_EQ(home->cardWidth(), 350);
 }
 
 TEST_F(HomeViewTest, OffersTheWizardWhileNotTrustedAndTurnsGreenAfterwards)
@@ -66,7 +61,6 @@ TEST_F(HomeViewTest, OffersTheWizardWhileNotTrustedAndTurnsGreenAfterwards)
     accessibility.trusted = false;
     home->show();
     expectBadge(0, "Not configured", SystemColor::red);
-    EXPECT_EQ(card(0).text().text(), QString::fromUtf8(kSubtitle));
     ASSERT_TRUE(configure().isVisible());
 
     QSignalSpy showOnboarding(home.get(), &HomeView::showOnboardingChanged);
@@ -130,27 +124,6 @@ TEST_F(HomeViewTest, AnyWindowOfOursThatGetsTheKeyboardIsNoticed)
     other.show();
     other.activateWindow();
     EXPECT_TRUE(becameKey.count() > 0 || becameKey.wait(60000));
-}
-
-TEST_F(HomeViewTest, StandsWhereTheLayoutSays)
-{
-    accessibility.trusted = false;
-    home->show();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(home->size(), QSize(600, 600));
-    // The logo with its padding ends at 84; two gaps and a spacer of 20 each follow.
-    EXPECT_EQ(card(0).pos(), QPoint(125, 144));
-    EXPECT_EQ(card(0).width(), 350);
-    EXPECT_EQ(card(1).pos(), QPoint(125, card(0).geometry().bottom() + 1 + 20));
-    EXPECT_EQ(configure().size(), QSize(250, 50));
-
-    // The panel is as wide as its content: 250 and twice the padding.
-    const QImage image = home->grab().toImage();
-    const int y = card(0).geometry().center().y();
-    EXPECT_EQ(image.pixelColor(157, y), QColor(Qt::white));
-    EXPECT_EQ(image.pixelColor(159, y), colorFromHex(QStringLiteral("#EEF0E6")));
-    EXPECT_EQ(image.pixelColor(162, y), colorFromHex(QStringLiteral("#F9F9F9")));
-    EXPECT_EQ(image.pixelColor(440, y), colorFromHex(QStringLiteral("#EEF0E6")));
 }
 
 } // namespace

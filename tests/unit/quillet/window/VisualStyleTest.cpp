@@ -87,14 +87,6 @@ TEST(Fonts, NamesGiveTheirFaces)
     }
 }
 
-TEST(Fonts, UnknownNamesGiveTheSystemFontOfTheirSize)
-{
-    const QFont font = customFont(QStringLiteral("Regular-Bold"), 16);
-    EXPECT_EQ(font.family(), QFontDatabase::systemFont(QFontDatabase::GeneralFont).family());
-    EXPECT_EQ(font.pixelSize(), 16);
-    EXPECT_EQ(font.weight(), QFont::Normal);
-}
-
 TEST(ButtonStyles, PurpleShowsItsStates)
 {
     const PurpleButtonStyle style;
@@ -117,26 +109,6 @@ TEST(ButtonStyles, PurpleShowsItsStates)
     EXPECT_NEAR(dimmed.blue(), 0.8 * 0xF5, 2);
 
     EXPECT_TRUE(hasPixel(drawn(style, {.label = {}, .showsFocus = true}), Qt::white));
-}
-
-TEST(ButtonStyles, GreyLooksTheSameInEveryStateAndTakesTheLabelsLook)
-{
-    const GreyButtonStyle style;
-    EXPECT_EQ(style.size(), QSize(250, 50));
-    const ButtonLabel plain{QStringLiteral("Configure")};
-    const QImage normal = drawn(style, {plain});
-    EXPECT_EQ(atLeftEnd(normal), QColor(0xE5, 0xE5, 0xE5));
-    EXPECT_TRUE(hasPixel(normal, Qt::white));
-    EXPECT_EQ(drawn(style, {.label = plain, .isPressed = true}), normal);
-    EXPECT_EQ(drawn(style, {.label = plain, .isEnabled = false}), normal);
-
-    const ButtonLabel own{QStringLiteral("Configure"), SystemColor::black,
-                          withOpacity(SystemColor::gray, 0.2), 12};
-    const QImage labelled = drawn(style, {own});
-    EXPECT_LT(atLeftEnd(labelled).green(), 0xE5);
-    EXPECT_EQ(labelled.pixelColor(1, 1), QColor(Qt::red)) << "the label's box is cut off too";
-    EXPECT_TRUE(hasPixel(labelled, Qt::black));
-    EXPECT_FALSE(hasPixel(labelled, Qt::white));
 }
 
 } // namespace
