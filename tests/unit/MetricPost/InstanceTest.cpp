@@ -85,19 +85,6 @@ TEST_F(Instances, TheRegistryKeepsTheFirstConfigurationAndTheLastMainInstance)
                  "main instance, or define a new main instance if removing the main one");
 }
 
-TEST_F(Instances, TheOlderEntryPointHasItsOwnDefaults)
-{
-    const auto old = MetricPost::initialize(u"oldform"_qs);
-    EXPECT_FALSE(old->options().useGzipCompression);
-    EXPECT_EQ(old->flushInterval(), 60);
-    EXPECT_EQ(old->name(), u"oldform"_qs);
-    EXPECT_TRUE(MetricPostOptions().useGzipCompression);
-    EXPECT_EQ(MetricPost::mainInstance(), old);
-    EXPECT_EQ(old->debugDescription(),
-              u"MetricPost(\n    Token: oldform\n    Distinct Id: %1\n)"_qs.arg(old->distinctId()));
-    MetricPost::shutdown();
-}
-
 TEST_F(Instances, TheFirstIdentityIsADeviceAndStays)
 {
     QString distinctId;
@@ -163,24 +150,6 @@ TEST_F(Instances, OverlappingFlushesSendNothingTwice)
             names.append(textAt(record, {u"event"_qs}));
     }
     EXPECT_EQ(names, expected);
-}
-
-TEST_F(Instances, EventsWaitInTheStoreUntilThereIsAServer)
-{
-    {
-        const auto instance = make();
-        instance->setServerURL({});
-        instance->track(u"early"_qs);
-        flushAndWait(*instance);
-        EXPECT_TRUE(sandbox.transport->requests().isEmpty());
-    }
-    const auto instance = make();
-    instance->setServerURL({});
-    instance->track(u"late"_qs);
-    instance->setServerURL(u"http://127.0.0.1:9"_qs);
-    flushAndWait(*instance);
-    EXPECT_EQ(sentNames(), (QStringList{u"early"_qs, u"late"_qs}));
-    EXPECT_TRUE(sandbox.transport->requests()[0].url.toString().startsWith(u"http://127.0.0.1:9/"));
 }
 
 TEST_F(Instances, OptingOutEmptiesTheStoreAndLasts)

@@ -7,23 +7,6 @@
 
 using namespace metricpost;
 
-TEST(Logger, EvaluatesAMessageOnlyWhenItsLevelIsEnabled)
-{
-    int evaluated = 0;
-    const auto message = [&] {
-        ++evaluated;
-        return QStringLiteral("text");
-    };
-    MetricPostLogger::error(message);
-    EXPECT_EQ(evaluated, 0);
-    MetricPostLogger::enableLevel(MetricPostLogLevel::error);
-    MetricPostLogger::error(message);
-    MetricPostLogger::warn(message);
-    MetricPostLogger::disableLevel(MetricPostLogLevel::error);
-    MetricPostLogger::error(message);
-    EXPECT_EQ(evaluated, 1);
-}
-
 TEST(Logger, SinksWriteTheirLines)
 {
     const MetricPostLogMessage message{QStringLiteral("MPDB"), QStringLiteral("open"),
@@ -50,34 +33,32 @@ TEST(Logger, SinksWriteTheirLines)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), line.toStdString());
 }
 
-TEST(Logger, NamesTheCallersFileAndFunctionAndKeepsTheOrderOfSinks)
+TEST(Logger, SaysWhereAMessageComesFromAndEvaluatesItOnlyWhenItsLevelIsEnabled)
 {
     struct Sink : MetricPostLogging {
-        Sink(QString n, QStringList &l)
-            : name(std::move(n))
-            , lines(l)
-        {
-        }
         void addMessage(const MetricPostLogMessage &message) override
         {
-            lines.append(name + message.file + u' ' + message.function + u' ' + message.text);
+            lines.append(message.file + u' ' + message.function + u' ' + message.text);
         }
-        QString name;
-        QStringList &lines;
+        QStringList lines;
     };
-    QStringList lines;
-    const auto first = std::make_shared<Sink>(QStringLiteral("1 "), lines);
-    const auto second = std::make_shared<Sink>(QStringLiteral("2 "), lines);
-    MetricPostLogger::addLogging(first);
-    MetricPostLogger::addLogging(second);
-    MetricPostLogger::enableLevel(MetricPostLogLevel::info);
-    MetricPostLogger::info([] { return QStringLiteral("here"); });
-    MetricPostLogger::info([] { return QStringLiteral("x"); }, "/a/b/MPDB", "open");
-    MetricPostLogger::disableLevel(MetricPostLogLevel::info);
-    MetricPostLogger::removeLogging(first);
-    MetricPostLogger::removeLogging(second);
-    EXPECT_EQ(lines,
-              (QStringList{QStringLiteral("1 LoggerTest.cpp TestBody here"),
-                           QStringLiteral("2 LoggerTest.cpp TestBody here"),
-                           QStringLiteral("1 MPDB open x"), QStringLiteral("2 MPDB open x")}));
+    const auto sink = std::make_shared<Sink>();
+    int evaluated = 0;
+    const auto message = [&] {
+        ++evaluated;
+        return QStringLiteral("text");
+    };
+    MetricPostLogger::addLogging(sink);
+    MetricPostLogger::error(message);
+    EXPECT_EQ(evaluated, 0);
+    MetricPostLogger::enableLevel(MetricPostLogLevel::error);
+    MetricPostLogger::error(message);
+    MetricPostLogger::warn(message);
+    MetricPostLogger::error(message, "/a/b/MPDB", "open");
+    MetricPostLogger::disableLevel(MetricPostLogLevel::error);
+    MetricPostLogger::error(message);
+    MetricPostLogger::removeLogging(sink);
+    EXPECT_EQ(evaluated, 2);
+    EXPECT_EQ(sink->lines, (QStringList{QStringLiteral("LoggerTest.cpp TestBody text"),
+                                        QStringLiteral("MPDB open text")}));
 }

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-
 #include <thread>
 #include <vector>
 
@@ -59,16 +57,4 @@ TEST(SerialQueueTest, ClosingRunsOrDropsWhatIsPendingAndReleasesWhoWaits)
         EXPECT_FALSE(queue.sync([] {}));
         EXPECT_TRUE(runs || !syncRan);
     }
-}
-
-TEST(SerialQueueTest, TheThreadBearsTheEndOfTheLabel)
-{
-    SerialQueue queue(QStringLiteral("dratru.0123456789abcdef.network)"));
-    QByteArray name;
-    queue.sync([&] {
-        QFile file(QStringLiteral("/proc/thread-self/comm"));
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        name = file.readAll().trimmed();
-    });
-    EXPECT_EQ(name, "abcdef.network)");
 }

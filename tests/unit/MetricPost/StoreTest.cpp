@@ -188,37 +188,6 @@ TEST_F(Store, WithoutAUsableFolderOrTokenOperationsOnlyLog)
     EXPECT_EQ(made.readRows(PersistenceType::events, 1).size(), 1);
 }
 
-TEST_F(Store, ProfileUpdatesOfTheUnidentifiedWaitAndLeaveUnderTheCurrentId)
-{
-    MetricPostPersistence persistence(u"ab12cd"_qs, sandbox.environment());
-    const auto load = [&] { return persistence.loadEntitiesInBatch(PersistenceType::people); };
-    persistence.saveEntity({{u"$distinct_id"_qs, u"old"_qs}}, PersistenceType::people,
-                           PersistenceConstant::unIdentifiedFlag);
-    EXPECT_TRUE(load().isEmpty());
-    MetricPostIdentity identity;
-    identity.distinctID = u"new"_qs;
-    MetricPostPersistence::saveIdentity(identity, u"ab12cd"_qs, *sandbox.defaults);
-    persistence.identifyPeople();
-    ASSERT_EQ(load().size(), 1);
-    EXPECT_EQ(textAt(load().constFirst(), {u"$distinct_id"_qs}), u"new"_qs);
-    persistence.resetEntities();
-    EXPECT_TRUE(load().isEmpty());
-}
-
-TEST_F(Store, AutomaticEventsAreLeftOutOnRequest)
-{
-    MetricPostPersistence persistence(u"ab12cd"_qs, sandbox.environment());
-    persistence.saveEntities({{{u"event"_qs, u"$ae_session"_qs}}, {{u"event"_qs, u"mine"_qs}}},
-                             PersistenceType::events);
-    const auto count = [&](bool exclude) {
-        return persistence
-            .loadEntitiesInBatch(PersistenceType::events, MPDB::allRows, false, exclude)
-            .size();
-    };
-    EXPECT_EQ(count(false), 2);
-    EXPECT_EQ(count(true), 1);
-}
-
 TEST_F(Store, SmallValuesSurviveInASuiteFileUnderTheirKeys)
 {
     const QString path = sandbox.folder.filePath(u"MetricPost.conf"_qs);
