@@ -181,4 +181,17 @@ public:
     }
 };
 
+/// The fakes together; the desktop may be a real one.
+template <class Desktop, class Bundle> struct Platform : platform::Platform {
+    Accessibility ax;
+    KeyboardEvents keys;
+    Desktop desktop;
+    Bundle bundle;
+
+    platform::Accessibility &accessibility() override { return ax; }
+    platform::KeyboardEvents &keyboard() override { return keys; }
+    platform::Workspace &workspace() override { return desktop; }
+    platform::Installation &installation() override { return bundle; }
+};
+
 } // namespace fake

@@ -10,28 +10,11 @@
 
 #include <iostream>
 
-namespace
-{
-
-struct ShellPlatform : platform::Platform {
-    fake::Accessibility ax;
-    fake::KeyboardEvents keys;
-    platform::linux_::X11Workspace desktop;
-    platform::linux_::LinuxInstallation bundle;
-
-    platform::Accessibility &accessibility() override { return ax; }
-    platform::KeyboardEvents &keyboard() override { return keys; }
-    platform::Workspace &workspace() override { return desktop; }
-    platform::Installation &installation() override { return bundle; }
-};
-
-} // namespace
-
 int main(int argc, char *argv[])
 {
     const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
     QApplication application(argc, argv);
-    ShellPlatform platform;
+    fake::Platform<platform::linux_::X11Workspace, platform::linux_::LinuxInstallation> platform;
     QSettings defaults(QStringLiteral("Quillet"), QStringLiteral("probe"));
     const auto view = [](const char *text) {
         return [text](QWidget *parent, std::function<void(bool)>) {

@@ -1,17 +1,14 @@
 #include "quillet/button/FloatingButtonManager.h"
 
-#include "quillet/analytics/EventTracker.h"
-#include "quillet/button/ButtonPlacement.h"
 #include "quillet/button/DragFriendlyButton.h"
 #include "quillet/button/NonActivatingPanel.h"
 #include "quillet/popup/BackendService.h"
-#include "quillet/popup/WritingEndpoint.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePlatform.h"
+#include "support/FakeServices.h"
 
-#include <QGuiApplication>
+#include <QCoreApplication>
 #include <QMouseEvent>
-#include <QScreen>
 
 #include <gtest/gtest.h>
 
@@ -22,22 +19,6 @@ using platform::KeyboardEvent;
 
 namespace
 {
-
-class NoEndpoint : public WritingEndpoint
-{
-public:
-    void withEndpoint(std::function<void(const QString &, const QString &)>) override {}
-};
-
-class CountingTracker : public EventTracker
-{
-public:
-    QStringList events;
-    void track(const QString &event, const QMap<QString, QString> &) override
-    {
-        events.append(event);
-    }
-};
 
 class ManagerTest : public testing::Test
 {
@@ -67,8 +48,8 @@ protected:
     fake::KeyboardEvents keyboard;
     fake::Workspace workspace;
     BackendService backend;
-    NoEndpoint endpoint;
-    CountingTracker tracker;
+    fake::Endpoint endpoint;
+    fake::Tracker tracker;
     QStringList notWritten;
     FloatingButtonManager manager{{ax, keyboard, workspace, backend, endpoint, tracker}};
 };

@@ -19,18 +19,6 @@ namespace
 
 using platform::ActivationPolicy;
 
-struct FakePlatform : platform::Platform {
-    fake::Accessibility ax;
-    fake::KeyboardEvents keys;
-    fake::Workspace desktop;
-    fake::Installation bundle;
-
-    platform::Accessibility &accessibility() override { return ax; }
-    platform::KeyboardEvents &keyboard() override { return keys; }
-    platform::Workspace &workspace() override { return desktop; }
-    platform::Installation &installation() override { return bundle; }
-};
-
 void runEvents()
 {
     QCoreApplication::processEvents();
@@ -42,7 +30,7 @@ class QuilletAppTest : public testing::Test
 protected:
     QTemporaryDir m_folder;
     QSettings m_defaults{m_folder.filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat};
-    FakePlatform m_platform;
+    fake::Platform<fake::Workspace, fake::Installation> m_platform;
     QStringList m_views;
     std::function<void(bool)> m_setShowOnboarding;
     int m_quits = 0;
