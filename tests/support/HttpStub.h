@@ -1,31 +1,61 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
 #include <QList>
 #include <QTcpServer>
 #include <QTcpSocket>
 
 #include <functional>
+#include <memory>
 
-/// A real HTTP server on loopback that answers each request with the bytes that the test gives, and
-/// keeps what it was asked.
-class HttpStub : public QTcpServer
+/// A real HTTP server on loopback that hands each whole request to whoever plays the service.
+class HttpDouble : public QTcpServer
 {
 public:
-    /// The whole answer, header included, for a request's header block. An empty answer closes the
-    /// connection; the answer "hold" leaves it open.
-    std::function<QByteArray(const QByteArray &request)> answer;
-    QList<QByteArray> requests;
-
-    HttpStub()
+    HttpDouble()
     {
         listen(QHostAddress::LocalHost);
         connect(this, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket *socket = nextPendingConnection())
-                serve(socket);
+            while (QTcpSocket *socket = nextPendingConnection()) {
+                auto received = std::make_shared<QByteArray>();
+                connect(socket, &QTcpSocket::readyRead, this,
+                        [this, socket, received] { read(socket, *received); });
+                connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            }
         });
     }
+
+protected:
+    /// The head is without its empty line.
+    virtual void serve(QTcpSocket *socket, const QByteArray &head, const QByteArray &body) = 0;
+
+private:
+    void read(QTcpSocket *socket, QByteArray &received)
+    {
+        received += socket->readAll();
+        const auto headEnd = received.indexOf("\r\n\r\n");
+        if (headEnd < 0)
+            return;
+        const QByteArray head = received.first(headEnd);
+        const auto length = head.toLower().indexOf("content-length:");
+        const auto bodySize =
+            length < 0 ? 0 : head.mid(length + 15).split('\r').first().trimmed().toLongLong();
+        if (received.size() < headEnd + 4 + bodySize)
+            return;
+        const QByteArray body = received.mid(headEnd + 4, bodySize);
+        received.remove(0, headEnd + 4 + bodySize);
+        serve(socket, head, body);
+    }
+};
+
+/// Answers each request with the bytes that the test gives, and keeps what it was asked.
+class HttpStub : public HttpDouble
+{
+public:
+    /// The whole answer, header included, for a request's head. An empty answer only closes the
+    /// connection.
+    std::function<QByteArray(const QByteArray &request)> answer;
+    QList<QByteArray> requests;
 
     QString url(const char *path) const
     {
@@ -40,24 +70,11 @@ public:
                "\r\nConnection: close\r\n\r\n" + body;
     }
 
-private:
-    void serve(QTcpSocket *socket)
+protected:
+    void serve(QTcpSocket *socket, const QByteArray &head, const QByteArray &) override
     {
-        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-            QByteArray &header = m_pending[socket];
-            header += socket->readAll();
-            if (!header.contains("\r\n\r\n"))
-                return;
-            const QByteArray request = m_pending.take(socket);
-            requests.append(request);
-            const QByteArray bytes = answer ? answer(request) : reply("");
-            if (bytes == "hold")
-                return;
-            socket->write(bytes);
-            socket->disconnectFromHost();
-        });
+        requests.append(head);
+        socket->write(answer ? answer(head) : reply(""));
+        socket->disconnectFromHost();
     }
-
-    QHash<QTcpSocket *, QByteArray> m_pending;
 };

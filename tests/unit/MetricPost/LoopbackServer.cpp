@@ -1,46 +1,66 @@
 #include "LoopbackServer.h"
 
-#include <gtest/gtest.h>
+#include "support/HttpStub.h"
+
 #include <zlib.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace metricpost::test
 {
 
+class LoopbackServer::Server : public HttpDouble
+{
+public:
+    explicit Server(LoopbackServer &owner)
+        : m_owner(owner)
+    {
+    }
+
+protected:
+    void serve(QTcpSocket *socket, const QByteArray &head, const QByteArray &body) override
+    {
+        int number = 0;
+        {
+            const std::lock_guard lock(m_owner.m_mutex);
+            m_owner.m_requests.append(head + "\r\n\r\n" + body);
+            number = int(m_owner.m_requests.size());
+        }
+        const Answer answer = m_owner.m_behaviour(number);
+        socket->write(answer.bytes);
+        if (answer.then == Then::Close) {
+            socket->disconnectFromHost();
+        } else if (answer.then == Then::Reset) {
+            // Discarding what the peer sent after closing makes the kernel send a reset.
+            const linger now{1, 0};
+            ::setsockopt(int(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &now, sizeof now);
+            socket->abort();
+        }
+    }
+
+private:
+    LoopbackServer &m_owner;
+};
+
 LoopbackServer::LoopbackServer(Behaviour behaviour)
     : m_behaviour(std::move(behaviour))
-    , m_listener(::socket(AF_INET, SOCK_STREAM, 0))
 {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    EXPECT_EQ(::bind(m_listener, reinterpret_cast<sockaddr *>(&address), size), 0);
-    EXPECT_EQ(::listen(m_listener, 16), 0);
-    EXPECT_EQ(::getsockname(m_listener, reinterpret_cast<sockaddr *>(&address), &size), 0);
-    m_port = ntohs(address.sin_port);
-    m_acceptor = std::thread([this] { accept(); });
+    auto *server = new Server(*this);
+    m_port = server->serverPort();
+    server->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, server, &QObject::deleteLater);
+    m_thread.start();
 }
 
 LoopbackServer::~LoopbackServer()
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_ending = true;
-        for (const int connection : m_connections)
-            ::shutdown(connection, SHUT_RDWR);
-    }
-    ::shutdown(m_listener, SHUT_RDWR);
-    m_acceptor.join();
-    for (std::thread &thread : m_threads)
-        thread.join();
-    for (const int connection : m_connections)
-        ::close(connection);
-    ::close(m_listener);
+    m_thread.quit();
+    m_thread.wait();
+}
+
+LoopbackServer::Behaviour LoopbackServer::always(const QByteArray &bytes)
+{
+    return [bytes](int) { return Answer{bytes}; };
 }
 
 QString LoopbackServer::url() const
@@ -52,71 +72,6 @@ QList<QByteArray> LoopbackServer::requests() const
 {
     const std::lock_guard lock(m_mutex);
     return m_requests;
-}
-
-void LoopbackServer::accept()
-{
-    while (true) {
-        const int connection = ::accept(m_listener, nullptr, nullptr);
-        if (connection < 0)
-            return;
-        const std::lock_guard lock(m_mutex);
-        m_connections.push_back(connection);
-        if (m_ending)
-            return;
-        m_threads.emplace_back([this, connection] { serve(connection); });
-    }
-}
-
-void LoopbackServer::serve(int connection)
-{
-    QByteArray received;
-    char buffer[65536];
-    while (true) {
-        const qsizetype headEnd = received.indexOf("\r\n\r\n");
-        qsizetype wanted = -1;
-        if (headEnd >= 0) {
-            const QByteArray head = received.first(headEnd).toLower();
-            const qsizetype field = head.indexOf("content-length:");
-            const qsizetype length =
-                field < 0 ? 0 : head.mid(field + 15).split('\r').first().trimmed().toLongLong();
-            wanted = headEnd + 4 + length;
-        }
-        if (wanted < 0 || received.size() < wanted) {
-            const ssize_t count = ::recv(connection, buffer, sizeof buffer, 0);
-            if (count <= 0)
-                return;
-            received.append(buffer, count);
-            continue;
-        }
-        int number = 0;
-        {
-            const std::lock_guard lock(m_mutex);
-            m_requests.append(received.first(wanted));
-            number = int(m_requests.size());
-        }
-        received.remove(0, wanted);
-        const Answer answer = m_behaviour(number);
-        ::send(connection, answer.bytes.constData(), std::size_t(answer.bytes.size()),
-               MSG_NOSIGNAL);
-        switch (answer.then) {
-        case Then::KeepOpen:
-        case Then::Hang:
-            break;
-        case Then::Close:
-            ::shutdown(connection, SHUT_RDWR);
-            return;
-        case Then::Reset: {
-            // Discarding what the peer sent after closing makes the kernel send a reset.
-            const linger now{1, 0};
-            ::setsockopt(connection, SOL_SOCKET, SO_LINGER, &now, sizeof now);
-            const std::lock_guard lock(m_mutex);
-            std::erase(m_connections, connection);
-            ::close(connection);
-            return;
-        }
-        }
-    }
 }
 
 QByteArray LoopbackServer::response(int status, const QByteArray &body,

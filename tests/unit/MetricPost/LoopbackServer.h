@@ -3,31 +3,33 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QThread>
 
 #include <functional>
 #include <mutex>
-#include <thread>
-#include <vector>
 
 namespace metricpost::test
 {
 
-/// An HTTP server on the loopback address with plain sockets, a thread for each connection. It
+/// An HTTP server on the loopback address with a thread of its own, for clients that block. It
 /// keeps every byte of each request and answers with the bytes that the test wants, so that it
 /// can also break the protocol.
 class LoopbackServer
 {
 public:
-    enum class Then { KeepOpen, Close, Reset, Hang };
+    enum class Then { KeepOpen, Close, Reset };
     struct Answer {
         QByteArray bytes;
         Then then = Then::KeepOpen;
     };
-    /// The number counts from 1. Called on the connection's thread.
+    /// The number counts from 1. Called on the server's thread.
     using Behaviour = std::function<Answer(int number)>;
 
     explicit LoopbackServer(Behaviour behaviour);
     ~LoopbackServer();
+
+    /// The same bytes to each request; none leave the client waiting.
+    static Behaviour always(const QByteArray &bytes);
 
     QString url() const;
     QList<QByteArray> requests() const;
@@ -37,18 +39,13 @@ public:
                                const QByteArray &moreHeaders = {});
 
 private:
-    void accept();
-    void serve(int connection);
+    class Server;
 
     const Behaviour m_behaviour;
-    int m_listener = -1;
-    int m_port = 0;
+    quint16 m_port = 0;
     mutable std::mutex m_mutex;
     QList<QByteArray> m_requests;
-    std::vector<int> m_connections;
-    std::vector<std::thread> m_threads;
-    bool m_ending = false;
-    std::thread m_acceptor;
+    QThread m_thread;
 };
 
 /// What follows the first empty line.

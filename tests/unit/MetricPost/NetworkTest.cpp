@@ -34,13 +34,14 @@ struct Wire : testing::Test {
 
 } // namespace
 
-TEST_F(Wire, CarriesTheLowerCaseMethodTheQueryAndTheBody)
+TEST_F(Wire, CarriesTheLowerCaseMethodTheQueryTheBodyAndTheAnswersHeaders)
 {
     LoopbackServer server(
-        [](int) { return LoopbackServer::Answer{LoopbackServer::response(200, "1")}; });
+        LoopbackServer::always(LoopbackServer::response(200, "1", "RETRY-AFTER: 30\r\n")));
     const auto request = requestTo(server.url());
     EXPECT_TRUE(send(*request));
     EXPECT_TRUE(send(*request, true));
+    EXPECT_EQ(request->networkRequestsAllowedAfterTime(), *sandbox.now + 30);
     ASSERT_EQ(server.requests().size(), 2);
     const QByteArray plain = server.requests()[0];
     EXPECT_TRUE(plain.startsWith("post /track/?ip=1 HTTP/1.1\r\n")) << plain.constData();
@@ -53,48 +54,54 @@ TEST_F(Wire, CarriesTheLowerCaseMethodTheQueryAndTheBody)
     EXPECT_EQ(gunzip(bodyOf(compressed)), "[{\"a\":1}]");
 }
 
-TEST_F(Wire, AnythingButAWhole200WithAnIntegerCountsAsNotSent)
+TEST_F(Wire, OnlyAWhole200WithAnIntegerCountsAsSent)
 {
-    const QByteArray ok = LoopbackServer::response(200, "1");
-    const QList<LoopbackServer::Answer> failures{
-        {LoopbackServer::response(500, "1"), Then::KeepOpen},
-        {LoopbackServer::response(302, "1", "Location: /elsewhere/\r\n"), Then::KeepOpen},
-        {LoopbackServer::response(401, "1", "WWW-Authenticate: Basic realm=\"x\"\r\n"),
-         Then::Close},
-        {LoopbackServer::response(200, "<html>"), Then::KeepOpen},
-        {LoopbackServer::response(200, ""), Then::KeepOpen},
-        {LoopbackServer::response(200, QByteArray(10'000'000, '1')), Then::KeepOpen},
-        {"HTTP/1.1 200 OK\r\nContent-Length: 3\r\n\r\n1", Then::Close},
-        {"HTTP/1.1 200 OK\r\nContent-Le", Then::Close},
-        {"SMTP ready\r\n\r\n", Then::Close},
-        {"", Then::Reset},
+    const struct {
+        LoopbackServer::Answer answer;
+        QString reason;
+    } failures[] = {
+        {{LoopbackServer::response(500, "1")}, u"notOKStatusCode(statusCode: 500)"_qs},
+        {{LoopbackServer::response(204, "")}, u"notOKStatusCode(statusCode: 204)"_qs},
+        {{LoopbackServer::response(302, "1", "Location: /elsewhere/\r\n")},
+         u"notOKStatusCode(statusCode: 302)"_qs},
+        {{LoopbackServer::response(401, "1", "WWW-Authenticate: Basic realm=\"x\"\r\n"),
+          Then::Close},
+         u"notOKStatusCode(statusCode: 401)"_qs},
+        {{LoopbackServer::response(200, "<html>")}, u"parseError"_qs},
+        {{LoopbackServer::response(200, "1\n")}, u"parseError"_qs},
+        {{LoopbackServer::response(200, "")}, u"noData"_qs},
+        {{LoopbackServer::response(200, QByteArray(10'000'000, '1'))}, {}},
+        {{"HTTP/1.1 200 OK\r\nContent-Length: 3\r\n\r\n1", Then::Close}, u"other("_qs},
+        {{"HTTP/1.1 200 OK\r\nContent-Le", Then::Close}, u"other("_qs},
+        {{"SMTP ready\r\n\r\n", Then::Close}, {}},
+        {{"", Then::Reset}, u"other("_qs},
     };
-    for (const LoopbackServer::Answer &failure : failures) {
-        LoopbackServer server([&](int) { return failure; });
-        EXPECT_FALSE(send(*requestTo(server.url()))) << failure.bytes.left(60).constData();
+    for (const auto &[answer, reason] : failures) {
+        LoopbackServer server([&](int) { return answer; });
+        LogCapture log;
+        EXPECT_FALSE(send(*requestTo(server.url()))) << answer.bytes.left(60).constData();
         EXPECT_FALSE(server.requests().isEmpty());
+        EXPECT_TRUE(log.lines().join(u'\n').contains(u"warning API request to "_qs + server.url() +
+                                                     u"/track/ has failed with reason "_qs +
+                                                     reason))
+            << qPrintable(log.lines().join(u'\n'));
     }
+    LoopbackServer rejecting(LoopbackServer::always(LoopbackServer::response(200, "0")));
+    LogCapture log;
+    EXPECT_TRUE(send(*requestTo(rejecting.url())));
+    EXPECT_TRUE(log.contains(u"info /track/ api rejected some items"_qs));
+
     QString gone;
     {
-        LoopbackServer server([](int) { return LoopbackServer::Answer{}; });
+        LoopbackServer server(LoopbackServer::always({}));
         gone = server.url();
     }
     EXPECT_FALSE(send(*requestTo(gone)));
 }
 
-TEST_F(Wire, ReadsRetryAfterFromTheResponse)
-{
-    LoopbackServer server([](int) {
-        return LoopbackServer::Answer{LoopbackServer::response(200, "0", "RETRY-AFTER: 30\r\n")};
-    });
-    const auto request = requestTo(server.url());
-    EXPECT_TRUE(send(*request));
-    EXPECT_EQ(request->networkRequestsAllowedAfterTime(), *sandbox.now + 30);
-}
-
 TEST_F(Wire, AServerThatNeverAnswersIsGivenUp)
 {
-    LoopbackServer server([](int) { return LoopbackServer::Answer{{}, Then::Hang}; });
+    LoopbackServer server(LoopbackServer::always({}));
     const auto request = requestTo(server.url(), std::chrono::milliseconds(100));
     EXPECT_FALSE(send(*request));
     EXPECT_EQ(request->networkConsecutiveFailures(), 1);

@@ -28,12 +28,20 @@ struct Survival : testing::Test {
         child.start(QStringLiteral(METRICPOST_CHILD), arguments);
         ASSERT_TRUE(child.waitForStarted(processLimitMilliseconds));
     }
-    int eventCount() const
+    std::unique_ptr<MetricPostInstance> instanceWithAnEvent() const
     {
-        return query(sandbox.databasePath(u"tok"_qs),
-                     u"SELECT count(*) FROM metricpost_tok_events"_qs)
-            .value(0)
-            .toInt();
+        MetricPostOptions options;
+        options.token = u"tok"_qs;
+        auto instance = std::make_unique<MetricPostInstance>(options, sandbox.environment());
+        instance->track(u"before"_qs);
+        instance->waitUntilStored();
+        return instance;
+    }
+    /// Makes another process hold the store's lock.
+    void lock(QProcess &child, const QString &milliseconds) const
+    {
+        start(child, {u"lock"_qs, sandbox.databasePath(u"tok"_qs), milliseconds});
+        ASSERT_TRUE(child.waitForReadyRead(processLimitMilliseconds));
     }
 
     Sandbox sandbox;
@@ -72,41 +80,30 @@ TEST_F(Survival, KillingTheProcessLosesNoCommittedRowAndDoublesNone)
 
 TEST_F(Survival, AnotherProcesssLockIsWaitedFor)
 {
-    MetricPostOptions options;
-    options.token = u"tok"_qs;
-    MetricPostInstance instance(options, sandbox.environment());
-    instance.track(u"before"_qs);
-    instance.waitUntilStored();
-
+    const auto instance = instanceWithAnEvent();
     QProcess child;
-    start(child, {u"lock"_qs, sandbox.databasePath(u"tok"_qs), u"700"_qs});
-    ASSERT_TRUE(child.waitForReadyRead(processLimitMilliseconds));
-    instance.track(u"meanwhile"_qs);
-    instance.waitUntilStored();
+    lock(child, u"700"_qs);
+    instance->track(u"meanwhile"_qs);
+    instance->waitUntilStored();
     ASSERT_TRUE(child.waitForFinished(processLimitMilliseconds));
-    EXPECT_EQ(eventCount(), 2);
+    EXPECT_EQ(sandbox.storedEvents(u"tok"_qs), 2);
 }
 
 TEST_F(Survival, EndingWhileAnotherProcessHoldsTheLockKeepsTheFile)
 {
     QProcess child;
     {
-        MetricPostOptions options;
-        options.token = u"tok"_qs;
-        MetricPostInstance instance(options, sandbox.environment());
-        instance.track(u"before"_qs);
-        instance.waitUntilStored();
-        start(child, {u"lock"_qs, sandbox.databasePath(u"tok"_qs), u"600000"_qs});
-        ASSERT_TRUE(child.waitForReadyRead(processLimitMilliseconds));
-        instance.track(u"blocked"_qs);
+        const auto instance = instanceWithAnEvent();
+        lock(child, u"600000"_qs);
+        instance->track(u"blocked"_qs);
         QElapsedTimer timer;
         timer.start();
-        instance.shutdown(std::chrono::milliseconds(200));
+        instance->shutdown(std::chrono::milliseconds(200));
         EXPECT_LT(timer.elapsed(), processLimitMilliseconds / 2);
     }
     child.kill();
     ASSERT_TRUE(child.waitForFinished(processLimitMilliseconds));
-    EXPECT_EQ(eventCount(), 1);
+    EXPECT_EQ(sandbox.storedEvents(u"tok"_qs), 1);
 }
 
 TEST_F(Survival, AFullDiskEndsNeitherTheProcessNorLaterTracking)

@@ -2,10 +2,7 @@
 
 #include "MetricPostLogger.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QThread>
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -54,23 +51,6 @@ QStringList LogCapture::lines() const
     return m_sink->lines;
 }
 
-QVariant MemoryDefaults::value(const QString &key) const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_values.value(key);
-}
-
-void MemoryDefaults::setValues(const QMap<QString, QVariant> &values)
-{
-    const std::lock_guard lock(m_mutex);
-    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        if (entry.value().isValid())
-            m_values.insert(entry.key(), entry.value());
-        else
-            m_values.remove(entry.key());
-    }
-}
-
 HTTPTransport::Cancel FakeTransport::start(const URLRequest &request, Completion completion)
 {
     std::optional<HTTPOutcome> outcome = answer(200, "1");
@@ -105,8 +85,6 @@ HTTPOutcome answer(int status, const QByteArray &body, const QByteArray &retryAf
     return {response, body, {}};
 }
 
-Sandbox::Sandbox() = default;
-
 Environment Sandbox::environment() const
 {
     return {
@@ -129,18 +107,10 @@ QString Sandbox::databasePath(const QString &letters) const
     return folder.filePath(letters + QStringLiteral("_MPDB.sqlite"));
 }
 
-bool waitUntil(const std::function<bool()> &condition)
+int Sandbox::storedEvents(const QString &letters) const
 {
-    constexpr int limitMilliseconds = 60'000;
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.hasExpired(limitMilliseconds))
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
-        QThread::msleep(1);
-    }
-    return true;
+    const QString count = u"SELECT count(*) FROM metricpost_%1_events"_qs.arg(letters);
+    return query(databasePath(letters), count).value(0).toInt();
 }
 
 void flushAndWait(MetricPostInstance &instance, bool performFullFlush)

@@ -4,6 +4,8 @@
 #include "JSONHandler.h"
 #include "MetricPostInstance.h"
 #include "MetricPostLogging.h"
+#include "SettingsUserDefaults.h"
+#include "support/WaitUntil.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
@@ -32,18 +34,6 @@ private:
     std::shared_ptr<Sink> m_sink;
 };
 
-/// Keeps values in memory.
-class MemoryDefaults : public UserDefaults
-{
-public:
-    QVariant value(const QString &key) const override;
-    void setValues(const QMap<QString, QVariant> &values) override;
-
-private:
-    mutable std::mutex m_mutex;
-    QMap<QString, QVariant> m_values;
-};
-
 /// Answers each request at once with what the test lined up, and remembers the requests. A
 /// missing outcome never answers.
 class FakeTransport : public HTTPTransport
@@ -64,22 +54,20 @@ HTTPOutcome answer(int status, const QByteArray &body, const QByteArray &retryAf
 
 /// A folder, a clock that stands still and doubles for everything else.
 struct Sandbox {
-    Sandbox();
     /// Built with what is set at that moment.
     Environment environment() const;
     QString databasePath(const QString &letters) const;
+    int storedEvents(const QString &letters) const;
 
     QTemporaryDir folder;
     std::shared_ptr<std::atomic<double>> now = std::make_shared<std::atomic<double>>(1000.0);
     std::shared_ptr<std::atomic<quint32>> random = std::make_shared<std::atomic<quint32>>(1);
-    std::shared_ptr<MemoryDefaults> defaults = std::make_shared<MemoryDefaults>();
+    std::shared_ptr<UserDefaults> defaults =
+        std::make_shared<SettingsUserDefaults>(folder.filePath(QStringLiteral("defaults.conf")));
     std::shared_ptr<FakeTransport> transport = std::make_shared<FakeTransport>();
     std::shared_ptr<ApplicationState> applicationState = std::make_shared<ApplicationState>();
     bool doNotTrack = false;
 };
-
-/// Runs the main event loop until the condition holds; false after a minute.
-bool waitUntil(const std::function<bool()> &condition);
 
 /// Flushes and waits for the completion.
 void flushAndWait(MetricPostInstance &instance, bool performFullFlush = false);

@@ -1,6 +1,6 @@
 #include "BackendProcess.h"
 
-#include "Waiting.h"
+#include "support/WaitUntil.h"
 
 #include <QNetworkReply>
 #include <QTcpSocket>

@@ -4,7 +4,6 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QUrl>
-#include <memory>
 
 QString FakeModel::Request::message(int index) const
 {
@@ -21,15 +20,6 @@ QString FakeModel::Request::text() const
 FakeModel::FakeModel(Behaviour behaviour)
     : m_behaviour(std::move(behaviour))
 {
-    m_server.listen(QHostAddress::LocalHost);
-    connect(&m_server, &QTcpServer::newConnection, this, [this] {
-        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-            auto buffer = std::make_shared<QByteArray>();
-            connect(socket, &QTcpSocket::readyRead, this,
-                    [this, socket, buffer] { read(socket, *buffer); });
-            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-        }
-    });
 }
 
 QUrl FakeModel::url() const
@@ -39,23 +29,11 @@ QUrl FakeModel::url() const
 
 int FakeModel::openConnections() const
 {
-    return int(m_server.findChildren<QTcpSocket *>().size());
+    return int(findChildren<QTcpSocket *>().size());
 }
 
-void FakeModel::read(QTcpSocket *socket, QByteArray &buffer)
+void FakeModel::serve(QTcpSocket *socket, const QByteArray &head, const QByteArray &body)
 {
-    buffer += socket->readAll();
-    const auto headEnd = buffer.indexOf("\r\n\r\n");
-    if (headEnd < 0)
-        return;
-    const QByteArray head = buffer.first(headEnd);
-    static const QRegularExpression length(u"content-length: (\\d+)"_qs,
-                                           QRegularExpression::CaseInsensitiveOption);
-    const auto bodySize = length.match(QString::fromLatin1(head)).captured(1).toLongLong();
-    if (buffer.size() < headEnd + 4 + bodySize)
-        return;
-    const QByteArray body = buffer.mid(headEnd + 4, bodySize);
-    buffer.remove(0, headEnd + 4 + bodySize);
     m_requests.append({head, QJsonDocument::fromJson(body).object()});
     m_behaviour(socket, m_requests.last());
 }

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "support/HttpStub.h"
+
 #include <QJsonObject>
 #include <QPointer>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <functional>
 
 /// An HTTP server that plays the chat completions interface, as well or as badly
 /// as a test tells it to.
-class FakeModel : public QObject
+class FakeModel : public HttpDouble
 {
 public:
     struct Request {
@@ -23,7 +23,7 @@ public:
     explicit FakeModel(Behaviour behaviour);
 
     QUrl url() const;
-    quint16 port() const { return m_server.serverPort(); }
+    quint16 port() const { return serverPort(); }
     const QList<Request> &requests() const { return m_requests; }
     int openConnections() const;
 
@@ -37,10 +37,10 @@ public:
     static QByteArray streamHead();
     static QByteArray event(const QString &piece);
 
-private:
-    void read(QTcpSocket *socket, QByteArray &buffer);
+protected:
+    void serve(QTcpSocket *socket, const QByteArray &head, const QByteArray &body) override;
 
-    QTcpServer m_server;
+private:
     Behaviour m_behaviour;
     QList<Request> m_requests;
 };

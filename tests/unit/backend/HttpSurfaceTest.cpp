@@ -1,7 +1,7 @@
 #include "BackendProcess.h"
 #include "FakeModel.h"
-#include "Waiting.h"
 #include "http/RequestTarget.h"
+#include "support/WaitUntil.h"
 
 #include <QNetworkReply>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "LocalBackend.h"
 
 #include "BackendProcess.h"
-#include "Waiting.h"
+#include "support/WaitUntil.h"
 
 #include <QFile>
 #include <QTcpSocket>
@@ -95,7 +95,7 @@ TEST(LocalBackend, ReportsAProgramThatDoesNotServe)
     }
 }
 
-TEST(LocalBackend, EndsWithItsParent)
+TEST(LocalBackend, EndsWithItsOwner)
 {
     int port = 0;
     {
@@ -104,15 +104,6 @@ TEST(LocalBackend, EndsWithItsParent)
         EXPECT_FALSE(refuses(port));
     }
     EXPECT_TRUE(waitUntil([&] { return refuses(port); }));
-
-    QProcess parent;
-    parent.start(QStringLiteral(PARENT_PROGRAM), {program});
-    ASSERT_TRUE(waitUntil([&] { return parent.canReadLine(); }));
-    port = parent.readLine().trimmed().toInt();
-    EXPECT_FALSE(refuses(port));
-    parent.kill();
-    EXPECT_TRUE(waitUntil([&] { return refuses(port); }));
-    EXPECT_TRUE(waitUntil([&] { return parent.state() == QProcess::NotRunning; }));
 }
 
 TEST(LocalBackend, ChildWithoutASecretDoesNotServe)

@@ -1,8 +1,8 @@
 #include "model/ModelEngine.h"
 #include "FakeModel.h"
 #include "SwitchingEngine.h"
-#include "Waiting.h"
 #include "model/ModelFinder.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -23,26 +23,6 @@ ChatResult run(const FakeModel &model, const QString &text, const QString &comma
     EXPECT_TRUE(waitUntil([&] { return result.has_value(); }));
     return result.value_or(ChatResult{});
 }
-
-/// The program's log while it lives.
-class LogCapture
-{
-public:
-    LogCapture() { testing::internal::CaptureStderr(); }
-    ~LogCapture()
-    {
-        if (!m_taken)
-            take();
-    }
-    std::string take()
-    {
-        m_taken = true;
-        return testing::internal::GetCapturedStderr();
-    }
-
-private:
-    bool m_taken = false;
-};
 
 TEST(ModelEngine, SendsADelimitedTextAndReadsWholeAndStreamedAnswers)
 {
@@ -111,9 +91,9 @@ TEST(ModelEngine, TurnsEveryFailureIntoASentenceAndKeepsTextAndKeyOutOfTheLog)
         FakeModel model(behaviour);
         ModelSettings settings;
         settings.key = "sk-9";
-        LogCapture log;
+        testing::internal::CaptureStderr();
         const ChatResult result = run(model, u"my private text"_qs, u"clear"_qs, settings);
-        const std::string lines = log.take();
+        const std::string lines = testing::internal::GetCapturedStderr();
         EXPECT_EQ(result.status, status) << cause;
         EXPECT_TRUE(result.text.contains(words)) << cause << ": " << qPrintable(result.text);
         EXPECT_NE(lines.find(cause), std::string::npos) << cause << ": " << lines;
@@ -289,7 +269,6 @@ TEST(SwitchingEngine, FindsOllamaAndDoesWithoutItWhenItIsGone)
     EXPECT_EQ(ollama->requests().size(), 2);
 
     ollama.reset();
-    LogCapture log;
     EXPECT_EQ(found.ask(u"clear"_qs).text, u"offline: abc"_qs);
     EXPECT_TRUE(found.ask(u"settings"_qs).text.contains(u"offline"));
 }
@@ -304,7 +283,6 @@ TEST(SwitchingEngine, DoesNotWaitForAServerThatIsSilent)
 TEST(SwitchingEngine, SaysSoWhenTheConfiguredModelIsNotThere)
 {
     Switched engine(QUrl(), {{u"QUILLET_MODEL_URL"_qs, u"http://127.0.0.1:1"_qs}});
-    LogCapture log;
     const EngineAnswer answer = engine.ask(u"clear"_qs);
     EXPECT_EQ(answer.status, 502);
     EXPECT_TRUE(answer.text.contains(u"127.0.0.1:1 cannot be reached"));

@@ -1,15 +1,14 @@
 #include "quillet/popup/FloatingPopup.h"
 
-#include "quillet/analytics/EventTracker.h"
 #include "quillet/popup/BackendService.h"
 #include "quillet/popup/CommandCatalogue.h"
 #include "quillet/popup/PillButton.h"
 #include "quillet/popup/ResultTextView.h"
-#include "quillet/popup/WritingEndpoint.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePlatform.h"
+#include "support/FakeServices.h"
 #include "support/HttpStub.h"
-#include "support/WaitFor.h"
+#include "support/WaitUntil.h"
 
 #include <QScrollArea>
 
@@ -17,29 +16,6 @@
 
 namespace
 {
-
-class RecordingTracker : public EventTracker
-{
-public:
-    QStringList events;
-    void track(const QString &event, const QMap<QString, QString> &properties) override
-    {
-        QString line = event;
-        for (auto it = properties.begin(); it != properties.end(); ++it)
-            line += u' ' + it.key() + u'=' + it.value();
-        events.append(line);
-    }
-};
-
-class FixedEndpoint : public WritingEndpoint
-{
-public:
-    QString url;
-    void withEndpoint(std::function<void(const QString &, const QString &)> use) override
-    {
-        use(url, url.isEmpty() ? QStringLiteral("no backend") : QString());
-    }
-};
 
 class Input : public FloatingPopupDelegate
 {
@@ -84,13 +60,13 @@ protected:
 
     bool showsResult(const char *text)
     {
-        return waitFor([&] { return result() && result()->string() == QLatin1StringView(text); });
+        return waitUntil([&] { return result() && result()->string() == QLatin1StringView(text); });
     }
 
     HttpStub server;
-    FixedEndpoint endpoint;
+    fake::Endpoint endpoint;
     BackendService backend;
-    RecordingTracker tracker;
+    fake::Tracker tracker;
     fake::Workspace workspace;
     Input input;
     FloatingPopup popup{&input, {workspace, backend, endpoint, tracker}};
@@ -149,7 +125,7 @@ TEST_F(FloatingPopupTest, RunsACommandAndAppliesTheEditedResult)
     click("apply");
     EXPECT_FALSE(popup.popupWindow());
     EXPECT_TRUE(input.written.isEmpty()) << "written after the popup is closed";
-    ASSERT_TRUE(waitFor([&] { return !input.written.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !input.written.isEmpty(); }));
     EXPECT_EQ(input.written, QStringList{QStringLiteral("even better text")});
     EXPECT_EQ(tracker.events,
               (QStringList{QStringLiteral("Execute command=friendly"), QStringLiteral("Apply")}));
@@ -195,12 +171,12 @@ TEST_F(FloatingPopupTest, SurvivesWhatGoesAwayMeanwhile)
     shortLived->show(QRectF(300, 400, 25, 25));
     gone.reset();
     shortLived->showResults(QStringLiteral("witty"));
-    ASSERT_TRUE(waitFor([&] { return !server.requests.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !server.requests.isEmpty(); }));
     EXPECT_TRUE(server.requests.first().contains("text= ")) << "no delegate, no text";
 
     shortLived->showResults(QStringLiteral("witty"));
     shortLived.reset();
-    ASSERT_TRUE(waitFor([&] { return server.requests.size() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return server.requests.size() == 2; }));
 
     open();
     click("expand");
