@@ -5,6 +5,7 @@ import sys
 import pytest
 
 sys.path.insert(0, os.path.dirname(__file__))
+from chat_server import ChatServer  # noqa: E402
 from session import Session  # noqa: E402
 
 BUILD = pathlib.Path(os.environ.get(
@@ -18,11 +19,11 @@ def desktop():
         yield session
 
 
-@pytest.fixture(scope="module")
-def shared_desktop():
-    """One desktop for all tests of a module that leave no trace on it."""
-    with Session() as session:
-        yield session
+@pytest.fixture
+def chat():
+    """The language model behind Quillet's backend."""
+    with ChatServer("The answer, naïvely.") as server:
+        yield server
 
 
 @pytest.fixture(scope="session")

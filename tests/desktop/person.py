@@ -55,19 +55,15 @@ class Person:
         found = self.session.run(["xdotool", "search", "--onlyvisible", "--name", "^Quillet$"],
                                  check=False)
         for window in filter(str.isdigit, found.splitlines()):
-            shape = dict(line.split("=") for line in self.session.run(
-                ["xdotool", "getwindowgeometry", "--shell", window], check=False).split()
-                if "=" in line)
-            if (shape.get("WIDTH"), shape.get("HEIGHT")) == (str(width), str(height)):
-                return int(shape["X"]), int(shape["Y"]), width, height
+            place = self.session.geometry(window)
+            if place and place[2:] == (width, height):
+                return place
         return None
 
     def brings_to_front(self, window):
         """Activates another program's window; returns its rectangle."""
         self.session.activate(window)
-        shape = dict(line.split("=") for line in self.session.run(
-            ["xdotool", "getwindowgeometry", "--shell", str(window)]).split() if "=" in line)
-        return [int(shape[key]) for key in ("X", "Y", "WIDTH", "HEIGHT")]
+        return self.session.geometry(window)
 
     def waits_for_floating_button(self, input_box=None):
         """Waits for the button. With `input_box`, waits until it is inside that and not where it

@@ -5,6 +5,7 @@ stop() ends what the session started and nothing else.
 """
 
 import os
+import re
 import shlex
 import shutil
 import signal
@@ -13,6 +14,11 @@ import tempfile
 import time
 
 MARK = "QUILLET_TEST_SESSION"
+EDITORS = {
+    "mousepad": ["mousepad", "--disable-server"],
+    "gnome-text-editor": ["gnome-text-editor", "--standalone"],
+    "featherpad": ["featherpad", "--standalone"],
+}
 PATIENCE = 60  # seconds; generous, because a busy machine is no fault of the program
 
 
@@ -29,8 +35,7 @@ def wait_until(condition, what, patience=PATIENCE):
 
 
 class Session:
-    def __init__(self, screen="1280x900x24", a11y=True, environment=None):
-        self.screen = screen
+    def __init__(self, a11y=True):
         self.a11y = a11y
         self.folder = tempfile.mkdtemp(prefix="quillet-desktop-")
         self.programs = []
@@ -51,7 +56,6 @@ class Session:
                                ("XDG_RUNTIME_DIR", "runtime")):
             self.env[variable] = os.path.join(self.folder, name)
             os.mkdir(self.env[variable], 0o700)
-        self.env.update(environment or {})
 
     def __enter__(self):
         try:
@@ -66,8 +70,9 @@ class Session:
 
     def _start(self):
         reading, writing = os.pipe()
-        self.x_server = self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0", self.screen,
-                                    "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
+        self.x_server = self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0",
+                                    "1280x900x24", "-nolisten", "tcp", "-noreset"],
+                                   pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as pipe:
             number = pipe.readline().strip()
@@ -79,28 +84,24 @@ class Session:
         self.env["DBUS_SESSION_BUS_ADDRESS"] = wait_until(
             lambda: bus.output().strip().split("\n")[0] if "\n" in bus.output() else "",
             "the session bus")
-        self.start_window_manager()
+        self.start_window_manager("openbox", "--sm-disable")
         if self.a11y:
             self.start_accessibility_bus()
 
-    def start_window_manager(self):
-        self.window_manager = self.start(["openbox", "--sm-disable"])
-        wait_until(lambda: "window id" in self.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]),
-                   "the window manager")
-        return self.window_manager
+    def start_window_manager(self, *command):
+        self.window_manager = self.start(command)
+        wait_until(lambda: command[0] in self.run(
+            ["sh", "-c", 'xprop -id $(xprop -root -notype _NET_SUPPORTING_WM_CHECK | cut -d" " -f5) '
+                         '_NET_WM_NAME'], check=False).lower(), command[0])
 
     def start_accessibility_bus(self):
         self.bus_launcher = self.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
         wait_until(lambda: "unix:" in self.run(
             ["dbus-send", "--session", "--dest=org.a11y.Bus", "--print-reply", "/org/a11y/bus",
              "org.a11y.Bus.GetAddress"], check=False), "the accessibility bus")
-        self.set_accessibility_enabled(True)
-        return self.bus_launcher
-
-    def set_accessibility_enabled(self, enabled):
         self.run(["dbus-send", "--session", "--dest=org.a11y.Bus", "--print-reply", "/org/a11y/bus",
                   "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status",
-                  "string:IsEnabled", "variant:boolean:" + ("true" if enabled else "false")])
+                  "string:IsEnabled", "variant:boolean:true"])
 
     def start(self, command, environment=None, pass_fds=()):
         """Starts a program in the background; its output() is what it has printed so far."""
@@ -108,6 +109,14 @@ class Session:
                           os.path.join(self.folder, f"output-{len(self.programs)}"))
         self.programs.append(program)
         return program
+
+    def start_editor(self, editor, text, name="letter.txt"):
+        """An editor showing a file of this name and text: the program and its window."""
+        path = os.path.join(self.folder, name)
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(text)
+        program = self.start([*EDITORS[editor], path])
+        return program, self.wait_for_window(name)
 
     def start_chromium(self, page, *options):
         """Chromium with its accessibility tree, on a profile of its own, showing `page` (a URL or
@@ -141,6 +150,13 @@ class Session:
         listed = self.run(["xprop", "-root", "_NET_CLIENT_LIST"], check=False)
         managed = {int(word.strip(","), 16) for word in listed.split() if word.startswith("0x")}
         return [window for window in ids if window in managed]
+
+    def geometry(self, window):
+        """Position and size of a window on the screen, in pixels; None when it is gone."""
+        info = self.run(["xwininfo", "-id", str(window)], check=False)
+        found = [re.search(label + r":\s+(-?\d+)", info) for label in
+                 ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")]
+        return tuple(int(match.group(1)) for match in found) if all(found) else None
 
     def wait_for_window(self, title):
         return wait_until(lambda: self.windows(title), f"a window titled {title!r}")[-1]

@@ -1,12 +1,10 @@
 """From focus to applied text, in the programs that people write in."""
 
-import os
-
 import pytest
 
 from chat_server import ChatServer
 from person import Person
-from session import Session, wait_until
+from session import EDITORS, wait_until
 
 # Every kind of character that has ever been lost on the way into another program.
 ANSWER = ("Dear Zoë, naïve façade — “quoted” … 100 % ≠ 50 €.\n"
@@ -37,22 +35,10 @@ def person(desktop, build, chat):
     print(person.quillet.output()[-3000:])  # shown where the test has failed
 
 
-def letter(session):
-    path = os.path.join(session.folder, "letter.txt")
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(BEFORE)
-    return path
-
-
-@pytest.mark.parametrize("program, command", [
-    ("mousepad", ["mousepad", "--disable-server"]),
-    ("featherpad", ["featherpad", "--standalone"]),
-    ("gnome-text-editor", ["gnome-text-editor", "--standalone"]),
-])
-def test_editors(person, chat, program, command):
-    session = person.session
-    session.start([*command, letter(session)])
-    box = person.brings_to_front(session.wait_for_window("letter.txt"))
+@pytest.mark.parametrize("program", EDITORS)
+def test_editors(person, chat, program):
+    _, window = person.session.start_editor(program, BEFORE)
+    box = person.brings_to_front(window)
     wait_until(lambda: any(BEFORE in text for text in person.texts(program)), "the editor's text")
     person.runs_command("elevate", ANSWER, box)
     person.waits_for_text(program, ANSWER)
@@ -84,20 +70,10 @@ def test_own_tutorial_editor(person, chat):
     person.waits_for_text("quillet", ANSWER)
 
 
-def test_a_page_that_is_only_read_has_no_button(person):
-    session = person.session
-    session.start_chromium("<title>Reading page</title><h1>News</h1>" + "<p>Some text.</p>" * 50)
-    session.activate(session.wait_for_window("Reading page"))
-    session.click(400, 500)
-    wait_until(lambda: person.quillet.output().count("🔎 Role: AXWebArea") > 2, "the page's role")
-    assert not person.finds_floating_button()
-
-
 def test_the_edited_result_is_what_lands(person, chat):
     session = person.session
     chat.answer = "result"
-    session.start(["mousepad", "--disable-server", letter(session)])
-    editor = session.wait_for_window("letter.txt")
+    _, editor = session.start_editor("mousepad", BEFORE)
     box = person.brings_to_front(editor)
     wait_until(lambda: BEFORE in person.texts("mousepad"), "the editor's text")
     person.clicks_floating_button(box)

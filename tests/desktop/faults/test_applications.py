@@ -2,17 +2,8 @@
 
 import signal
 
-import pytest
-
-from chat_server import ChatServer
 from session import wait_until
 from witness import APPLY, OPTION, RESULT, Witness
-
-
-@pytest.fixture
-def chat():
-    with ChatServer("The answer, naïvely.") as server:
-        yield server
 
 
 def test_stopped_continued_killed_and_replaced(desktop, build):

@@ -64,10 +64,7 @@ def test_window_manager_is_replaced(desktop, build, replacement):
         desktop.window_manager.signal(signal.SIGKILL)
         desktop.window_manager.process.wait()
         witness.stays_alive(2)
-        desktop.start([replacement])
-        wait_until(lambda: replacement in desktop.run(
-            ["sh", "-c", 'xprop -id $(xprop -root -notype _NET_SUPPORTING_WM_CHECK '
-                         '| cut -d" " -f5) _NET_WM_NAME'], check=False).lower(), replacement)
+        desktop.start_window_manager(replacement)
         wait_until(lambda: desktop.windows("letter.txt"), "the editor to be managed")
         witness.sees_button_on(window)
         witness.stays_alive(1)

@@ -7,7 +7,7 @@ import sys
 import pytest
 
 from chat_server import ChatServer
-from session import wait_until
+from session import Session, wait_until
 from witness import CANCEL, OPTION, Witness
 
 HOSTILE = str(pathlib.Path(__file__).parents[2] / "support" / "hostile_app.py")
@@ -15,10 +15,10 @@ INPUT = (60, 80, 300, 150)  # where the hostile program claims its input to be
 
 
 @pytest.fixture(scope="module")
-def witness(shared_desktop, build):
-    with ChatServer("an answer") as chat:
-        witness = Witness(shared_desktop, build, chat.environment)
-        witness.chat = chat
+def witness(build):
+    """One desktop for all the lies, which leave no trace on it."""
+    with Session() as desktop, ChatServer("an answer") as chat:
+        witness = Witness(desktop, build, chat.environment)
         witness.editor, witness.editor_window = witness.opens_editor("letter.txt", "a letter")
         yield witness
 

@@ -4,17 +4,8 @@ import os
 import pathlib
 import signal
 
-import pytest
-
-from chat_server import ChatServer
 from session import wait_until
 from witness import APPLY, CANCEL, OPTION, RESULT, Witness
-
-
-@pytest.fixture
-def chat():
-    with ChatServer("answer") as server:
-        yield server
 
 
 def backend(witness):

@@ -35,12 +35,15 @@ def puts_beside(session, window):
     session.activate(window)
 
 
-def is_ignored(witness, program, title):
-    """With the window in front for several looks at it, there is no button."""
-    session = witness.session
-    window = session.wait_for_window(title)
-    puts_beside(session, window)
-    session.click(900, 400)
+def is_ignored(witness, title):
+    """With the input of the window clicked, there is no button."""
+    puts_beside(witness.session, witness.session.wait_for_window(title))
+    witness.session.click(900, 400)
+    has_no_button(witness)
+
+
+def has_no_button(witness):
+    """Not for several looks at the focus."""
     seen = witness.quillet.output().count("🎯")
     witness.sees_no_button()
     wait_until(lambda: witness.quillet.output().count("🎯") > seen + 4, "several looks")
@@ -50,7 +53,7 @@ def is_ignored(witness, program, title):
 def test_password_fields_of_toolkits(desktop, build):
     witness = Witness(desktop, build)
     program = desktop.start([sys.executable, "-c", ENTRY])
-    is_ignored(witness, program, "Sign in")
+    is_ignored(witness, "Sign in")
     assert f"[PID: {program.pid}]" in witness.quillet.output()
     program.stop()
 
@@ -60,16 +63,13 @@ def test_password_fields_of_toolkits(desktop, build):
     desktop.key("Tab")
     desktop.key("shift+Tab")
     wait_until(lambda: f"[PID: {program.pid}]" in witness.quillet.output(), "the browser")
-    seen = witness.quillet.output().count("🎯")
-    witness.sees_no_button()
-    wait_until(lambda: witness.quillet.output().count("🎯") > seen + 4, "several looks")
-    assert not witness.finds_floating_button()
+    has_no_button(witness)
 
 
 def test_a_password_is_never_asked_for(desktop, build):
     witness = Witness(desktop, build)
     program = desktop.start([sys.executable, HOSTILE, "password"])
-    is_ignored(witness, program, "hostile")
+    is_ignored(witness, "hostile")
     calls = program.output()
     assert "GetRole" in calls, "Quillet has looked at it"
     asked = [line for line in calls.splitlines()

@@ -100,10 +100,7 @@ class Witness(Person):
             if not button or looks[-1:] != [pid]:
                 return False
             # Not moved to a place of its own: the button would not follow.
-            shape = dict(line.split("=") for line in self.session.run(
-                ["xdotool", "getwindowgeometry", "--shell", str(window)], check=False).split()
-                if "=" in line)
-            x, y, width, height = (int(shape[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+            x, y, width, height = self.session.geometry(window)
             return x <= button[0] < x + width and y <= button[1] < y + height
         wait_until(there, "the floating button on the window")
 
@@ -112,12 +109,7 @@ class Witness(Person):
 
     def opens_editor(self, name, text, program="mousepad"):
         """A healthy editor with its floating button: the program and its window."""
-        path = os.path.join(self.session.folder, name)
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(text)
-        option = {"mousepad": "--disable-server", "featherpad": "--standalone"}[program]
-        editor = self.session.start([program, option, path])
-        window = self.session.wait_for_window(name)
+        editor, window = self.session.start_editor(program, text, name)
         self.sees_button_on(window)
         return editor, window
 

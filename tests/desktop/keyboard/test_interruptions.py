@@ -29,14 +29,6 @@ def start(editor):
     return process, before
 
 
-def check_stopped(editor, process, before):
-    report = editor.finish(process)
-    assert report["result"] == "interrupted"
-    text = editor.read() or ""
-    assert keyboard_map(editor.desktop) == before
-    return text
-
-
 def check_prefix(text):
     assert 0 < len(text) < len(TEXT)
     assert TEXT.startswith(text)
@@ -45,7 +37,9 @@ def check_prefix(text):
 def test_a_key_of_the_user_stops_it(editor):
     process, before = start(editor)
     editor.desktop.run(["xdotool", "key", "Down"])
-    check_prefix(check_stopped(editor, process, before))
+    assert editor.finish(process)["result"] == "interrupted"
+    assert keyboard_map(editor.desktop) == before
+    check_prefix(editor.read() or "")
 
 
 def test_a_held_modifier_delays_the_start(editor):
@@ -65,8 +59,7 @@ def test_nothing_goes_into_another_window(editor):
     wait_until(editor.has_focus, "the editor")
     process, before = start(editor)
     editor.desktop.activate(other)
-    report = editor.finish(process)
-    assert report["result"] == "interrupted"
+    assert editor.finish(process)["result"] == "interrupted"
     assert "KeyPress" not in log.output()
     assert keyboard_map(editor.desktop) == before
     editor.desktop.activate(editor.window)

@@ -31,13 +31,6 @@ class Probe:
         return self.next_line()
 
 
-def geometry(desktop, window):
-    """Position and size of a window on the screen, in pixels."""
-    info = desktop.run(["xwininfo", "-id", str(window)])
-    return tuple(int(re.search(label + r":\s+(-?\d+)", info).group(1))
-                 for label in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
-
-
 def stacking(desktop):
     """Ids of the root window's children, topmost first."""
     tree = desktop.run(["xwininfo", "-root", "-children"])

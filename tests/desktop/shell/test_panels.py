@@ -2,7 +2,7 @@
 
 import pytest
 
-from probe import Probe, geometry, input_focus, is_above
+from probe import Probe, input_focus, is_above
 from session import Session, wait_until
 
 PANEL = "panel 400 300 370 250"
@@ -25,16 +25,8 @@ def managed(request):
     with Session(a11y=False) as session:
         session.window_manager.stop()
         if request.param:
-            session.window_manager = start_window_manager(session, request.param)
+            session.start_window_manager(request.param)
         yield session
-
-
-def start_window_manager(session, name):
-    program = session.start([name])
-    wait_until(lambda: name in session.run(
-        ["sh", "-c", 'xprop -id $(xprop -root -notype _NET_SUPPORTING_WM_CHECK | cut -d" " -f5) '
-                     '_NET_WM_NAME'], check=False).lower(), name)
-    return program
 
 
 def test_a_panel_leaves_the_keyboard_alone_and_stays_in_sight(managed, build):
@@ -43,7 +35,7 @@ def test_a_panel_leaves_the_keyboard_alone_and_stays_in_sight(managed, build):
     panel = int(probe(PANEL))
 
     wait_until(lambda: is_above(managed, panel, target), "the panel on top")
-    assert geometry(managed, panel) == (400, 300, 370, 250)
+    assert managed.geometry(panel) == (400, 300, 370, 250)
     assert input_focus(managed) == target
 
     managed.click(585, 320)  # its button
@@ -57,7 +49,7 @@ def test_a_panel_leaves_the_keyboard_alone_and_stays_in_sight(managed, build):
     wait_until(lambda: is_above(managed, panel, target) and is_above(managed, panel, other),
                "the panel on top again")
     probe("move -100 -50")
-    wait_until(lambda: geometry(managed, panel)[:2] == (-100, -50), "the panel where it was put")
+    wait_until(lambda: managed.geometry(panel)[:2] == (-100, -50), "the panel where it was put")
 
 
 def test_the_keyboard_is_borrowed_and_given_back(managed, build):
@@ -88,23 +80,12 @@ def test_the_keyboard_is_borrowed_and_given_back(managed, build):
     assert probe("restore") == "restored 0"
 
 
-def test_a_panel_outlives_the_window_manager(desktop, build):
-    probe = Probe(desktop, build)
-    panel = int(probe(PANEL))
-    desktop.window_manager.stop()
-    desktop.window_manager = start_window_manager(desktop, "metacity")
-    target = terminal(desktop, "Target")
-    wait_until(lambda: is_above(desktop, panel, target), "the panel on top")
-    assert geometry(desktop, panel) == (400, 300, 370, 250)
-    assert input_focus(desktop) == target
-
-
 def test_a_panel_is_above_full_screen_windows_and_on_every_desktop(desktop, build):
     target = terminal(desktop, "Target")
     probe = Probe(desktop, build)
     panel = int(probe(PANEL))
     desktop.run(["wmctrl", "-i", "-r", str(target), "-b", "add,fullscreen"])
-    wait_until(lambda: geometry(desktop, target)[2] > 1200, "the full screen")
+    wait_until(lambda: desktop.geometry(target)[2] > 1200, "the full screen")
     wait_until(lambda: is_above(desktop, panel, target), "the panel on top")
     desktop.run(["xdotool", "set_num_desktops", "2"])
     desktop.run(["xdotool", "set_desktop", "1"])
@@ -128,7 +109,7 @@ def test_what_is_not_painted_shows_what_is_behind(desktop, build, tmp_path, scal
     desktop.run(["xsetroot", "-solid", "#00ff00"])  # a compositor may have one of its own
     probe = Probe(desktop, build, {"QT_SCALE_FACTOR": scale})
     panel = int(probe("panel 100 80 200 150"))
-    x, y, width, height = geometry(desktop, panel)
+    x, y, width, height = desktop.geometry(panel)
     assert [x, y, width, height] == [int(scale) * points for points in (100, 80, 200, 150)]
     corner, edge, inside = (x + 1, y + 1), (x + width // 2, y + 2), (x + 5, y + 60)
     purple = "6C3DF5"
