@@ -82,8 +82,7 @@ struct Element {
 
     bool hasState(int state) const
     {
-        const auto words = qdbus_cast<QList<uint>>(call("org.a11y.atspi.Accessible", "GetState"));
-        return words.value(state / 32) >> (state % 32) & 1;
+        return isIn(call("org.a11y.atspi.Accessible", "GetState"), state);
     }
 
     uint role() const { return call("org.a11y.atspi.Accessible", "GetRole").toUInt(); }

@@ -48,9 +48,6 @@ class Writer:
         if kind in "uib":
             self.align(4)
             self.data += struct.pack("<i" if kind == "i" else "<I", value)
-        elif kind == "d":
-            self.align(8)
-            self.data += struct.pack("<d", value)
         elif kind in "so":
             raw = value if isinstance(value, bytes) else value.encode()
             self.put("u", len(raw))
@@ -68,7 +65,7 @@ class Writer:
             self.put("u", 0)
             at = len(self.data)
             element = signature[1:]
-            self.align(8 if element[0] in "({d" else 1 if element[0] == "g" else 4)
+            self.align(8 if element[0] in "({" else 1 if element[0] == "g" else 4)
             start = len(self.data)
             for each in value:
                 if element[0] == "{":

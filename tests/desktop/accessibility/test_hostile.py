@@ -1,14 +1,11 @@
 """Applications that lie: no question hangs, crashes or believes them."""
 
-import os
 import pathlib
-import sys
 
 import pytest
 
-sys.path.insert(0, os.path.dirname(__file__))
-from probe import CANNOT_COMPLETE, Probe  # noqa: E402
-from session import wait_until  # noqa: E402
+from probe import CANNOT_COMPLETE, Probe
+from session import wait_until
 
 HOSTILE = str(pathlib.Path(__file__).parents[2] / "support" / "hostile_app.py")
 
@@ -33,19 +30,9 @@ def test_lies_about_one_input(desktop, attack):
     assert seen["AXValue"] == "an honest text" and seen["AXFrame"] == [60, 80, 300, 150]
     program.stop()
 
-    for lie in ("negative-size", "far-away"):
-        probe, program = attack(lie)
-        seen = probe("wait", "AXTextArea", program.pid)
-        assert seen["AXRole"] == "AXTextArea" and "AXFrame" not in seen
-        program.stop()
-
     probe, program = attack("invalid-text")
     seen = probe("wait", "AXTextArea", program.pid)
     assert seen["AXRole"] == "AXTextArea" and "AXValue" not in seen
-    program.stop()
-
-    probe, program = attack("impossible-role")
-    assert probe("wait", "AXUnknown", program.pid)["AXRole"] == "AXUnknown"
     program.stop()
 
     probe, program = attack("huge-value")
@@ -74,12 +61,3 @@ def test_one_that_never_answers(attack):
         assert seen.get("error") == CANNOT_COMPLETE or seen["AXRole"] == "AXApplication"
         probe("serve", 50)
     assert sum(time > 190 for time in times) <= 2, times
-
-
-def test_a_storm_of_focus_events(attack):
-    probe, program = attack("focus-storm")
-    probe("wait", "AXTextArea", program.pid)
-    spent = probe("serve", 3000)
-    # Under half of one core even where each event would be looked at.
-    assert spent["cpu"] < 1500
-    assert probe("wait", "AXTextArea", program.pid)["pid"] == program.pid
