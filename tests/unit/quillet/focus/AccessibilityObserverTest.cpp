@@ -45,6 +45,16 @@ protected:
         });
     }
 
+    /// A text area that has its button.
+    fake::ElementPtr areaInUse()
+    {
+        auto area = makeElement("AXTextArea", EditorPid);
+        ax.focus(area);
+        tick();
+        button.calls.clear();
+        return area;
+    }
+
     QStringList tick()
     {
         return capturedLines([this] { observer->checkFocusedElement(); });
@@ -111,12 +121,9 @@ TEST_F(ObserverTest, AFailedQueryLeavesTheButtonAlone)
 
 TEST_F(ObserverTest, HidesOnOtherFocusUnlessWeAreInFront)
 {
-    auto area = makeElement("AXTextArea", EditorPid);
+    auto area = areaInUse();
     auto push = makeElement("AXButton", EditorPid);
     auto roleless = makeElement(nullptr, EditorPid);
-    ax.focus(area);
-    tick();
-    button.calls.clear();
 
     workspace.frontmost = OwnPid;
     ax.focus(push);
@@ -139,12 +146,8 @@ TEST_F(ObserverTest, HidesOnOtherFocusUnlessWeAreInFront)
 
 TEST_F(ObserverTest, OurOwnWindowIsNoApplicationChange)
 {
-    auto area = makeElement("AXTextArea", EditorPid);
-    auto tutorial = makeElement("AXTextArea", OwnPid);
-    ax.focus(area);
-    tick();
-    button.calls.clear();
-    ax.focus(tutorial);
+    auto area = areaInUse();
+    ax.focus(makeElement("AXTextArea", OwnPid));
     EXPECT_FALSE(tick().contains(QStringLiteral("🔁 App changed")));
     EXPECT_EQ(button.calls, QStringList{QStringLiteral("show")});
     ax.focus(area);
@@ -198,11 +201,8 @@ TEST_F(ObserverTest, ClassifiesMailEditors)
 
 TEST_F(ObserverTest, APageStillBeingSearchedIsDecidedLater)
 {
-    auto area = makeElement("AXTextArea", EditorPid);
+    areaInUse();
     auto page = makeElement("AXWebArea", EditorPid);
-    ax.focus(area);
-    tick();
-    button.calls.clear();
     ax.focus(page);
     ax.answer = platform::Accessibility::Answer::Pending;
     EXPECT_EQ(tick().last(), QStringLiteral("🔎 Role: AXWebArea"));

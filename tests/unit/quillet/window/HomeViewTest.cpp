@@ -36,6 +36,12 @@ protected:
     CardView &card(int index) { return *home->findChildren<CardView *>().at(index); }
     StyledButton &configure() { return *home->findChild<StyledButton *>(); }
     void becomeKey() { Q_EMIT notifications.windowDidBecomeKey(); }
+    int askedWhenKey()
+    {
+        accessibility.asked = 0;
+        becomeKey();
+        return accessibility.asked;
+    }
 
     void expectBadge(int index, const char *status, const QColor &color)
     {
@@ -82,26 +88,18 @@ TEST_F(HomeViewTest, OffersTheWizardWhileNotTrustedAndTurnsGreenAfterwards)
 TEST_F(HomeViewTest, RegistrationsAddUpAndOutliveTheView)
 {
     home->show();
-    accessibility.asked = 0;
-    becomeKey();
-    EXPECT_EQ(accessibility.asked, 1);
+    EXPECT_EQ(askedWhenKey(), 1);
 
     home->hide();
     home->show();
-    accessibility.asked = 0;
-    becomeKey();
-    EXPECT_EQ(accessibility.asked, 2);
+    EXPECT_EQ(askedWhenKey(), 2);
 
     home.reset();
-    accessibility.asked = 0;
-    becomeKey();
-    EXPECT_EQ(accessibility.asked, 2);
+    EXPECT_EQ(askedWhenKey(), 2);
 
     home = std::make_unique<HomeView>(accessibility, notifications);
     home->show();
-    accessibility.asked = 0;
-    becomeKey();
-    EXPECT_EQ(accessibility.asked, 3);
+    EXPECT_EQ(askedWhenKey(), 3);
 }
 
 TEST_F(HomeViewTest, AWindowThatComesBackIsNoAppearance)
@@ -111,9 +109,7 @@ TEST_F(HomeViewTest, AWindowThatComesBackIsNoAppearance)
     window.show();
     window.hide();
     window.show();
-    accessibility.asked = 0;
-    becomeKey();
-    EXPECT_EQ(accessibility.asked, 1);
+    EXPECT_EQ(askedWhenKey(), 1);
     home.reset();
 }
 
