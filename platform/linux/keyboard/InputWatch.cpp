@@ -83,7 +83,8 @@ void InputWatch::poll()
             m_fencePassed = true;
         } else if (event.type == ClientMessage && event.xclient.format == 32 &&
                    static_cast<unsigned long>(event.xclient.data.l[0]) == m_pingAtom) {
-            m_lastPong = static_cast<std::uint32_t>(event.xclient.data.l[1]);
+            handlePong(static_cast<XWindow>(event.xclient.data.l[2]),
+                       static_cast<std::uint32_t>(event.xclient.data.l[1]));
         } else if (event.type == FocusOut && event.xfocus.window == m_focus) {
             // A keyboard grab by another client takes the keys away just as a focus change does.
             if (event.xfocus.detail != NotifyInferior && event.xfocus.detail != NotifyPointer)
@@ -110,6 +111,13 @@ void InputWatch::handleRaw(int type, int sourceDevice, int detail)
         if (detail < 4 || detail > 7)
             m_userActed = true;
     }
+}
+
+// A window manager numbers its pings by the server's time.
+void InputWatch::handlePong(XWindow window, std::uint32_t number)
+{
+    if (window == m_pingedWindow && number > m_lastPong && number <= m_lastPing)
+        m_lastPong = number;
 }
 
 } // namespace platform::linux_

@@ -26,6 +26,14 @@ public:
     /// Tells of a press that we are about to send.
     void expectPress(std::uint8_t keycode) { m_expected.push_back(keycode); }
 
+    /// Tells of a ping that we are about to send; the answers to window managers' own pings arrive
+    /// in the same way.
+    void expectPong(XWindow window, std::uint32_t number)
+    {
+        m_pingedWindow = window;
+        m_lastPing = number;
+    }
+
     /// Handles every event that has arrived.
     void poll();
 
@@ -42,6 +50,7 @@ public:
 
 private:
     void handleRaw(int type, int sourceDevice, int detail);
+    void handlePong(XWindow window, std::uint32_t number);
 
     XConnection &m_connection;
     XWindow m_focus = 0;
@@ -51,6 +60,8 @@ private:
     bool m_focusLost = false;
     bool m_mapChanged = false;
     bool m_fencePassed = false;
+    XWindow m_pingedWindow = 0;
+    std::uint32_t m_lastPing = 0;
     std::uint32_t m_lastPong = 0;
     unsigned long m_pingAtom = 0;
 };

@@ -591,7 +591,8 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
 
 std::uint32_t XTestKeyboard::Engine::sendPing()
 {
-    m_connection->ping(m_pingWindow, ++m_lastPing);
+    m_watch->expectPong(m_pingWindow, ++m_lastPing);
+    m_connection->ping(m_pingWindow, m_lastPing);
     m_connection->flush();
     return m_lastPing;
 }
