@@ -3,7 +3,7 @@
 import signal
 
 from session import wait_until
-from witness import APPLY, OPTION, RESULT, Witness
+from witness import APPLY, LATE, OPTION, RESULT, Witness
 
 
 def test_stopped_continued_killed_and_replaced(desktop, build):
@@ -37,9 +37,9 @@ def test_stopped_while_its_text_is_written(desktop, build, chat):
     editor.signal(signal.SIGSTOP)
     shown = set(desktop.windows("^Quillet$"))
     witness.clicks_in_popup(APPLY)
-    with witness.heart() as heart:
+    with witness.watch() as watch:
         wait_until(lambda: set(desktop.windows("^Quillet$")) - shown, "the message")
-    assert heart.longest < 3
+    assert watch.longest < LATE
     editor.signal(signal.SIGKILL)
     assert any("on the clipboard" in name for name in witness.names())
     witness.sees_button_on(other_window)

@@ -34,16 +34,14 @@ def test_accessibility_bus_restarts(desktop, build):
     kill(witness.processes("at-spi-bus-launcher"))
     kill(buses)
     desktop.bus_launcher.process.wait()
-    with witness.heart() as heart:
-        witness.stays_alive(2)
-        # The tutorial's own editor needs no bus; this one shows that the window lives.
-        desktop.activate(witness.window)
-        wait_until(lambda: witness.finds_floating_button() == witness.tutorial_button,
-                   "the button at the tutorial's editor")
-        witness.toggles_popup()
-        desktop.start_accessibility_bus()
-        witness.stays_alive(1)
-    assert heart.longest < 3
+    witness.stays_alive(2)
+    # The tutorial's own editor needs no bus.
+    desktop.activate(witness.window)
+    wait_until(lambda: witness.finds_floating_button() == witness.tutorial_button,
+               "the button at the tutorial's editor")
+    witness.toggles_popup()
+    desktop.start_accessibility_bus()
+    witness.stays_alive(1)
     # Programs keep the bus that they were started with, so the next healthy input is a new one's.
     witness.opens_editor("second.txt", "second")
     witness.toggles_popup()

@@ -66,8 +66,8 @@ def test_unusable_text(witness, attack, lie):
 def test_two_thousand_focus_events_a_second(witness, attack):
     program = attack("focus-storm")
     begin = cpu_seconds(witness.quillet.pid)
-    witness.stays_alive(20)
-    assert cpu_seconds(witness.quillet.pid) - begin < 10, "the storm may not fill a core"
+    witness.stays_alive(60)
+    assert cpu_seconds(witness.quillet.pid) - begin < 30, "the storm may not fill a core"
     witness.toggles_popup()
     assert program.running()
 
