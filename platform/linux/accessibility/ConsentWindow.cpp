@@ -144,12 +144,12 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
     layout->addWidget(explanation);
     layout->addSpacing(4);
     layout->addWidget(row);
-    layout->addStretch();
     setFixedWidth(460);
 
     connect(consent, &QCheckBox::toggled, this, &ConsentWindow::onToggled);
     connect(&m_bus, &AtspiBus::changed, this, &ConsentWindow::showState);
     showState();
+    fitHeight();
 }
 
 void ConsentWindow::onToggled(bool allowed)
@@ -183,9 +183,21 @@ void ConsentWindow::showState()
     }
     m_state->setText(text);
     m_state->setStyleSheet(wrong ? QStringLiteral("color: #b3261e") : QString());
-    // The window is as high as what it has to say.
-    layout()->activate();
-    resize(width(), layout()->totalHeightForWidth(width()));
+}
+
+bool ConsentWindow::event(QEvent *event)
+{
+    const bool handled = QWidget::event(event);
+    // The window is as high as what it has to say. A text inside the row changes what the row wants
+    // only once the row's own layout has been done, and this is the window's turn after that.
+    if (event->type() == QEvent::LayoutRequest)
+        fitHeight();
+    return handled;
+}
+
+void ConsentWindow::fitHeight()
+{
+    setFixedHeight(layout()->totalHeightForWidth(width()));
 }
 
 } // namespace platform::linux_

@@ -21,9 +21,13 @@ public:
 Q_SIGNALS:
     void consentChanged(bool allowed);
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     void onToggled(bool allowed);
     void showState();
+    void fitHeight();
 
     AtspiBus &m_bus;
     QAbstractButton *m_switch;
