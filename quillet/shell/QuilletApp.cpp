@@ -5,26 +5,10 @@
 #include "quillet/shell/QuitSignals.h"
 
 #include <QApplication>
-#include <QPalette>
 #include <QSettings>
 #include <QVBoxLayout>
 
 #include <utility>
-
-namespace
-{
-
-/// The main window is light on every desktop: its colours are fixed.
-QPalette lightPalette()
-{
-    QPalette palette(QColor(0xef, 0xef, 0xef));
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Highlight, QColor(0x6c, 0x3d, 0xf5));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    return palette;
-}
-
-} // namespace
 
 QuilletApp::QuilletApp(Parts parts)
     : m_parts(std::move(parts))
@@ -64,7 +48,6 @@ void QuilletApp::launch()
 {
     m_window = std::make_unique<QWidget>();
     m_window->setWindowTitle(QStringLiteral("Quillet"));
-    m_window->setPalette(lightPalette());
     m_window->resize(mainWindowSize());
     auto *group = new QVBoxLayout(m_window.get());
     group->setContentsMargins(0, 0, 0, 0);
