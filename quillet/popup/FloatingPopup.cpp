@@ -49,6 +49,13 @@ QRect inContent(const QRectF &rect)
     return placed(rect, PopupLayout::Size.height());
 }
 
+/// A part of the panel that is as wide as the panel and leaves the panel's outline in sight.
+void placeBetweenOutlines(QWidget *part, const QRectF &rect)
+{
+    part->setGeometry(inContent(rect));
+    part->setMask(part->rect().adjusted(1, 0, -1, 0));
+}
+
 /// A row that shows no scroller and scrolls sideways with any wheel.
 class SidewaysScrollArea : public QScrollArea
 {
@@ -174,7 +181,7 @@ void FloatingPopup::buildToolRow()
 
     m_topScroll = plainScrollArea<SidewaysScrollArea>(m_popupWindow);
     m_topScroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_topScroll->setGeometry(inContent(row));
+    placeBetweenOutlines(m_topScroll, row);
     m_topScroll->setWidget(document);
     document->setAutoFillBackground(false);
 }
@@ -204,7 +211,7 @@ void FloatingPopup::showSubcommands(const QString &tool)
     m_subScrollView = plainScrollArea<QScrollArea>(m_popupWindow);
     m_subScrollView->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_subScrollView->setStyleSheet(ThinScrollBar);
-    m_subScrollView->setGeometry(inContent(view));
+    placeBetweenOutlines(m_subScrollView, view);
     m_subScrollView->setWidget(document);
     document->setAutoFillBackground(false);
     m_subScrollView->show();

@@ -64,9 +64,13 @@ void PillButton::paintEvent(QPaintEvent *)
     painter.drawRoundedRect(outline, radius, radius);
 
     if (hasFocus()) {
-        painter.setPen(QPen(FocusRing, 2));
+        // On the accent colour its own ring would not be seen.
+        const bool isDark = m_look.title.lightness() > 127;
+        const qreal gap = std::max(2.0, m_look.borderWidth + 1);
+        painter.setPen(QPen(isDark ? QColor(Qt::white) : FocusRing, 2));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(2, 2, -2, -2), radius, radius);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(gap, gap, -gap, -gap), radius - gap + inset,
+                                radius - gap + inset);
     }
 
     painter.setPen(m_look.title);
@@ -77,8 +81,9 @@ void PillButton::paintEvent(QPaintEvent *)
 
 void PillButton::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn)
         QAbstractButton::keyPressEvent(event);
+    else if (!event->isAutoRepeat())
+        click();
 }
