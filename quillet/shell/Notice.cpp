@@ -1,10 +1,14 @@
 #include "quillet/shell/Notice.h"
 
+#include <QApplication>
+
 void Notice::tell(const QString &sentence)
 {
     if (!m_box) {
+        constexpr QSize icon(48, 48);
         m_box = new QMessageBox(QMessageBox::Information, QStringLiteral("Quillet"), {},
                                 QMessageBox::Ok);
+        m_box->setIconPixmap(QApplication::windowIcon().pixmap(icon, m_box->devicePixelRatioF()));
         m_box->setAttribute(Qt::WA_DeleteOnClose);
         m_box->setWindowModality(Qt::NonModal);
         m_box->setTextFormat(Qt::PlainText);

@@ -99,6 +99,8 @@ int LinuxInstallation::runModalAlert(const QString &messageText, const QString &
 {
     QMessageBox alert;
     alert.setIcon(QMessageBox::Information);
+    constexpr QSize icon(48, 48);
+    alert.setIconPixmap(QApplication::windowIcon().pixmap(icon, alert.devicePixelRatioF()));
     alert.setWindowTitle(QStringLiteral("Quillet"));
     alert.setTextFormat(Qt::PlainText);
     alert.setText(messageText);
