@@ -20,8 +20,6 @@ Application::Application(const QByteArray &startupId, bool showWizard)
     : m_platform(platform::createPlatform())
     , m_notice(m_platform->workspace())
 {
-    if (showWizard)
-        m_defaults.remove(QStringLiteral("onboardingSeen"));
     m_app = std::make_unique<QuilletApp>(QuilletApp::Parts{
         .platform = *m_platform,
         .defaults = m_defaults,
@@ -35,6 +33,7 @@ Application::Application(const QByteArray &startupId, bool showWizard)
             },
         .atQuit = [] { MetricPost::shutdown(); },
         .startupId = startupId,
+        .showWizard = showWizard,
     });
     prepareAnalytics();
     prepareEndpoint();

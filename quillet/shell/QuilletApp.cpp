@@ -17,20 +17,24 @@ QuilletApp::QuilletApp(Parts parts)
     , m_notice(m_parts.platform.workspace())
 {
     m_goesOn = ensureRunningFromApplications(m_parts.platform.installation());
-    m_showOnboarding = !m_parts.defaults.value(QStringLiteral("onboardingSeen"), false).toBool();
+    m_showOnboarding = m_parts.showWizard ||
+                       !m_parts.defaults.value(QStringLiteral("onboardingSeen"), false).toBool();
 }
 
 QuilletApp::~QuilletApp() = default;
 
 int QuilletApp::run()
 {
-    if (!m_goesOn || m_instance.claim(m_parts.startupId) == SingleInstance::Role::Later)
+    if (!m_goesOn ||
+        m_instance.claim(m_parts.startupId, m_parts.showWizard) == SingleInstance::Role::Later)
         return 0;
     connect(&m_instance, &SingleInstance::activationRequested, this,
-            [this](const QByteArray &startupId) {
+            [this](const QByteArray &startupId, bool showWizard) {
                 // Where the platform looks for it.
                 if (!startupId.isEmpty())
                     qputenv("DESKTOP_STARTUP_ID", startupId);
+                if (showWizard)
+                    setShowOnboarding(true);
                 openMain();
             });
     QuitSignals quitSignals;

@@ -36,6 +36,8 @@ public:
         std::function<void()> atQuit = {};
         /// SingleInstance::startupIdOfThisProcess(), asked before the QApplication was made.
         QByteArray startupId = {};
+        /// The wizard is wanted again; also from a Quillet that runs already.
+        bool showWizard = false;
     };
 
     /// May hand over to an installed copy, or ask the user whether to install this one; run() then

@@ -20,7 +20,9 @@ namespace
 
 using namespace std::chrono_literals;
 
-// One line each way: the startup id, and the answer that it has been received.
+// One line each way: what to show and the startup id, and the answer that it has been received.
+constexpr char showsWizard[] = "wizard ";
+constexpr char showsWindow[] = "window ";
 constexpr char received[] = "received\n";
 constexpr qint64 longestLine = 4096;
 constexpr std::chrono::milliseconds patience = 5s;
@@ -66,15 +68,16 @@ QByteArray SingleInstance::startupIdOfThisProcess()
     return id.isEmpty() ? qgetenv("XDG_ACTIVATION_TOKEN") : id;
 }
 
-SingleInstance::Role SingleInstance::claim(const QByteArray &startupId)
+SingleInstance::Role SingleInstance::claim(const QByteArray &startupId, bool showWizard)
 {
+    const QByteArray request = (showWizard ? showsWizard : showsWindow) + startupId;
     const QDeadlineTimer deadline(patience);
     do {
         if (lock()) {
             listen();
             return Role::First;
         }
-        if (handOver(startupId))
+        if (handOver(request))
             return Role::Later;
         // It is starting or ending at this moment.
         QThread::msleep(betweenTries.count());
@@ -120,17 +123,18 @@ void SingleInstance::accept()
                     socket->abort();
                 return;
             }
-            const QByteArray startupId = socket->readLine(longestLine).trimmed();
+            const QByteArray request = socket->readLine(longestLine).trimmed() + ' ';
             socket->write(received);
             socket->disconnectFromServer();
-            Q_EMIT activationRequested(startupId);
+            Q_EMIT activationRequested(request.mid(request.indexOf(' ')).trimmed(),
+                                       request.startsWith(showsWizard));
         };
         connect(socket, &QLocalSocket::readyRead, this, read);
         read();
     }
 }
 
-bool SingleInstance::handOver(const QByteArray &startupId)
+bool SingleInstance::handOver(const QByteArray &request)
 {
     const QDeadlineTimer deadline(patience);
     QLocalSocket socket;
@@ -138,7 +142,7 @@ bool SingleInstance::handOver(const QByteArray &startupId)
     if (!socket.waitForConnected(left(deadline)))
         return false;
     // An id is one line by its nature; whatever comes in must not become two.
-    socket.write(QByteArray(startupId).replace('\n', ' ') + '\n');
+    socket.write(QByteArray(request).replace('\n', ' ') + '\n');
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(left(deadline)))
             return false;

@@ -31,16 +31,17 @@ public:
         /// Another one runs and has been asked to come to the front; this process is to end.
         Later,
     };
-    /// Waits some seconds at most for the one that runs. `startupId` is handed over to it.
-    Role claim(const QByteArray &startupId);
+    /// Waits some seconds at most for the one that runs. `startupId` is handed over to it, and
+    /// whether this start was to show the wizard.
+    Role claim(const QByteArray &startupId, bool showWizard = false);
 
 Q_SIGNALS:
     /// A later start wants this one in front.
-    void activationRequested(const QByteArray &startupId);
+    void activationRequested(const QByteArray &startupId, bool showWizard);
 
 private:
     bool lock();
-    bool handOver(const QByteArray &startupId);
+    bool handOver(const QByteArray &request);
     void listen();
     void accept();
 

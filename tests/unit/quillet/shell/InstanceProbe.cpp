@@ -1,5 +1,6 @@
 // Claims to be the only instance and says what came of it; the first one stays until its standard
-// input ends, and reports each later one. Arguments: socket, startup id.
+// input ends, and reports each later one. Arguments: socket, startup id, and a third
+// to ask for the wizard.
 #include "quillet/shell/SingleInstance.h"
 
 #include <QCoreApplication>
@@ -11,10 +12,11 @@ int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     SingleInstance instance(QString::fromLocal8Bit(argv[1]));
-    QObject::connect(&instance, &SingleInstance::activationRequested, [](const QByteArray &id) {
-        std::cout << "activate " << id.toStdString() << std::endl;
-    });
-    if (instance.claim(argv[2]) == SingleInstance::Role::Later) {
+    QObject::connect(
+        &instance, &SingleInstance::activationRequested, [](const QByteArray &id, bool showWizard) {
+            std::cout << (showWizard ? "wizard " : "activate ") << id.toStdString() << std::endl;
+        });
+    if (instance.claim(argv[2], argc > 3) == SingleInstance::Role::Later) {
         std::cout << "later" << std::endl;
         return 0;
     }

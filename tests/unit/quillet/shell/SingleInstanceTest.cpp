@@ -16,12 +16,14 @@ class SingleInstanceTest : public testing::Test
 protected:
     using Process = std::unique_ptr<QProcess>;
 
-    Process start(const char *startupId)
+    Process start(const char *startupId, const QStringList &more = {})
     {
         auto process = std::make_unique<QProcess>();
         process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process->start(QStringLiteral(INSTANCE_PROBE), {m_folder.filePath(QStringLiteral("socket")),
-                                                        QString::fromLatin1(startupId)});
+        process->start(QStringLiteral(INSTANCE_PROBE),
+                       QStringList{m_folder.filePath(QStringLiteral("socket")),
+                                   QString::fromLatin1(startupId)} +
+                           more);
         return process;
     }
 
@@ -42,6 +44,26 @@ protected:
 
     QTemporaryDir m_folder;
 };
+
+TEST_F(SingleInstanceTest, ALaterStartActivatesTheFirstAndEndsWell)
+{
+    const Process first = start("");
+    ASSERT_EQ(line(first), "first");
+    const Process second = start("id with spaces_TIME12");
+    EXPECT_EQ(line(second), "later");
+    EXPECT_EQ(line(first), "activate id with spaces_TIME12");
+    end(second);
+    EXPECT_EQ(second->exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(second->exitCode(), 0);
+    const Process setup = start("", {QStringLiteral("--setup")});
+    EXPECT_EQ(line(first), "wizard");
+    end(setup);
+
+    end(first);
+    const Process third = start("");
+    EXPECT_EQ(line(third), "first");
+    end(third);
+}
 
 TEST_F(SingleInstanceTest, ACrashDoesNotKeepTheNextOut)
 {
