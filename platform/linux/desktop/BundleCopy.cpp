@@ -5,10 +5,12 @@
 #include <QList>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -32,6 +34,38 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
+/// Everything of `in` to the end of `out`.
+bool copyBytes(int in, int out)
+{
+    std::array<char, 1 << 16> buffer;
+    ssize_t count = 0;
+    while ((count = ::read(in, buffer.data(), buffer.size())) > 0) {
+        for (ssize_t done = 0; done < count;) {
+            const ssize_t written = ::write(out, buffer.data() + done, size_t(count - done));
+            if (written < 0)
+                return false;
+            done += written;
+        }
+    }
+    return count == 0;
+}
+
+/// std::filesystem::copy_file() calls a full disk an input/output error; the user is to read what
+/// it is.
+void copyFile(const fs::path &from, const fs::path &to, fs::perms permissions,
+              std::error_code &error)
+{
+    const int in = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    const int out = in < 0 ? -1 : ::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (out < 0 || !copyBytes(in, out) || ::fchmod(out, mode_t(permissions)) != 0)
+        error = lastError();
+    // Some file systems tell only now that there was no room.
+    if (out >= 0 && ::close(out) != 0 && !error)
+        error = lastError();
+    if (in >= 0)
+        ::close(in);
+}
+
 void copyEntry(const fs::directory_entry &entry, const fs::path &to, std::error_code &error)
 {
     const fs::file_status status = entry.symlink_status(error);
@@ -46,9 +80,12 @@ void copyEntry(const fs::directory_entry &entry, const fs::path &to, std::error_
         if (!error)
             fs::permissions(to, status.permissions() | fs::perms::owner_all, error);
         return;
+    case fs::file_type::regular:
+        copyFile(entry.path(), to, status.permissions(), error);
+        return;
     default:
-        // Anything that is not a regular file is an error here: no bundle has any.
-        fs::copy_file(entry.path(), to, error);
+        // No bundle has any.
+        error = std::make_error_code(std::errc::operation_not_supported);
     }
 }
 

@@ -105,6 +105,9 @@ int LinuxInstallation::runModalAlert(const QString &messageText, const QString &
     alert.setTextFormat(Qt::PlainText);
     alert.setText(messageText);
     alert.setInformativeText(informativeText);
+    // The message is a heading, and a sentence below it is not broken into words.
+    alert.setStyleSheet(QStringLiteral("#qt_msgbox_label { font-weight: bold; }"
+                                       "#qt_msgbox_informativelabel { min-width: 24em; }"));
     QList<QAbstractButton *> added;
     for (const QString &title : buttons)
         added.append(alert.addButton(title, added.isEmpty() ? QMessageBox::AcceptRole

@@ -11,9 +11,12 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+
+#include <csignal>
 
 using platform::linux_::LinuxInstallation;
 
@@ -140,6 +143,20 @@ TEST_F(LinuxInstallationTest, AFailedCopyLeavesNothingBehind)
     EXPECT_EQ(folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList());
     EXPECT_FALSE(QFile::exists(m_places.dataHome + s("/applications/quillet.desktop")));
+
+    // No room: the reason is told as the system has it.
+    ASSERT_TRUE(QFile::remove(m_bundle + s("/share/zzz")));
+    write(m_bundle + s("/bin/large"), QByteArray(100'000, 'x'));
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const auto signalBefore = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{70'000, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const QString error = installation.copyBundle(m_bundle, installation.targetPath());
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, signalBefore);
+    EXPECT_EQ(error, s("File too large"));
+    EXPECT_TRUE(folder.isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 
     write(m_root + s("/file"), "");
     EXPECT_EQ(installation.copyBundle(m_bundle, m_root + s("/file/quillet")), s("Not a directory"));
