@@ -59,6 +59,9 @@ bool isHttpStatus(QNetworkReply::NetworkError error)
 
 BackendService::Result resultOf(QNetworkReply &reply)
 {
+    // Nobody cancels a request but the clock.
+    if (reply.error() == QNetworkReply::OperationCanceledError)
+        return BackendFailure(QStringLiteral("The request timed out"));
     const bool answered = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
     if (reply.error() != QNetworkReply::NoError && !(answered && isHttpStatus(reply.error())))
         return BackendFailure(reply.errorString());
