@@ -13,4 +13,10 @@ public:
 
     QSize sizeHint() const override { return QSize(0, 100); }
     QSize minimumSizeHint() const override { return QSize(0, 0); }
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void paintBorder();
 };
