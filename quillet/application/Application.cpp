@@ -31,7 +31,12 @@ Application::Application(const QByteArray &startupId, bool showWizard)
             [this](QWidget *parent, const std::function<void(bool)> &setShowOnboarding) {
                 return makeWizard(parent, setShowOnboarding);
             },
-        .atQuit = [] { MetricPost::shutdown(); },
+        .atQuit =
+            [this] {
+                if (m_observing)
+                    FloatingButtonManager::shared().hide();
+                MetricPost::shutdown();
+            },
         .startupId = startupId,
         .showWizard = showWizard,
     });
@@ -39,12 +44,7 @@ Application::Application(const QByteArray &startupId, bool showWizard)
     prepareEndpoint();
 }
 
-Application::~Application()
-{
-    // The manager outlives the platform; what it has on screen must not.
-    if (m_observing)
-        FloatingButtonManager::shared().hide();
-}
+Application::~Application() = default;
 
 int Application::run()
 {

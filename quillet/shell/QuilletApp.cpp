@@ -43,6 +43,9 @@ int QuilletApp::run()
     QApplication::setQuitOnLastWindowClosed(false);
     launch();
     const int status = QApplication::exec();
+    // What is left to do may take a second, and the user has done with us.
+    m_menuBarItem.reset();
+    m_window->hide();
     if (m_parts.atQuit)
         m_parts.atQuit();
     return status;
