@@ -1,5 +1,7 @@
 """From focus to applied text, in the programs that people write in."""
 
+import time
+
 import pytest
 
 from chat_server import ChatServer
@@ -33,6 +35,22 @@ def person(desktop, build, chat):
     person.quillet, person.window = person.sets_up_quillet(build, chat.environment)
     yield person
     print(person.quillet.output()[-3000:])  # shown where the test has failed
+
+
+def test_the_permission_is_given_in_the_wizard(desktop, build):
+    person = Person(desktop)
+    desktop.start([str(build / "quillet" / "quillet")])
+    person.click("Next")
+    person.click("Open Accessibility Settings")
+    desktop.wait_for_window("^Accessibility$")
+    off = wait_until(lambda: person.finds("Off. Quillet does not see other applications."),
+                     "the text")
+    time.sleep(0.5)  # a person reads it first, and meanwhile the service has told its state
+    person.click("Quillet")
+    wait_until(lambda: "Text to try Quillet on" in (person.names() or []), "the tutorial page")
+    # This takes two lines where one stood, and has room for them.
+    wait_until(lambda: (person.finds("On. Applications that were started before may have to be "
+                                     "started again.") or off)[3] > 1.5 * off[3], "the whole text")
 
 
 @pytest.mark.parametrize("program", EDITORS)
