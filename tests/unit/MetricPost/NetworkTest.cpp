@@ -105,7 +105,9 @@ TEST_F(Wire, AServerThatNeverAnswersIsGivenUp)
     const auto request = requestTo(server.url(), std::chrono::milliseconds(100));
     EXPECT_FALSE(send(*request));
     EXPECT_EQ(request->networkConsecutiveFailures(), 1);
-    // The transport must come down with the request abandoned and with one under way.
+    // The transport must come down with the request abandoned and with one under way. On a busy
+    // machine the first may never have got as far as the server.
+    const qsizetype before = server.requests().size();
     transport->start({QUrl(server.url()), "post", QByteArray("x"), {}}, [](const HTTPOutcome &) {});
-    EXPECT_TRUE(waitUntil([&] { return server.requests().size() == 2; }));
+    EXPECT_TRUE(waitUntil([&] { return server.requests().size() > before; }));
 }

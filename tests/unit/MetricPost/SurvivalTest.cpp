@@ -80,12 +80,13 @@ TEST_F(Survival, KillingTheProcessLosesNoCommittedRowAndDoublesNone)
 
 TEST_F(Survival, AnotherProcesssLockIsWaitedFor)
 {
-    const auto instance = instanceWithAnEvent();
+    auto instance = instanceWithAnEvent();
     QProcess child;
     lock(child, u"700"_qs);
     instance->track(u"meanwhile"_qs);
     instance->waitUntilStored();
     ASSERT_TRUE(child.waitForFinished(processLimitMilliseconds));
+    instance.reset();
     EXPECT_EQ(sandbox.storedEvents(u"tok"_qs), 2);
 }
 
