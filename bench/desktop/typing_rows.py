@@ -37,8 +37,8 @@ def exact(samples):
 
 def speed(setting):
     samples = []
-    for programs, kinds, repeat in ((None, "latin,cjk,mixed", 5),
-                                    (None, "line,different", 3),
+    for programs, kinds, repeat in ((None, "latin,cjk,mixed", 3),
+                                    (None, "line,different", 2),
                                     ("textarea,contenteditable", "long", 3)):
         arguments = ["--kinds", kinds, "--repeat", str(setting.count(repeat, 1))]
         if setting.quick:
