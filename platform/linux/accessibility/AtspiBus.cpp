@@ -261,6 +261,8 @@ void AtspiBus::listen()
                     addName(name);
             }
             m_namesListed = true;
+            // Either of the two connections may be the later one to be ready.
+            Q_EMIT changed();
         },
         serviceLimit);
 }
