@@ -199,17 +199,20 @@ class Session:
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def _processes(self):
+        """What bears the session's mark, and what belongs to a program of it: some programs write
+        over their environment, and one that is stopped while it ends would be waited for in vain.
+        """
         mark = f"{MARK}={self.folder}".encode()
+        leaders = {program.pid for program in self.programs if program.running()}
         found = []
         for pid in filter(str.isdigit, os.listdir("/proc")):
             try:
                 with open(f"/proc/{pid}/environ", "rb") as file:
-                    if mark in file.read().split(b"\0"):
-                        found.append(int(pid))
+                    marked = mark in file.read().split(b"\0")
+                if marked or os.getsid(int(pid)) in leaders:
+                    found.append(int(pid))
             except OSError:
                 pass
-        for program in self.programs:
-            program.process.poll()  # a zombie has no environment, but reap it
         return found
 
 
