@@ -25,9 +25,12 @@ ReadBack::ReadBack(std::optional<qint64> countBefore, qint64 selected)
         m_base = 0;
 }
 
-qint64 ReadBack::excess(std::size_t sent) const
+qint64 ReadBack::excess(Sent sent) const
 {
-    return m_moved ? std::max<qint64>(0, m_last - m_base - static_cast<qint64>(sent)) : 0;
+    const qint64 arrived = m_last - m_base;
+    const auto units = static_cast<qint64>(sent.utf16Units);
+    const qint64 expected = arrived >= units ? units : static_cast<qint64>(sent.codePoints);
+    return m_moved ? std::max<qint64>(0, arrived - expected) : 0;
 }
 
 void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now)

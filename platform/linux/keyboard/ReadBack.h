@@ -27,11 +27,16 @@ public:
     /// How many of the sent keys have arrived.
     std::size_t confirmed() const { return m_confirmed; }
 
-    /// By how much the input has grown beyond the keys that were sent, at the last reading: what an
-    /// editor has added by itself.
-    qint64 excess(std::size_t sent) const;
+    /// What was sent, in both units in which inputs count their text (Qt counts in UTF-16).
+    struct Sent {
+        std::size_t codePoints = 0;
+        std::size_t utf16Units = 0;
+    };
+    /// By how much the input has grown beyond what was sent, at the last reading, when all of it
+    /// has arrived: what an editor has added by itself. Where the unit is in doubt, the lesser one.
+    qint64 excess(Sent sent) const;
     /// Takes that as belonging there.
-    void acceptExcess(std::size_t sent) { m_base += excess(sent); }
+    void acceptExcess(Sent sent) { m_base += excess(sent); }
 
     /// How long the count has not changed.
     qint64 stillFor(qint64 now) const { return m_lastChange ? now - *m_lastChange : 0; }

@@ -142,6 +142,8 @@ private:
 
     ReadBack m_readBack;
     std::size_t m_sent = 0;
+    /// The same in UTF-16 code units.
+    std::size_t m_sentUnits = 0;
     /// How many of them the client has taken from the server.
     std::size_t m_taken = 0;
     /// How many of them are in the input's text, as far as that can be known.
@@ -290,7 +292,7 @@ void XTestKeyboard::Engine::wait()
 
 bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
 {
-    m_sent = m_taken = m_shown = m_segment = 0;
+    m_sent = m_sentUnits = m_taken = m_shown = m_segment = 0;
     m_nextReading = m_lastFocusCheck = 0;
     m_pings.clear();
     m_indentChecked = 0;
@@ -538,6 +540,8 @@ bool XTestKeyboard::Engine::sendBurst()
     }
     if (!post(strokes))
         return false;
+    for (std::size_t i = m_sent; i < m_sent + count; ++i)
+        m_sentUnits += m_keys[i].codePoint > 0xffff ? 2 : 1;
     m_sent += count;
     if (m_pingWindow)
         m_pings.emplace_back(sendPing(), m_sent);
@@ -574,10 +578,11 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
     if (m_shown < m_sent || m_taken < m_sent || m_watch->lastPong() < m_indentPing)
         return Indent::BeingRemoved;
     m_readBack.observe(m_target->characterCount(), m_sent, m_clock.elapsed());
-    const qint64 excess = m_readBack.excess(m_sent);
+    const ReadBack::Sent sent{m_sent, m_sentUnits};
+    const qint64 excess = m_readBack.excess(sent);
     const bool stuck = m_indentLeft > 0 && excess >= m_indentLeft;
     if (excess == 0 || stuck) {
-        m_readBack.acceptExcess(m_sent);
+        m_readBack.acceptExcess(sent);
         m_indentChecked = m_sent;
         m_indentLeft = 0;
         return Indent::None;

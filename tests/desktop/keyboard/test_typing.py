@@ -51,6 +51,12 @@ def test_caps_lock_and_num_lock_change_nothing(typed_input):
             typed_input.desktop.key(lock)
 
 
+def test_indentation_after_pictures(typed_input):
+    # Some editors indent the next line by themselves, and some count a picture as two characters.
+    tab = typed_input.tab
+    check(typed_input, f"a line\n{'😀' * 40}\nanother\n{tab}x\nend\n{tab}y\n{tab}z")
+
+
 def test_without_reading_back(typed_input):
     # Without a target it is not known that this is a web page, where Return makes a paragraph.
     text = make("mixed", 240, seed=3, tab="    ").replace("\n", " ")

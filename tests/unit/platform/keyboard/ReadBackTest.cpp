@@ -19,9 +19,10 @@ TEST(ReadBack, CountsFromWhatTheSelectionLeaves)
     EXPECT_EQ(readBack.confirmed(), 10U);
     readBack.observe(75, 12, 20);
     EXPECT_EQ(readBack.confirmed(), 12U);
-    EXPECT_EQ(readBack.excess(12), 3) << "an editor that adds of its own";
-    readBack.acceptExcess(12);
-    EXPECT_EQ(readBack.excess(12), 0);
+    EXPECT_EQ(readBack.excess({12, 12}), 3) << "an editor that adds of its own";
+    readBack.acceptExcess({12, 12});
+    EXPECT_EQ(readBack.excess({12, 12}), 0);
+    EXPECT_EQ(readBack.excess({9, 12}), 0) << "the input counts in UTF-16";
     readBack.observe(std::nullopt, 20, 30);
     EXPECT_EQ(readBack.confirmed(), 12U);
     EXPECT_EQ(readBack.stillFor(50), 30);
