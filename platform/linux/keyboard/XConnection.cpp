@@ -67,10 +67,10 @@ std::uint8_t modifiersNamed(Display *display, XkbDescPtr xkb,
     return static_cast<std::uint8_t>(found);
 }
 
-// The X server gives it this name; where there is none the core keyboard takes its place.
+// The X server gives it this name. 0 when there is none.
 int findTestKeyboard(Display *display)
 {
-    int found = XkbUseCoreKbd;
+    int found = 0;
     int count = 0;
     XIDeviceInfo *devices = XIQueryDevice(display, XIAllDevices, &count);
     for (int i = 0; i < count; ++i) {
@@ -150,6 +150,8 @@ std::unique_ptr<XConnection> XConnection::open(const QByteArray &displayName)
         XIQueryVersion(display, &inputMajor, &inputMinor) != Success)
         return nullptr;
     connection->m_testKeyboard = findTestKeyboard(display);
+    if (!connection->m_testKeyboard)
+        return nullptr;
 
     XSetWindowAttributes attributes{};
     attributes.event_mask = PropertyChangeMask;

@@ -25,8 +25,8 @@ using XWindow = unsigned long;
 class XConnection
 {
 public:
-    /// Empty when there is no such server or it lacks one of the three extensions. An empty name
-    /// means $DISPLAY.
+    /// Empty when there is no such server, or it lacks one of the three extensions or XTEST's
+    /// keyboard. An empty name means $DISPLAY.
     static std::unique_ptr<XConnection> open(const QByteArray &displayName);
     ~XConnection();
     XConnection(const XConnection &) = delete;
