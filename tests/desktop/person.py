@@ -3,8 +3,12 @@
 import json
 import pathlib
 
+import gi
+
 from session import wait_until
 
+# What eyes.py cannot do without: it would see nothing, and say nothing.
+gi.require_version("Atspi", "2.0")
 EYES = pathlib.Path(__file__).with_name("eyes.py")
 
 
