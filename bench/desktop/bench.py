@@ -15,6 +15,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 sys.path[:0] = [str(HERE), str(ROOT / "tests" / "desktop")]
 
+import faults  # noqa: E402
 import footprint  # noqa: E402
 import idle  # noqa: E402
 import latency  # noqa: E402
@@ -32,6 +33,7 @@ GROUPS = {
     "latency": latency.measure,
     "idle": idle.idle,
     "growth": idle.growth,
+    "faults": faults.measure,
     "typing": typing_rows.speed,
     "exactness": typing_rows.exactness,
     "metricpost": libraries.measure_metricpost,

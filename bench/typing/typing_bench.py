@@ -19,6 +19,7 @@ import json
 import os
 import pathlib
 import random
+import re
 import signal
 import statistics
 import subprocess
@@ -33,6 +34,7 @@ from speed_texts import SPEED_TEXTS, latin  # noqa: E402
 from texts import KINDS, make  # noqa: E402
 
 LONG = 30_000
+BUSIEST = 6  # threads whose times are kept
 
 
 def settle(target, text):
@@ -63,22 +65,33 @@ def with_descendants(pid):
 
 
 def thread_times(target):
-    """Processor seconds of each thread of the program, by process and thread."""
+    """Processor seconds of each thread of the program, by its name and numbers."""
     times = {}
     for pid in with_descendants(target.program.process.pid):
+        process = pathlib.Path(f"/proc/{pid}")
         try:
-            for thread in pathlib.Path(f"/proc/{pid}/task").iterdir():
+            # A browser's processes are all called the same; this tells what each is for.
+            role = re.search(r"--type=([\w-]+)", (process / "cmdline").read_text())
+            for thread in (process / "task").iterdir():
+                name = (role[1] + " " if role else "") + (thread / "comm").read_text().strip()
                 # The first number is nanoseconds on a processor (proc's schedstat).
-                times[pid, thread.name] = int((thread / "schedstat").read_text().split()[0]) / 1e9
+                nanoseconds = int((thread / "schedstat").read_text().split()[0])
+                times[name, pid, thread.name] = nanoseconds / 1e9
         except OSError:
             pass
     return times
 
 
-def shortest_time(before, after):
+def times_spent(before, after):
+    """Seconds that each thread has worked, the busiest first, as pairs of its name and them."""
+    spent = [(thread[0], seconds - before.get(thread, 0)) for thread, seconds in after.items()]
+    return sorted(spent, key=lambda pair: -pair[1])
+
+
+def shortest_time(spent):
     """Seconds that the program needs if its threads never wait."""
-    spent = [seconds - before.get(thread, 0) for thread, seconds in after.items()]
-    return max(max(spent), sum(spent) / os.cpu_count())
+    seconds = [time for _, time in spent]
+    return max(seconds[0], sum(seconds) / os.cpu_count())
 
 
 def sample(target, tool, program, kind, layout, text):
@@ -89,7 +102,7 @@ def sample(target, tool, program, kind, layout, text):
     if tool == "ours":
         report = target.type(text)
         seconds = report["milliseconds"] / 1000
-        shortest = shortest_time(before, thread_times(target))
+        spent = times_spent(before, thread_times(target))
     else:
         report = {"result": "typed"}
         subprocess.run(["xdotool", "type", "--clearmodifiers", "--file", "-"], input=text,
@@ -97,10 +110,10 @@ def sample(target, tool, program, kind, layout, text):
     got = settle(target, text)
     if tool != "ours":
         seconds = time.monotonic() - start
-        shortest = shortest_time(before, thread_times(target))
+        spent = times_spent(before, thread_times(target))
     found = {"tool": tool, "program": program, "kind": kind, "layout": layout,
-             "characters": len(text), "seconds": seconds, "shortest": shortest, "exact": got == text,
-             "result": report["result"]}
+             "characters": len(text), "seconds": seconds, "shortest": shortest_time(spent),
+             "threads": spent[:BUSIEST], "exact": got == text, "result": report["result"]}
     if got != text:
         found["difference"] = first_difference(got, text)
     return found
@@ -108,6 +121,11 @@ def sample(target, tool, program, kind, layout, text):
 
 def rate(samples, time="seconds"):
     return statistics.median(s["characters"] / s[time] for s in samples) if samples else 0
+
+
+def where_time_goes(sample):
+    return ", ".join(f"{thread} {1000 * seconds / sample['characters']:.2f}"
+                     for thread, seconds in sample["threads"])
 
 
 def print_table(samples):
@@ -121,6 +139,8 @@ def print_table(samples):
         ratio = f"{rate(of['ours']) / peer:.1f}" if peer else "-"
         print(f"{program:18} {kind:10} {rate(of['ours']):8.0f} {exact['ours']:>7} "
               f"{rate(of['ours'], 'shortest'):10.0f} {peer:10.0f} {exact['xdotool']:>7} {ratio:>6}")
+        if of["ours"]:
+            print("    milliseconds a character:", where_time_goes(of["ours"][-1]))
     for s in samples:
         if s["tool"] == "ours" and not s["exact"]:
             print(f"not exact: {s['program']} {s['kind']} {s['layout']}: {s['difference']}")

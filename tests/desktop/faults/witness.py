@@ -31,6 +31,8 @@ class Watch:
     def __exit__(self, *_):
         report = json.loads(self.process.communicate(timeout=PATIENCE)[0])
         self.answers, self.longest = report["answers"], report["longest"] / 1000
+        print(f"longest pause {report['longest']:.0f} ms")
+
 
 class Witness(Person):
     def __init__(self, session, build, environment=None):
@@ -45,7 +47,6 @@ class Witness(Person):
         """Watches for a time, and has it that Quillet has answered throughout."""
         with self.watch() as watch:
             time.sleep(seconds)
-        print(f"longest pause {watch.longest * 1000:.0f} ms in {seconds} s")
         assert watch.answers and watch.longest < LATE and self.quillet.running()
 
     def popup(self):
