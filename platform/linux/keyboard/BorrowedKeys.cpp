@@ -1,6 +1,7 @@
 #include "platform/linux/keyboard/BorrowedKeys.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include <X11/XKBlib.h>
@@ -15,8 +16,18 @@ namespace
 
 constexpr const char *recordName = "_QUILLET_BORROWED_KEYS";
 constexpr const char *ownerName = "_QUILLET_TYPING";
-constexpr unsigned long recordVersion = 1;
+constexpr unsigned long recordVersion = 2;
 constexpr unsigned long noType = 0xff;
+constexpr long mostRecorded = 65536; // numbers; a whole map of 256 keys has fewer
+
+// One key as the map has it: for each group its type, and its keysyms, `width` levels a group.
+struct KeyEntry {
+    std::uint8_t keycode = 0;
+    std::uint8_t groupInfo = 0;
+    std::uint8_t width = 0;
+    std::array<std::uint8_t, XkbNumKbdGroups> types{};
+    std::vector<KeySym> keysyms;
+};
 
 // A client-side copy of the map, for changes that go to the server as they are.
 class MapCopy
@@ -40,20 +51,28 @@ public:
     XkbKeyTypePtr type(int index) const { return &m_xkb->map->types[index]; }
     bool hasType(int index) const { return index < m_xkb->map->num_types; }
 
-    void setKey(std::uint8_t keycode, int typeIndex, const std::vector<KeySym> &keysyms)
+    KeyEntry key(std::uint8_t keycode) const
     {
-        KeySym *symbols = XkbResizeKeySyms(m_xkb, keycode, static_cast<int>(keysyms.size()));
+        const XkbSymMapRec &from = m_xkb->map->key_sym_map[keycode];
+        KeyEntry entry{keycode, from.group_info, from.width, {}, {}};
+        std::copy(std::begin(from.kt_index), std::end(from.kt_index), entry.types.begin());
+        const KeySym *symbols = XkbKeySymsPtr(m_xkb, keycode);
+        entry.keysyms.assign(symbols, symbols + XkbKeyNumSyms(m_xkb, keycode));
+        return entry;
+    }
+
+    void setKey(const KeyEntry &entry)
+    {
+        const std::vector<KeySym> &keysyms = entry.keysyms;
+        KeySym *symbols = XkbResizeKeySyms(m_xkb, entry.keycode, static_cast<int>(keysyms.size()));
         if (!symbols && !keysyms.empty())
             return;
-        XkbSymMapRec &entry = m_xkb->map->key_sym_map[keycode];
-        entry.width = static_cast<unsigned char>(keysyms.size());
-        entry.group_info = keysyms.empty() ? 0 : XkbSetNumGroups(0, 1);
-        std::fill(std::begin(entry.kt_index), std::end(entry.kt_index), 0);
-        if (!keysyms.empty()) {
-            entry.kt_index[0] = static_cast<unsigned char>(typeIndex);
-            std::copy(keysyms.begin(), keysyms.end(), symbols);
-        }
-        touchKey(keycode);
+        XkbSymMapRec &target = m_xkb->map->key_sym_map[entry.keycode];
+        target.width = entry.width;
+        target.group_info = entry.groupInfo;
+        std::copy(entry.types.begin(), entry.types.end(), std::begin(target.kt_index));
+        std::copy(keysyms.begin(), keysyms.end(), symbols);
+        touchKey(entry.keycode);
     }
 
     void touchType(int index)
@@ -98,45 +117,64 @@ struct TypeEntry {
 };
 
 constexpr std::size_t entryFields = 6;
+constexpr std::size_t keyFields = 4 + XkbNumKbdGroups;
 
 } // namespace
 
 // What has been borrowed, as it was before. On the root window it is a list of 32-bit numbers.
 struct BorrowedKeys::Record {
+    bool keysRepeat = false;
     unsigned long type = noType;
     unsigned long realModifiers = 0;
     unsigned long virtualModifiers = 0;
     bool preserves = false;
     std::vector<TypeEntry> entries;
-    std::vector<std::uint8_t> keycodes;
+    std::vector<KeyEntry> keys;
 
     std::vector<unsigned long> pack() const
     {
-        std::vector<unsigned long> data{recordVersion,    type,      realModifiers,
-                                        virtualModifiers, preserves, entries.size()};
+        std::vector<unsigned long> data{recordVersion,    keysRepeat, type,          realModifiers,
+                                        virtualModifiers, preserves,  entries.size()};
         for (const TypeEntry &entry : entries) {
             data.insert(data.end(),
                         {entry.active, entry.level, entry.realModifiers, entry.virtualModifiers,
                          entry.preservedReal, entry.preservedVirtual});
         }
-        data.insert(data.end(), keycodes.begin(), keycodes.end());
+        for (const KeyEntry &key : keys) {
+            data.insert(data.end(), {key.keycode, key.groupInfo, key.width});
+            data.insert(data.end(), key.types.begin(), key.types.end());
+            data.push_back(key.keysyms.size());
+            data.insert(data.end(), key.keysyms.begin(), key.keysyms.end());
+        }
         return data;
     }
 
     static std::optional<Record> unpack(const unsigned long *data, std::size_t size)
     {
-        constexpr std::size_t head = 6;
-        if (size < head || data[0] != recordVersion || data[5] > 256 ||
-            size < head + data[5] * entryFields)
+        constexpr std::size_t head = 7;
+        if (size < head || data[0] != recordVersion || data[6] > 256 ||
+            size < head + data[6] * entryFields)
             return std::nullopt;
-        Record record{data[1], data[2], data[3], data[4] != 0, {}, {}};
+        Record record{data[1] != 0, data[2], data[3], data[4], data[5] != 0, {}, {}};
         std::size_t at = head;
-        for (unsigned long i = 0; i < data[5]; ++i, at += entryFields) {
+        for (unsigned long i = 0; i < data[6]; ++i, at += entryFields) {
             record.entries.push_back(
                 {data[at], data[at + 1], data[at + 2], data[at + 3], data[at + 4], data[at + 5]});
         }
-        for (; at < size; ++at)
-            record.keycodes.push_back(static_cast<std::uint8_t>(data[at]));
+        while (at + keyFields <= size) {
+            const auto byte = [&](std::size_t field) {
+                return static_cast<std::uint8_t>(data[at + field]);
+            };
+            KeyEntry key{byte(0), byte(1), byte(2), {byte(3), byte(4), byte(5), byte(6)}, {}};
+            const unsigned long keysyms = data[at + 7];
+            const unsigned groups = XkbNumGroups(key.groupInfo);
+            at += keyFields;
+            if (keysyms > size - at || groups > XkbNumKbdGroups || keysyms != groups * key.width)
+                return std::nullopt;
+            key.keysyms.assign(data + at, data + at + keysyms);
+            at += keysyms;
+            record.keys.push_back(std::move(key));
+        }
         return record;
     }
 
@@ -201,8 +239,10 @@ void BorrowedKeys::recover()
     Display *display = m_connection.display();
     m_connection.grabServer();
     if (XGetSelectionOwner(display, m_connection.atom(ownerName)) == 0) {
-        if (const std::optional<Record> record = readRecord())
-            restore(*record);
+        if (const std::optional<Record> record = readRecord()) {
+            restoreMap(*record);
+            m_connection.setKeysRepeat(record->keysRepeat);
+        }
         XDeleteProperty(display, m_connection.root(), m_connection.atom(recordName));
     }
     m_connection.ungrabServer();
@@ -213,15 +253,6 @@ bool BorrowedKeys::begin(const KeyboardMap &map)
     recover();
     Display *display = m_connection.display();
     const Atom owner = m_connection.atom(ownerName);
-    m_connection.grabServer();
-    const bool free = XGetSelectionOwner(display, owner) == 0;
-    if (free)
-        XSetSelectionOwner(display, owner, m_connection.ownWindow(), CurrentTime);
-    m_connection.ungrabServer();
-    if (!free || m_connection.broken())
-        return false;
-
-    m_begun = true;
     m_keycodes = map.spareKeycodes();
     m_type = map.spareType();
     // Bit 0 of a level is the first modifier here, bit 1 the second, bit 2 the third.
@@ -231,7 +262,36 @@ bool BorrowedKeys::begin(const KeyboardMap &map)
         if ((map.levelModifiers & modifier) && (2 << m_levelModifiers.size()) <= levels)
             m_levelModifiers.push_back(static_cast<std::uint8_t>(modifier));
     }
+
+    m_connection.grabServer();
+    const bool free = XGetSelectionOwner(display, owner) == 0;
+    if (free) {
+        XSetSelectionOwner(display, owner, m_connection.ownWindow(), CurrentTime);
+        m_keysRepeat = m_connection.keysRepeat();
+        writeRecord();
+        m_connection.setKeysRepeat(false);
+    }
+    m_connection.ungrabServer();
+    m_begun = free && !m_connection.broken();
+    return m_begun;
+}
+
+bool BorrowedKeys::takeLayoutKeys(const KeyboardMap &map)
+{
+    // Without a type of their own they could not be told from the layout's.
+    if (!m_type)
+        return false;
+    const std::vector<std::uint8_t> keycodes = map.characterKeycodes();
+    m_keycodes.insert(m_keycodes.end(), keycodes.begin(), keycodes.end());
+    m_connection.grabServer();
+    writeRecord();
+    m_connection.ungrabServer();
     return true;
+}
+
+bool BorrowedKeys::lends(std::uint8_t keycode) const
+{
+    return std::find(m_keycodes.begin(), m_keycodes.end(), keycode) != m_keycodes.end();
 }
 
 std::size_t BorrowedKeys::bankCapacity() const
@@ -269,10 +329,7 @@ void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &cha
         return;
     m_connection.grabServer();
     const bool first = !m_taken;
-    if (first) {
-        m_taken = true;
-        writeRecord();
-    }
+    m_taken = true;
     const std::vector<std::uint8_t> keycodes = bankKeycodes(bank);
     const std::size_t levels = std::size_t{1} << m_levelModifiers.size();
     auto &slots = m_slots[bank.value_or(0)];
@@ -303,7 +360,12 @@ void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &cha
                 keysyms[level] = keysymForCodePoint(characters[at]);
                 slots.emplace(characters[at], Keystroke{keycodes[i], modifiersFor(level)});
             }
-            copy.setKey(keycodes[i], m_type.value_or(0), keysyms);
+            const auto type = static_cast<std::uint8_t>(m_type.value_or(0));
+            copy.setKey({keycodes[i],
+                         XkbSetNumGroups(0, 1),
+                         static_cast<std::uint8_t>(levels),
+                         {type},
+                         std::move(keysyms)});
         }
         copy.send();
     }
@@ -326,9 +388,10 @@ void BorrowedKeys::giveBack()
     m_connection.grabServer();
     if (m_taken) {
         if (const std::optional<Record> record = readRecord())
-            restore(*record);
-        XDeleteProperty(display, m_connection.root(), m_connection.atom(recordName));
+            restoreMap(*record);
     }
+    m_connection.setKeysRepeat(m_keysRepeat);
+    XDeleteProperty(display, m_connection.root(), m_connection.atom(recordName));
     XSetSelectionOwner(display, m_connection.atom(ownerName), 0, CurrentTime);
     m_connection.ungrabServer();
     m_taken = false;
@@ -340,10 +403,12 @@ void BorrowedKeys::writeRecord()
 {
     Display *display = m_connection.display();
     Record record;
-    record.keycodes = m_keycodes;
-    if (m_type) {
-        const MapCopy copy(m_connection);
-        if (copy && copy.hasType(*m_type)) {
+    record.keysRepeat = m_keysRepeat;
+    const MapCopy copy(m_connection);
+    if (copy) {
+        for (const std::uint8_t keycode : m_keycodes)
+            record.keys.push_back(copy.key(keycode));
+        if (m_type && copy.hasType(*m_type)) {
             record.type = static_cast<unsigned long>(*m_type);
             record.readType(*copy.type(*m_type));
         }
@@ -362,7 +427,7 @@ std::optional<BorrowedKeys::Record> BorrowedKeys::readRecord() const
     unsigned long rest = 0;
     unsigned char *data = nullptr;
     XGetWindowProperty(m_connection.display(), m_connection.root(), m_connection.atom(recordName),
-                       0, 4096, False, XA_CARDINAL, &type, &format, &count, &rest, &data);
+                       0, mostRecorded, False, XA_CARDINAL, &type, &format, &count, &rest, &data);
     std::optional<Record> record;
     if (data && format == 32)
         record = Record::unpack(reinterpret_cast<const unsigned long *>(data), count);
@@ -371,7 +436,7 @@ std::optional<BorrowedKeys::Record> BorrowedKeys::readRecord() const
     return record;
 }
 
-void BorrowedKeys::restore(const Record &record)
+void BorrowedKeys::restoreMap(const Record &record)
 {
     MapCopy copy(m_connection);
     if (!copy)
@@ -380,11 +445,11 @@ void BorrowedKeys::restore(const Record &record)
     if (!copy.hasType(type))
         return;
     // A key that no longer has the shape that we gave it belongs to a layout that was set since.
-    for (const std::uint8_t keycode : record.keycodes) {
-        const bool ours = XkbKeyNumGroups(copy.get(), keycode) == 1 &&
-                          XkbKeyKeyTypeIndex(copy.get(), keycode, 0) == type;
+    for (const KeyEntry &key : record.keys) {
+        const bool ours = XkbKeyNumGroups(copy.get(), key.keycode) == 1 &&
+                          XkbKeyKeyTypeIndex(copy.get(), key.keycode, 0) == type;
         if (ours)
-            copy.setKey(keycode, 0, {});
+            copy.setKey(key);
     }
     if (record.type != noType) {
         XkbKeyTypeRec &current = *copy.type(type);

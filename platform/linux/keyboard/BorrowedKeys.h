@@ -11,10 +11,14 @@
 namespace platform::linux_
 {
 
-/// The keycodes that the layout leaves empty, lent to characters that it does not have. Each takes
-/// one character a level, in one group, so that the active group does not matter; its key type is
-/// one that no other key uses, redefined so that Shift, Mod5 and Mod3 choose among eight levels and
-/// Caps Lock and Num Lock change nothing.
+/// The keycodes that the layout leaves empty, lent to characters that it does not have; where they
+/// are too few, the layout's letters, digits and signs are lent too. Each key takes one character a
+/// level, in one group, so that the active group does not matter; its key type is one that no other
+/// key uses, redefined so that Shift, Mod5 and Mod3 choose among eight levels and Caps Lock and Num
+/// Lock change nothing.
+///
+/// While keys are borrowed none repeats: between the press and the release of a typed key a machine
+/// that stands still would have the server type it again.
 ///
 /// Only the map of XTEST's own keyboard changes. The user's keyboard keeps its map, and the server
 /// shows that one to everybody as soon as the user presses a key.
@@ -36,8 +40,16 @@ public:
     /// Gives back what a process that is gone has left borrowed.
     void recover();
 
-    /// Chooses what to borrow from `map`. False when another process is typing now.
+    /// Chooses what to borrow from `map`, and stops keys from repeating. False when another process
+    /// is typing now.
     bool begin(const KeyboardMap &map);
+
+    /// Adds the keys with which the layout types characters to what begin() has chosen, before
+    /// anything is mapped; `map` is the one given there. Whatever the layout has on them then has
+    /// to be mapped like any other character. False when they cannot be lent.
+    bool takeLayoutKeys(const KeyboardMap &map);
+    /// Whether the key is one of those that are borrowed.
+    bool lends(std::uint8_t keycode) const;
 
     static constexpr int bankCount = 2;
     std::size_t bankCapacity() const;
@@ -50,7 +62,7 @@ public:
     void map(std::optional<int> bank, const std::vector<char32_t> &characters);
     std::optional<Keystroke> keyFor(std::optional<int> bank, char32_t codePoint) const;
 
-    /// Leaves the map as it was before begin().
+    /// Leaves the keyboard as it was before begin().
     void giveBack();
 
 private:
@@ -59,14 +71,17 @@ private:
     std::uint8_t modifiersFor(std::size_t level) const;
     void writeRecord();
     std::optional<Record> readRecord() const;
-    void restore(const Record &record);
+    void restoreMap(const Record &record);
 
     XConnection &m_connection;
     std::vector<std::uint8_t> m_keycodes;
     std::optional<int> m_type;
     std::vector<std::uint8_t> m_levelModifiers;
     std::unordered_map<char32_t, Keystroke> m_slots[bankCount];
+    /// Whether keys repeated before begin().
+    bool m_keysRepeat = false;
     bool m_begun = false;
+    /// Whether the map has been changed.
     bool m_taken = false;
 };
 

@@ -17,6 +17,9 @@ constexpr std::uint8_t lockModifier = 2;
 // KEYPAD); the server falls back on them by itself, so they are never lent.
 constexpr int requiredTypes = 4;
 
+// Above come the keys that only some keyboards have, for media and such.
+constexpr int lastMainKeycode = 127;
+
 bool isKeypad(std::uint32_t keysym)
 {
     return keysym >= XKB_KEY_KP_Space && keysym <= XKB_KEY_KP_Equal;
@@ -30,7 +33,7 @@ bool isCharacter(char32_t codePoint)
 // The order in which several keystrokes for one character are preferred.
 int rank(Keystroke stroke)
 {
-    return (stroke.keycode > 127 ? 16 : 0) + std::popcount(stroke.modifiers);
+    return (stroke.keycode > lastMainKeycode ? 16 : 0) + std::popcount(stroke.modifiers);
 }
 
 const KeyboardMap::Group *groupOf(const KeyboardMap::Key &key, int group)
@@ -130,6 +133,21 @@ std::vector<std::uint8_t> KeyboardMap::spareKeycodes() const
     for (int keycode = minKeycode; keycode <= maxKeycode; ++keycode) {
         const Key &key = keys[static_cast<std::size_t>(keycode)];
         if (key.groups.empty() && !key.isModifier)
+            result.push_back(static_cast<std::uint8_t>(keycode));
+    }
+    return result;
+}
+
+std::vector<std::uint8_t> KeyboardMap::characterKeycodes() const
+{
+    std::vector<std::uint8_t> result;
+    for (int keycode = minKeycode; keycode <= lastMainKeycode; ++keycode) {
+        const Key &key = keys[static_cast<std::size_t>(keycode)];
+        if (key.groups.empty() || key.groups[0].keysyms.empty() || key.isModifier)
+            continue;
+        const std::uint32_t keysym = key.groups[0].keysyms[0];
+        const char32_t codePoint = xkb_keysym_to_utf32(keysym);
+        if (isCharacter(codePoint) && codePoint != U' ' && !isKeypad(keysym))
             result.push_back(static_cast<std::uint8_t>(keycode));
     }
     return result;

@@ -81,6 +81,10 @@ public:
     /// Keycodes to which the layout gives nothing at all.
     std::vector<std::uint8_t> spareKeycodes() const;
 
+    /// Keycodes of the letters, digits and signs: keys that type a visible character when pressed
+    /// alone, and that a keyboard has in its main part.
+    std::vector<std::uint8_t> characterKeycodes() const;
+
     /// The key type that is best lent to spare keys: one that no key uses, with the most levels, up
     /// to eight. Absent when every such type is in use.
     std::optional<int> spareType() const;

@@ -257,6 +257,18 @@ void XConnection::sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambi
     lock(lockedBefore);
 }
 
+bool XConnection::keysRepeat() const
+{
+    XKeyboardState state{};
+    XGetKeyboardControl(m_display, &state);
+    return state.global_auto_repeat == AutoRepeatModeOn;
+}
+
+void XConnection::setKeysRepeat(bool repeat)
+{
+    repeat ? XAutoRepeatOn(m_display) : XAutoRepeatOff(m_display);
+}
+
 void XConnection::wakeTestKeyboard()
 {
     XTestFakeKeyEvent(m_display, 255, False, 0);

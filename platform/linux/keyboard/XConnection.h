@@ -69,6 +69,11 @@ public:
     void sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambientLocks,
                   std::uint8_t lockedBefore);
 
+    /// Whether a key that stays down types its character again and again: the server's setting,
+    /// for all keyboards.
+    bool keysRepeat() const;
+    void setKeysRepeat(bool repeat);
+
     /// Lets go of a key that is not down: clients see nothing, but the server switches to XTEST's
     /// keyboard and tells them so now rather than at the first character.
     void wakeTestKeyboard();

@@ -320,8 +320,18 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
             (key.kind == PlannedKey::Kind::BackSpace && !m_backSpaceKey))
             return false;
     }
-    auto segments =
-        cutIntoSegments(m_keys, m_borrowed->wholeCapacity(), m_borrowed->bankCapacity());
+    const auto cut = [this] {
+        return cutIntoSegments(m_keys, m_borrowed->wholeCapacity(), m_borrowed->bankCapacity());
+    };
+    auto segments = cut();
+    // Every change of the map takes all programs a while: rather one large map than many small.
+    if ((!segments || segments->size() > 1) && m_borrowed->takeLayoutKeys(map)) {
+        for (PlannedKey &key : m_keys) {
+            if (key.onLayout && m_borrowed->lends(key.onLayout->keycode))
+                key.onLayout.reset();
+        }
+        segments = cut();
+    }
     if (!segments)
         return false;
     m_segments = std::move(*segments);

@@ -84,4 +84,13 @@ TEST(KeyboardMap, LendsOnlyWhatNobodyUses)
     EXPECT_EQ(map.spareType(), std::nullopt);
 }
 
+TEST(KeyboardMap, KnowsTheLettersDigitsAndSigns)
+{
+    KeyboardMap map = makeMap();
+    map.keys[65].groups = {{0, {XKB_KEY_space}}};
+    map.keys[34].groups = {{1, {XKB_KEY_dead_circumflex, XKB_KEY_dead_diaeresis}}};
+    const std::vector<std::uint8_t> expected{19, 24, 26};
+    EXPECT_EQ(map.characterKeycodes(), expected) << "not Return, the keypad, media or dead keys";
+}
+
 } // namespace
