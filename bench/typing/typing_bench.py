@@ -38,16 +38,15 @@ BUSIEST = 6  # threads whose times are kept
 
 
 def settle(target, text):
-    """Waits until the input holds `text`, or its text has not changed for three seconds."""
+    """Waits until the input holds `text`, or its text has not changed for three seconds; what it
+    holds, and since when."""
     last, since = None, time.monotonic()
     while True:
         now = target.read()
-        if now == text:
-            return now
         if now != last:
             last, since = now, time.monotonic()
-        elif time.monotonic() - since > 3:
-            return now
+        if now == text or time.monotonic() - since > 3:
+            return now, since
 
 
 def with_descendants(pid):
@@ -94,6 +93,10 @@ def shortest_time(spent):
     return max(seconds[0], sum(seconds) / os.cpu_count())
 
 
+def flood(build):
+    return build / "bench/typing/bench_flood"
+
+
 def sample(target, tool, program, kind, layout, text):
     target.clear()
     target.desktop.run(["setxkbmap", layout])
@@ -103,13 +106,17 @@ def sample(target, tool, program, kind, layout, text):
         report = target.type(text)
         seconds = report["milliseconds"] / 1000
         spent = times_spent(before, thread_times(target))
+    elif tool == "flood":
+        report = {"result": "typed"}
+        subprocess.run([flood(target.build)], input=text, text=True, env=target.desktop.env,
+                       check=True)
     else:
         report = {"result": "typed"}
         subprocess.run(["xdotool", "type", "--clearmodifiers", "--file", "-"], input=text,
                        text=True, env=target.desktop.env, check=False)
-    got = settle(target, text)
+    got, since = settle(target, text)
     if tool != "ours":
-        seconds = time.monotonic() - start
+        seconds = since - start
         spent = times_spent(before, thread_times(target))
     found = {"tool": tool, "program": program, "kind": kind, "layout": layout,
              "characters": len(text), "seconds": seconds, "shortest": shortest_time(spent),
@@ -130,15 +137,16 @@ def where_time_goes(sample):
 
 def print_table(samples):
     print(f"{'program':18} {'kind':10} {'ours/s':>8} {'exact':>7} {'at most/s':>10} {'xdotool/s':>10} "
-          f"{'exact':>7} {'ratio':>6}")
+          f"{'exact':>7} {'ratio':>6} {'flood/s':>8}")
     for program, kind in dict.fromkeys((s["program"], s["kind"]) for s in samples):
         of = {tool: [s for s in samples if s["tool"] == tool and s["program"] == program and
-                     s["kind"] == kind] for tool in ("ours", "xdotool")}
+                     s["kind"] == kind] for tool in ("ours", "xdotool", "flood")}
         exact = {tool: f"{sum(s['exact'] for s in of[tool])}/{len(of[tool])}" for tool in of}
         peer = rate(of["xdotool"])
         ratio = f"{rate(of['ours']) / peer:.1f}" if peer else "-"
         print(f"{program:18} {kind:10} {rate(of['ours']):8.0f} {exact['ours']:>7} "
-              f"{rate(of['ours'], 'shortest'):10.0f} {peer:10.0f} {exact['xdotool']:>7} {ratio:>6}")
+              f"{rate(of['ours'], 'shortest'):10.0f} {peer:10.0f} {exact['xdotool']:>7} {ratio:>6} "
+              f"{rate(of['flood']) or '-':>8.6}")
         if of["ours"]:
             print("    milliseconds a character:", where_time_goes(of["ours"][-1]))
     for s in samples:
@@ -159,6 +167,11 @@ def exactness_texts(count, layouts, tab):
         rng = random.Random(i)
         kind = KINDS[i % len(KINDS)]
         yield kind, layouts[i % len(layouts)], make(kind, rng.randint(500, 5000), i, tab)
+
+
+def tools(options, kind):
+    return ["ours"] + ["xdotool"] * (options.peer_length > 0 and kind != "long") + \
+        ["flood"] * (kind in ("latin", "line") and flood(options.build).exists())
 
 
 def main():
@@ -190,11 +203,12 @@ def main():
                 for kind in options.kinds.split(","):
                     for i in range(options.repeat):
                         layout = layouts[i % len(layouts)]
-                        for tool, length in (("ours", options.length),
-                                             ("xdotool", options.peer_length)):
-                            if length and (tool == "ours" or kind != "long"):
-                                text = text_of(kind, length, i, target.tab)
-                                samples.append(sample(target, tool, program, kind, layout, text))
+                        for tool in tools(options, kind):
+                            length = options.peer_length if tool == "xdotool" else options.length
+                            text = text_of(kind, length, i, target.tab)
+                            if tool == "flood":
+                                text = "".join(c for c in text if c.isascii())
+                            samples.append(sample(target, tool, program, kind, layout, text))
     finally:
         if burner:
             burner.send_signal(signal.SIGTERM)

@@ -28,6 +28,7 @@ class Input:
 
     def __init__(self, desktop, build, program):
         self.desktop = desktop
+        self.build = build
         self.next_try = 0
         self.probe = str(build / "tests/support/type_probe")
         self.web = program not in EDITORS
