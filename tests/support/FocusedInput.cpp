@@ -127,6 +127,16 @@ public:
 
     bool takesTabs() override { return !m_inWeb && m_element.hasState(stateMultiLine); }
 
+    bool mayReorderKeys() override
+    {
+        const Element application{m_element.name,
+                                  QStringLiteral("/org/a11y/atspi/accessible/root")};
+        const QVariant toolkit = application.call(
+            "org.freedesktop.DBus.Properties", "Get",
+            {QStringLiteral("org.a11y.atspi.Application"), QStringLiteral("ToolkitName")});
+        return toolkit.value<QDBusVariant>().variant().toString() == QLatin1String("GTK");
+    }
+
     QString text() override
     {
         return m_element.call("org.a11y.atspi.Text", "GetText", {0, -1}).toString();

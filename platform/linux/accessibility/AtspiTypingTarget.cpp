@@ -95,4 +95,10 @@ bool AtspiTypingTarget::takesTabs()
     return !isInWebPage(m_input.facts) && axRole(m_input.facts) == QLatin1String("AXTextArea");
 }
 
+bool AtspiTypingTarget::mayReorderKeys()
+{
+    // GTK 3 calls itself "gtk".
+    return m_input.facts.toolkit == "GTK";
+}
+
 } // namespace platform::linux_

@@ -22,6 +22,7 @@ public:
     bool needsSoftLineBreaks() override;
     qint64 selectedCharacterCount() override;
     bool takesTabs() override;
+    bool mayReorderKeys() override;
 
 private:
     AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input)

@@ -32,6 +32,11 @@ public:
     /// Whether the Tab key types a tab here (a multi-line editor) and does not move the focus on (a
     /// web page, a single-line entry). Where it does not, a tab is typed as four spaces.
     virtual bool takesTabs() { return false; }
+
+    /// Whether the program, where an input method is at work, handles a key that comes while an
+    /// earlier one is still with the input method before that one: what is typed quickly arrives
+    /// backwards (GTK 4 with IBus).
+    virtual bool mayReorderKeys() { return false; }
 };
 
 } // namespace platform::linux_

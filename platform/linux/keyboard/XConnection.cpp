@@ -257,6 +257,27 @@ void XConnection::sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambi
     lock(lockedBefore);
 }
 
+bool XConnection::hasInputMethod() const
+{
+    Atom type = 0;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long rest = 0;
+    unsigned char *data = nullptr;
+    XGetWindowProperty(m_display, root(), atom("XIM_SERVERS"), 0, 64, False, XA_ATOM, &type,
+                       &format, &count, &rest, &data);
+    bool found = false;
+    if (data && format == 32) {
+        const auto *servers = reinterpret_cast<const Atom *>(data);
+        found = std::any_of(servers, servers + count, [this](Atom server) {
+            return XGetSelectionOwner(m_display, server) != 0;
+        });
+    }
+    if (data)
+        XFree(data);
+    return found;
+}
+
 bool XConnection::keysRepeat() const
 {
     XKeyboardState state{};

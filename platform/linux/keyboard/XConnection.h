@@ -69,6 +69,9 @@ public:
     void sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambientLocks,
                   std::uint8_t lockedBefore);
 
+    /// Whether an input method serves this display (XIM_SERVERS, The Input Method Protocol).
+    bool hasInputMethod() const;
+
     /// Whether a key that stays down types its character again and again: the server's setting,
     /// for all keyboards.
     bool keysRepeat() const;

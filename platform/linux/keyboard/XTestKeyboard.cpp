@@ -128,6 +128,8 @@ private:
 
     std::unique_ptr<TypingTarget> m_target;
     bool m_softLineBreaks = false;
+    /// Whether a key may only be sent once the one before it shows.
+    bool m_oneByOne = false;
     std::vector<PlannedKey> m_keys;
     std::vector<Segment> m_segments;
     std::vector<Bank> m_banks;
@@ -149,6 +151,8 @@ private:
     /// How many of them are in the input's text, as far as that can be known.
     std::size_t m_shown = 0;
     std::size_t m_segment = 0;
+    /// Whether a bank has been typed and may not be mapped anew yet.
+    bool m_mapWaits = false;
     std::uint32_t m_lastPing = 0;
     std::deque<std::pair<std::uint32_t, std::size_t>> m_pings;
     /// The last line break after which the editor's indentation has been looked for.
@@ -293,6 +297,7 @@ void XTestKeyboard::Engine::wait()
 bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
 {
     m_sent = m_sentUnits = m_taken = m_shown = m_segment = 0;
+    m_mapWaits = false;
     m_nextReading = m_lastFocusCheck = 0;
     m_pings.clear();
     m_indentChecked = 0;
@@ -309,6 +314,7 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
     m_ambient = m_locked & (m_borrowed->ignoresCapsLock() ? capsLock | numLock : numLock);
     const KeyboardMap::Lookup layout = map.lookup(m_group, m_ambient);
     m_softLineBreaks = m_target && m_target->needsSoftLineBreaks();
+    m_oneByOne = m_target && m_target->mayReorderKeys() && m_connection->hasInputMethod();
     m_keys =
         planKeys(m_current.events, layout, {m_softLineBreaks, m_target && m_target->takesTabs()});
     m_returnKey = layout.functionKey(XKB_KEY_Return).value_or(0);
@@ -422,13 +428,15 @@ void XTestKeyboard::Engine::confirm()
     }
     if (m_readBack.useful()) {
         // Only where the answer can change what we do next.
-        const bool matters = !m_pingWindow || m_sent == m_keys.size() ||
+        const bool matters = !m_pingWindow || m_oneByOne || m_sent == m_keys.size() || m_mapWaits ||
                              m_sent - m_shown > mostUnshown / 2 || m_keys[m_sent - 1].mayIndent;
         if (m_sent > m_shown && matters && now >= m_nextReading) {
             m_readBack.observe(m_target->characterCount(), m_sent, now);
             m_shown = m_readBack.confirmed();
             const qint64 after = m_clock.elapsed();
-            m_nextReading = after + std::max(readingPause, readingShare * (after - now));
+            m_nextReading = after;
+            if (!m_oneByOne)
+                m_nextReading += std::max(readingPause, readingShare * (after - now));
         }
         if (!m_pingWindow)
             m_taken = m_shown;
@@ -441,18 +449,21 @@ void XTestKeyboard::Engine::confirm()
         m_lastProgress = now;
 }
 
-// A bank is mapped anew as soon as all that it held has been typed, while the other one's keys are
-// on their way.
+// A bank is mapped anew as soon as all that it held is in the input, while the other one's keys are
+// on their way. That the client has taken the keys is not enough where it is to be had: with an
+// input method a browser looks them up once more when they come back from there.
 void XTestKeyboard::Engine::mapSegments()
 {
+    m_mapWaits = false;
     const std::size_t last = std::min(m_segments.size(), m_segment + m_banks.size());
     for (std::size_t i = m_segment; i < last; ++i) {
         Bank &bank = m_banks[i % m_banks.size()];
         if (bank.segment == i)
             continue;
-        if (bank.segment && m_taken < m_segments[*bank.segment].end)
-            continue;
-        mapSegment(i);
+        if (bank.segment && std::min(m_taken, m_shown) < m_segments[*bank.segment].end)
+            m_mapWaits = true;
+        else
+            mapSegment(i);
     }
 }
 
@@ -506,7 +517,10 @@ std::size_t XTestKeyboard::Engine::sendable()
     if (bank.segment != m_segment || !isSettled(bank))
         return 0;
     // A burst ends at a line break after which there may be something to remove.
-    const std::size_t end = std::min(m_segments[m_segment].end, m_sent + burstSize);
+    const std::size_t mostKeys = m_oneByOne ? 1 : burstSize;
+    if (m_oneByOne && m_shown < m_sent)
+        return 0;
+    const std::size_t end = std::min(m_segments[m_segment].end, m_sent + mostKeys);
     std::size_t count = 0;
     while (m_sent + count < end && (count == 0 || !m_keys[m_sent + count - 1].mayIndent))
         ++count;

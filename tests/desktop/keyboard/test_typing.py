@@ -3,7 +3,7 @@
 import pytest
 
 from inputs import PROGRAMS, Input, first_difference, keyboard_map
-from session import Session
+from session import Session, wait_until
 from texts import KINDS, make
 
 
@@ -45,6 +45,8 @@ def test_caps_lock_and_num_lock_change_nothing(typed_input):
     try:
         before = keyboard_map(typed_input.desktop)
         check(typed_input, "Abc äÖ жЖ 漢字 123 ﬁ ß")
+        typed_input.clear()
+        check(typed_input, make("mixed", 600, seed=lock, tab=typed_input.tab))
         assert keyboard_map(typed_input.desktop) == before
     finally:
         for lock in ("Caps_Lock", "Num_Lock"):
@@ -61,3 +63,19 @@ def test_without_reading_back(typed_input):
     # Without a target it is not known that this is a web page, where Return makes a paragraph.
     text = make("mixed", 240, seed=3, tab="    ").replace("\n", " ")
     check(typed_input, text, "--blind")
+
+
+@pytest.mark.parametrize("name, kind, length", [
+    ("textarea", "cjk", 1500), ("mousepad", "cjk", 1500), ("gnome-text-editor", "mixed", 240)])
+def test_with_an_input_method(build, name, kind, length):
+    """It hands the keys back to the program in its own time."""
+    with Session() as desktop:
+        desktop.env.update(GTK_IM_MODULE="ibus", XMODIFIERS="@im=ibus")
+        desktop.start(["ibus-daemon", "--xim", "--panel", "disable"])
+
+        def ready():
+            desktop.run(["ibus", "engine", "xkb:us::eng"], check=False)
+            return "xkb:us" in desktop.run(["ibus", "engine"], check=False)
+        wait_until(ready, "the input method")
+        typed_input = Input(desktop, build, name)
+        check(typed_input, make(kind, length, seed=9, tab=typed_input.tab))
