@@ -23,7 +23,7 @@ namespace platform::linux_
 /// Only the map of XTEST's own keyboard changes. The user's keyboard keeps its map, and the server
 /// shows that one to everybody as soon as the user presses a key.
 ///
-/// The keys form two banks, so that one can be mapped anew while the other's keys are still on
+/// The keys form four banks, so that one can be mapped anew while the keys of others are still on
 /// their way. Every change of the map is one request, made from a fresh copy while the server is
 /// grabbed: another client's change is never undone by ours.
 ///
@@ -51,7 +51,7 @@ public:
     /// Whether the key is one of those that are borrowed.
     bool lends(std::uint8_t keycode) const;
 
-    static constexpr int bankCount = 2;
+    static constexpr int bankCount = 4;
     std::size_t bankCapacity() const;
     std::size_t wholeCapacity() const;
     /// Whether Caps Lock cannot alter what the keys type.

@@ -449,7 +449,7 @@ void XTestKeyboard::Engine::confirm()
         m_lastProgress = now;
 }
 
-// A bank is mapped anew as soon as all that it held is in the input, while the other one's keys are
+// A bank is mapped anew as soon as all that it held is in the input, while the keys of others are
 // on their way. That the client has taken the keys is not enough where it is to be had: with an
 // input method a browser looks them up once more when they come back from there.
 void XTestKeyboard::Engine::mapSegments()
