@@ -7,21 +7,26 @@
 //     --read      types nothing and prints the focused input's text, as {"text": "..."}; exits with
 //                 1 when there is no such input
 
-#include "platform/KeyboardEvents.h"
+#include "platform/linux/accessibility/AtspiAccessibility.h"
+#include "platform/linux/accessibility/X11ActiveWindow.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
-#include "tests/support/FocusedInput.h"
+#include "tests/support/FocusedText.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSettings>
 #include <QSocketNotifier>
+#include <QTemporaryDir>
 
 #include <csignal>
 #include <cstdio>
 #include <sys/signalfd.h>
 #include <unistd.h>
+
+using namespace platform::linux_;
 
 namespace
 {
@@ -39,37 +44,89 @@ const char *nameOf(platform::TypingResult result)
     return "failed";
 }
 
+/// The application's way to the focused input, with a consent of its own.
+class Watching
+{
+public:
+    explicit Watching(platform::KeyboardEvents &keyboard)
+    {
+        m_settings.setValue(QStringLiteral("accessibility/allowed"), true);
+        m_accessibility.emplace(keyboard, m_activeWindow, m_settings);
+    }
+
+    /// The application knows the input before it types; finding it here is none of its time.
+    void waitForInput()
+    {
+        constexpr int patience = 20'000; // ms
+        QElapsedTimer waiting;
+        for (waiting.start(); waiting.elapsed() < patience && !hasInput();)
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents,
+                                            5);
+    }
+
+    std::unique_ptr<TypingTarget> target() { return m_accessibility->typingTarget(); }
+
+private:
+    bool hasInput()
+    {
+        platform::AXValue focused;
+        platform::AXValue editable;
+        m_accessibility->AXUIElementCopyAttributeValue(
+            m_accessibility->AXUIElementCreateSystemWide(), QStringLiteral("AXFocusedUIElement"),
+            focused);
+        const auto *element = std::get_if<platform::AXUIElement>(&focused);
+        if (!element)
+            return false;
+        m_accessibility->AXUIElementCopyAttributeValue(*element, QStringLiteral("AXEditable"),
+                                                       editable);
+        const bool *answer = std::get_if<bool>(&editable);
+        return answer && *answer;
+    }
+
+    QTemporaryDir m_folder;
+    QSettings m_settings{m_folder.filePath(QStringLiteral("platform.conf")), QSettings::IniFormat};
+    X11ActiveWindow m_activeWindow;
+    std::optional<AtspiAccessibility> m_accessibility;
+};
+
+int printFocusedText()
+{
+    const auto text = test::focusedText();
+    if (!text)
+        return 1;
+    const QJsonObject report{{QStringLiteral("text"), *text}};
+    std::puts(QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    if (argc > 1 && qstrcmp(argv[1], "--read") == 0) {
+        const QCoreApplication app(argc, argv);
+        return printFocusedText();
+    }
+
     // An orderly end on SIGTERM, so that the keyboard is put back.
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigprocmask(SIG_BLOCK, &signals, nullptr);
 
-    QCoreApplication app(argc, argv);
+    QApplication app(argc, argv);
     QSocketNotifier terminate(signalfd(-1, &signals, SFD_CLOEXEC), QSocketNotifier::Read);
     QObject::connect(&terminate, &QSocketNotifier::activated, &app,
                      [] { QCoreApplication::exit(143); });
 
-    if (app.arguments().contains(QStringLiteral("--read"))) {
-        const auto focused = test::focusedInput();
-        if (!focused)
-            return 1;
-        const QJsonObject report{{QStringLiteral("text"), focused->text()}};
-        std::puts(QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
-        return 0;
-    }
-
-    // The application knows the input before it types; finding it here is none of its time.
-    std::unique_ptr<platform::linux_::TypingTarget> target;
-    platform::linux_::XTestKeyboard keyboard([&target] { return std::move(target); });
+    std::optional<Watching> watching;
+    XTestKeyboard keyboard([&watching] { return watching ? watching->target() : nullptr; });
     if (app.arguments().contains(QStringLiteral("--recover")))
         return 0;
-    if (!app.arguments().contains(QStringLiteral("--blind")))
-        target = test::focusedInput();
+    if (!app.arguments().contains(QStringLiteral("--blind"))) {
+        watching.emplace(keyboard);
+        watching->waitForInput();
+    }
 
     QFile input;
     if (!input.open(stdin, QIODevice::ReadOnly))
