@@ -12,6 +12,12 @@ AtspiApplication::AtspiApplication(QByteArray busName, qint32 pid, DBusConnectio
 {
 }
 
+void AtspiApplication::setListener(DBusConnection *listener)
+{
+    m_listener = listener;
+    m_askedForPrivate = m_private != nullptr;
+}
+
 void AtspiApplication::missedDeadline()
 {
     m_answering = false;
@@ -34,22 +40,30 @@ QByteArray AtspiApplication::destination(const DBusConnection *to) const
     return to == m_bus ? m_busName : QByteArray();
 }
 
+void AtspiApplication::askForPrivate()
+{
+    if (m_askedForPrivate || !m_listener)
+        return;
+    m_askedForPrivate = true;
+    m_listener->call(
+        m_busName, atspi::rootPath, atspi::ApplicationInterface, "GetApplicationBusAddress",
+        noting([this](DBusMessage &reply) {
+            const auto address = reply.readBytes();
+            if (!address || address->isEmpty() || m_private)
+                return;
+            m_private = DBusConnection::open(*address, DBusConnection::Kind::Peer, this);
+            if (m_private)
+                connect(m_private, &DBusConnection::closed, m_private, &QObject::deleteLater);
+        }),
+        DBusConnection::WithoutLimit);
+}
+
 void AtspiApplication::introduce()
 {
+    askForPrivate();
     if (m_introduced || !m_bus)
         return;
     m_introduced = true;
-    m_bus->call(m_busName, atspi::rootPath, atspi::ApplicationInterface, "GetApplicationBusAddress",
-                noting([this](DBusMessage &reply) {
-                    const auto address = reply.readBytes();
-                    if (!address || address->isEmpty())
-                        return;
-                    m_private = DBusConnection::open(*address, DBusConnection::Kind::Peer, this);
-                    if (m_private)
-                        connect(m_private, &DBusConnection::closed, m_private,
-                                &QObject::deleteLater);
-                }),
-                DBusConnection::WithoutLimit);
     m_bus->call(m_busName, atspi::rootPath, atspi::PropertiesInterface, "Get",
                 noting([this](DBusMessage &reply) {
                     if (reply.enterVariant("s"))

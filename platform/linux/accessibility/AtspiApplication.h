@@ -23,6 +23,10 @@ public:
 
     AtspiApplication(QByteArray busName, qint32 pid, DBusConnection *bus);
 
+    /// The connection over which it is asked for its private one; null for none at present. To
+    /// at-spi2-atk whoever has asked that listens, until that connection is closed.
+    void setListener(DBusConnection *listener);
+
     const QByteArray &busName() const { return m_busName; }
     qint32 pid() const { return m_pid; }
 
@@ -54,13 +58,16 @@ private:
     QByteArray destination(const DBusConnection *to) const;
     DBusConnection::Handler noting(DBusConnection::Handler handler);
     void introduce();
+    void askForPrivate();
 
     QByteArray m_busName;
     qint32 m_pid;
     QPointer<DBusConnection> m_bus;
+    QPointer<DBusConnection> m_listener;
     QPointer<DBusConnection> m_private;
     QByteArray m_toolkit;
     bool m_introduced = false;
+    bool m_askedForPrivate = false;
     bool m_answering = true;
     bool m_probing = false;
 };

@@ -145,7 +145,8 @@ void AtspiBus::setListening(bool listening)
 
 bool AtspiBus::isConnected() const
 {
-    return m_calls && m_calls->isReady() && m_events && m_events->isReady();
+    return m_calls && m_calls->isReady() && m_names->isReady() &&
+           (m_pauses > 0 || m_reports->isReady());
 }
 
 void AtspiBus::askForBus()
@@ -177,22 +178,33 @@ void AtspiBus::retry()
 
 void AtspiBus::connectBus(const QByteArray &address)
 {
-    m_calls = DBusConnection::open(address, DBusConnection::Kind::Bus, this);
-    m_events = DBusConnection::open(address, DBusConnection::Kind::Bus, this);
-    if (!m_calls || !m_events) {
+    m_address = address;
+    m_calls = connectTo(address);
+    m_names = connectTo(address);
+    if (m_calls && m_names) {
+        watchNames();
+        if (m_pauses == 0)
+            startListening();
+    }
+    if (!m_calls || !m_names || (m_pauses == 0 && !m_reports)) {
         disconnectBus();
         retry();
         return;
     }
-    for (DBusConnection *connection : {m_calls, m_events}) {
+    Q_EMIT changed();
+}
+
+DBusConnection *AtspiBus::connectTo(const QByteArray &address)
+{
+    DBusConnection *connection = DBusConnection::open(address, DBusConnection::Kind::Bus, this);
+    if (connection) {
         connect(connection, &DBusConnection::closed, this, [this] {
             disconnectBus();
             readEnabled();
             retry();
         });
     }
-    listen();
-    Q_EMIT changed();
+    return connection;
 }
 
 void AtspiBus::disconnectBus()
@@ -203,21 +215,28 @@ void AtspiBus::disconnectBus()
     m_registryOwner.clear();
     while (!m_applications.empty())
         removeName(QByteArray(m_applications.back()->busName()));
-    for (DBusConnection **connection : {&m_calls, &m_events}) {
-        if (*connection) {
-            (*connection)->disconnect(this);
-            (*connection)->deleteLater();
-            *connection = nullptr;
-        }
-    }
+    for (DBusConnection **connection : {&m_calls, &m_names, &m_reports})
+        drop(connection);
     if (was)
         Q_EMIT changed();
 }
 
-void AtspiBus::listen()
+void AtspiBus::drop(DBusConnection **connection)
 {
+    if (!*connection)
+        return;
+    (*connection)->disconnect(this);
+    (*connection)->deleteLater();
+    *connection = nullptr;
+}
+
+void AtspiBus::startListening()
+{
+    m_reports = connectTo(m_address);
+    if (!m_reports)
+        return;
     for (const Listener &listener : listeners) {
-        m_events->addMatch(listener.rule, [this](DBusMessage &event) {
+        m_reports->addMatch(listener.rule, [this](DBusMessage &event) {
             m_failures = 0;
             const ObjectRef source{event.sender(), event.path()};
             const QByteArray member = event.member();
@@ -232,27 +251,33 @@ void AtspiBus::listen()
             }
         });
     }
-    m_events->addMatch("type='signal',sender='org.freedesktop.DBus',"
-                       "interface='org.freedesktop.DBus',member='NameOwnerChanged'",
-                       [this](DBusMessage &event) {
-                           const QByteArray name = event.readBytes().value_or(QByteArray());
-                           event.readBytes();
-                           const QByteArray owner = event.readBytes().value_or(QByteArray());
-                           if (name == atspi::registryName) {
-                               // A new registry knows nothing of us; none at all is started by
-                               // asking it.
-                               if (owner != m_registryOwner)
-                                   QTimer::singleShot(owner.isEmpty() ? 300 : 0, this,
-                                                      &AtspiBus::registerListeners);
-                               m_registryOwner = owner;
-                           } else if (name.startsWith(':')) {
-                               if (owner.isEmpty())
-                                   removeName(name);
-                               else
-                                   addName(name);
-                           }
-                       });
     registerListeners();
+    for (const auto &application : m_applications)
+        application->setListener(m_reports);
+}
+
+void AtspiBus::watchNames()
+{
+    m_names->addMatch("type='signal',sender='org.freedesktop.DBus',"
+                      "interface='org.freedesktop.DBus',member='NameOwnerChanged'",
+                      [this](DBusMessage &event) {
+                          const QByteArray name = event.readBytes().value_or(QByteArray());
+                          event.readBytes();
+                          const QByteArray owner = event.readBytes().value_or(QByteArray());
+                          if (name == atspi::registryName) {
+                              // A new registry knows nothing of us; none at all is started by
+                              // asking it.
+                              if (owner != m_registryOwner)
+                                  QTimer::singleShot(owner.isEmpty() ? 300 : 0, this,
+                                                     &AtspiBus::registerListeners);
+                              m_registryOwner = owner;
+                          } else if (name.startsWith(':')) {
+                              if (owner.isEmpty())
+                                  removeName(name);
+                              else
+                                  addName(name);
+                          }
+                      });
     m_calls->call(
         dbusName, dbusPath, dbusName, "ListNames",
         [this](DBusMessage &reply) {
@@ -269,18 +294,36 @@ void AtspiBus::listen()
 
 void AtspiBus::registerListeners()
 {
-    if (!m_events)
+    if (!m_reports)
         return;
     for (const Listener &listener : listeners) {
-        sd_bus_message *message = m_events->newCall(atspi::registryName, atspi::registryPath,
-                                                    atspi::RegistryInterface, "RegisterEvent");
+        sd_bus_message *message = m_reports->newCall(atspi::registryName, atspi::registryPath,
+                                                     atspi::RegistryInterface, "RegisterEvent");
         if (!message)
             return;
         // The event, the properties to send along, and the only application to listen to.
         sd_bus_message_append(message, "sass", listener.event, 0, "");
-        m_events->send(
+        m_reports->send(
             message, [this](DBusMessage &) { Q_EMIT changed(); }, serviceLimit);
     }
+}
+
+void AtspiBus::pauseEvents()
+{
+    if (m_pauses++ == 0)
+        drop(&m_reports);
+}
+
+void AtspiBus::resumeEvents()
+{
+    if (--m_pauses > 0 || !m_calls)
+        return;
+    startListening();
+    if (!m_reports) {
+        disconnectBus();
+        retry();
+    }
+    Q_EMIT eventsResumed();
 }
 
 void AtspiBus::addName(const QByteArray &name)
@@ -295,8 +338,10 @@ void AtspiBus::addName(const QByteArray &name)
                 return;
             // Our own windows are never asked over the bus: the answer would have to come from us.
             const qint32 pid = qint32(reply.readUInt32().value_or(0));
-            if (pid != getpid() && !reply.isError())
+            if (pid != getpid() && !reply.isError()) {
                 m_applications.push_back(std::make_unique<AtspiApplication>(name, pid, m_calls));
+                m_applications.back()->setListener(m_reports);
+            }
         },
         serviceLimit, "s", name.constData());
 }
@@ -323,8 +368,10 @@ void AtspiBus::waitUntilSettled(QDeadlineTimer deadline)
                        (!m_listening || m_calls || m_service == Service::Missing);
             },
             deadline);
-    if (m_events && !m_events->isReady())
-        m_events->waitFor([this] { return m_events->isReady(); }, deadline);
+    for (DBusConnection *connection : {m_names, m_reports}) {
+        if (connection && !connection->isReady())
+            connection->waitFor([connection] { return connection->isReady(); }, deadline);
+    }
     if (m_calls && (!m_namesListed || !m_unknownProcesses.isEmpty()))
         m_calls->waitFor([this] { return m_namesListed && m_unknownProcesses.isEmpty(); },
                          deadline);
@@ -332,8 +379,10 @@ void AtspiBus::waitUntilSettled(QDeadlineTimer deadline)
 
 void AtspiBus::catchUp()
 {
-    if (m_events)
-        m_events->catchUp();
+    for (DBusConnection *connection : {m_names, m_reports}) {
+        if (connection)
+            connection->catchUp();
+    }
 }
 
 AtspiApplication *AtspiBus::application(const QByteArray &busName)

@@ -51,6 +51,12 @@ public:
     /// Takes in what applications have reported, without waiting.
     void catchUp();
 
+    /// Until resumeEvents() as many times: nobody listens. While somebody does, programs with
+    /// at-spi2-atk or Qt ask the registry about every key before they handle it, which takes them
+    /// longer than the key does; at-spi2-atk stops only when the listener has left the bus.
+    void pauseEvents();
+    void resumeEvents();
+
     /// The application of this bus name; absent when it has left.
     AtspiApplication *application(const QByteArray &busName);
     /// Those of the process, in the order in which they came.
@@ -64,13 +70,18 @@ Q_SIGNALS:
     /// A document was loaded, or parts of one came or went.
     void contentChanged(const QByteArray &busName);
     void applicationLeft(const QByteArray &busName);
+    /// Applications may have had something to report while the events were paused.
+    void eventsResumed();
 
 private:
     void connectSession();
     void askForBus();
     void connectBus(const QByteArray &address);
     void disconnectBus();
-    void listen();
+    void watchNames();
+    DBusConnection *connectTo(const QByteArray &address);
+    void drop(DBusConnection **connection);
+    void startListening();
     void registerListeners();
     void addName(const QByteArray &name);
     void removeName(const QByteArray &name);
@@ -80,14 +91,18 @@ private:
 
     QByteArray m_sessionAddress;
     DBusConnection *m_session = nullptr;
-    /// Events have a connection of their own: waiting for an answer never handles an event.
-    DBusConnection *m_events = nullptr;
+    QByteArray m_address;
     DBusConnection *m_calls = nullptr;
+    /// Who comes and goes on the bus, and what applications report. Each has a connection of its
+    /// own: waiting for an answer never handles an event.
+    DBusConnection *m_names = nullptr;
+    DBusConnection *m_reports = nullptr;
     QTimer m_retry;
     int m_failures = 0;
     Service m_service = Service::Unknown;
     bool m_enabled = false;
     bool m_listening = false;
+    int m_pauses = 0;
     bool m_asking = false;
     bool m_namesListed = false;
     QByteArray m_registryOwner;

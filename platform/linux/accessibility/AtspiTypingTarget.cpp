@@ -15,6 +15,23 @@ std::unique_ptr<TypingTarget> AtspiTypingTarget::ofFocusedElement(AtspiBus &bus,
     return std::unique_ptr<TypingTarget>(new AtspiTypingTarget(bus, focus, std::move(input)));
 }
 
+AtspiTypingTarget::AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input)
+    : m_bus(bus)
+    , m_focus(focus)
+    , m_input(std::move(input))
+{
+    if (!m_focus.saysFocus(m_input.element))
+        return;
+    m_ownWord = std::make_shared<OwnWord>();
+    m_bus.pauseEvents();
+}
+
+AtspiTypingTarget::~AtspiTypingTarget()
+{
+    if (m_ownWord)
+        m_bus.resumeEvents();
+}
+
 AtspiApplication *AtspiTypingTarget::answeringApplication()
 {
     AtspiApplication *application = m_bus.application(m_input.element.busName);
@@ -23,7 +40,28 @@ AtspiApplication *AtspiTypingTarget::answeringApplication()
 
 bool AtspiTypingTarget::hasFocus()
 {
-    return m_focus.hasFocus(m_input.element);
+    if (!m_focus.hasFocus(m_input.element))
+        return false;
+    if (!m_ownWord)
+        return true;
+    askWhetherFocused();
+    return !m_ownWord->lost;
+}
+
+// Does not wait: the answer counts at the next look.
+void AtspiTypingTarget::askWhetherFocused()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || m_ownWord->asking)
+        return;
+    m_ownWord->asking =
+        application->call(m_input.element.path, atspi::AccessibleInterface, "GetState",
+                          [word = m_ownWord](DBusMessage &reply) {
+                              ElementFacts facts;
+                              facts.setStates(reply.readUInt32s().value_or(QList<quint32>()));
+                              word->asking = false;
+                              word->lost = !facts.has(atspi::State::Focused);
+                          });
 }
 
 std::optional<qint64> AtspiTypingTarget::characterCount()

@@ -10,12 +10,14 @@ namespace platform::linux_
 {
 
 /// The input of another application that has the focus when this is made, for as long as text is
-/// typed into it. `bus` and `focus` must outlive it. Main thread only.
+/// typed into it. Where the input says itself whether it has the focus it is asked, and no
+/// application has to report events meanwhile. `bus` and `focus` must outlive it. Main thread only.
 class AtspiTypingTarget : public TypingTarget
 {
 public:
     /// Nothing when no element of another application is known to have the focus.
     static std::unique_ptr<TypingTarget> ofFocusedElement(AtspiBus &bus, FocusTracker &focus);
+    ~AtspiTypingTarget() override;
 
     bool hasFocus() override;
     std::optional<qint64> characterCount() override;
@@ -25,18 +27,22 @@ public:
     bool mayReorderKeys() override;
 
 private:
-    AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input)
-        : m_bus(bus)
-        , m_focus(focus)
-        , m_input(std::move(input))
-    {
-    }
+    /// What the element itself says about its focus.
+    struct OwnWord {
+        bool asking = false;
+        bool lost = false;
+    };
+
+    AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input);
 
     AtspiApplication *answeringApplication();
+    void askWhetherFocused();
 
     AtspiBus &m_bus;
     FocusTracker &m_focus;
     FocusTracker::Focus m_input;
+    /// While it is there the events are paused. Shared, because an answer may come later.
+    std::shared_ptr<OwnWord> m_ownWord;
 };
 
 } // namespace platform::linux_

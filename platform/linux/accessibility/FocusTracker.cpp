@@ -61,6 +61,7 @@ FocusTracker::FocusTracker(AtspiBus &bus, ActiveWindow &activeWindow, QObject *p
 {
     connect(&m_bus, &AtspiBus::focusChanged, this, &FocusTracker::onFocusChanged);
     connect(&m_bus, &AtspiBus::windowActivated, this, &FocusTracker::onWindowActivated);
+    connect(&m_bus, &AtspiBus::eventsResumed, this, &FocusTracker::forgetChecks);
     connect(&m_bus, &AtspiBus::applicationLeft, this,
             [this](const QByteArray &busName) { m_focus.remove(busName); });
 }
@@ -231,23 +232,23 @@ void FocusTracker::search(AtspiApplication &application, ApplicationFocus &focus
     focus.searched = true;
     focus.sinceSearch.start();
     const auto done = std::make_shared<bool>(false);
-    findFocused(application, [self = QPointer(this), busName,
-                              done](const std::optional<ObjectRef> &found) {
-        *done = true;
-        // The search ends with its connection, which may outlive this object.
-        if (!self || !self->m_focus.contains(busName))
-            return;
-        const auto it = self->m_focus.find(busName);
-        it->searching = false;
-        if (found) {
-            it->reported = *found;
-            it->unconfirmed = false;
-            it->fruitlessSearches = 0;
-        } else {
-            ++it->fruitlessSearches;
-            it->unconfirmed = !it->reported.isNull();
-        }
-    });
+    findFocused(application,
+                [self = QPointer(this), busName, done](const std::optional<ObjectRef> &found) {
+                    *done = true;
+                    // The search ends with its connection, which may outlive this object.
+                    if (!self || !self->m_focus.contains(busName))
+                        return;
+                    const auto it = self->m_focus.find(busName);
+                    it->searching = false;
+                    if (found) {
+                        it->reported = *found;
+                        it->unconfirmed = false;
+                        it->fruitlessSearches = 0;
+                    } else {
+                        ++it->fruitlessSearches;
+                        it->unconfirmed = !it->reported.isNull();
+                    }
+                });
     if (!application.waitFor([done] { return *done; }, deadline)) {
         application.missedDeadline();
         return;
@@ -314,6 +315,12 @@ bool FocusTracker::hasFocus(const ObjectRef &element)
         return m_lastReporter == element.busName;
     const auto window = m_activeWindow.activeWindow();
     return window && window->id == m_window && window->pids.contains(application->pid());
+}
+
+bool FocusTracker::saysFocus(const ObjectRef &element) const
+{
+    const auto it = m_focus.constFind(element.busName);
+    return it != m_focus.cend() && it->verified && it->reported == element && !it->unconfirmed;
 }
 
 std::optional<quint32> FocusTracker::windowOf(const QByteArray &busName)

@@ -51,6 +51,9 @@ public:
     /// Whether the element still has the focus, as far as is known without asking anyone.
     bool hasFocus(const ObjectRef &element);
 
+    /// Whether the element is known to say itself that it has the focus, so that asking it tells.
+    bool saysFocus(const ObjectRef &element) const;
+
     /// The active window, when it belongs to the application's process.
     std::optional<quint32> windowOf(const QByteArray &busName);
 
