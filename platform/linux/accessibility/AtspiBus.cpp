@@ -181,16 +181,14 @@ void AtspiBus::connectBus(const QByteArray &address)
     m_address = address;
     m_calls = connectTo(address);
     m_names = connectTo(address);
-    if (m_calls && m_names) {
-        watchNames();
-        if (m_pauses == 0)
-            startListening();
-    }
+    if (m_pauses == 0)
+        startListening();
     if (!m_calls || !m_names || (m_pauses == 0 && !m_reports)) {
         disconnectBus();
         retry();
         return;
     }
+    watchNames();
     Q_EMIT changed();
 }
 
