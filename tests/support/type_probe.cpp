@@ -58,8 +58,10 @@ public:
     void waitForInput()
     {
         constexpr int patience = 20'000; // ms
+        constexpr int atLeast = 700;     // ms; who has only begun to listen does not pause
         QElapsedTimer waiting;
-        for (waiting.start(); waiting.elapsed() < patience && !hasInput();)
+        waiting.start();
+        while (waiting.elapsed() < atLeast || (waiting.elapsed() < patience && !hasInput()))
             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents,
                                             5);
     }

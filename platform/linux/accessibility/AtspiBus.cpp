@@ -20,6 +20,11 @@ constexpr char dbusPath[] = "/org/freedesktop/DBus";
 /// Who starts the service may take long on a busy machine.
 constexpr quint64 serviceLimit = 30'000'000; // microseconds
 
+/// An application that learns of a listener who has left by then takes it for one for ever: nobody
+/// leaves so soon after coming, and who has left comes back so late.
+constexpr int shortestListening = 500; // milliseconds
+constexpr int resumeAfter = 300;       // milliseconds
+
 /// Registered with the registry, and the signals that applications send for them. Chromium, GTK and
 /// Qt send only what somebody has registered for.
 struct Listener {
@@ -54,6 +59,8 @@ AtspiBus::AtspiBus(const QByteArray &sessionAddress, QObject *parent)
     if (m_sessionAddress.isEmpty())
         m_sessionAddress = sessionAddressFromEnvironment();
     m_retry.setSingleShot(true);
+    m_resume.setSingleShot(true);
+    connect(&m_resume, &QTimer::timeout, this, &AtspiBus::listenAgain);
     connect(&m_retry, &QTimer::timeout, this, [this] {
         if (!m_session)
             connectSession();
@@ -146,7 +153,7 @@ void AtspiBus::setListening(bool listening)
 bool AtspiBus::isConnected() const
 {
     return m_calls && m_calls->isReady() && m_names->isReady() &&
-           (m_pauses > 0 || m_reports->isReady());
+           (!m_reports || m_reports->isReady());
 }
 
 void AtspiBus::askForBus()
@@ -233,6 +240,7 @@ void AtspiBus::startListening()
     m_reports = connectTo(m_address);
     if (!m_reports)
         return;
+    m_sinceListening.start();
     for (const Listener &listener : listeners) {
         m_reports->addMatch(listener.rule, [this](DBusMessage &event) {
             m_failures = 0;
@@ -308,18 +316,25 @@ void AtspiBus::registerListeners()
 
 void AtspiBus::pauseEvents()
 {
-    if (m_pauses++ == 0)
+    m_resume.stop();
+    if (m_pauses++ == 0 && m_reports && m_sinceListening.elapsed() >= shortestListening)
         drop(&m_reports);
 }
 
 void AtspiBus::resumeEvents()
 {
-    if (--m_pauses > 0 || !m_calls)
-        return;
-    startListening();
-    if (!m_reports) {
-        disconnectBus();
-        retry();
+    if (--m_pauses == 0)
+        m_resume.start(resumeAfter);
+}
+
+void AtspiBus::listenAgain()
+{
+    if (m_calls && !m_reports) {
+        startListening();
+        if (!m_reports) {
+            disconnectBus();
+            retry();
+        }
     }
     Q_EMIT eventsResumed();
 }

@@ -3,6 +3,7 @@
 #include "platform/linux/accessibility/AtspiApplication.h"
 #include "platform/linux/accessibility/DBusConnection.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
 #include <QSet>
@@ -82,6 +83,7 @@ private:
     DBusConnection *connectTo(const QByteArray &address);
     void drop(DBusConnection **connection);
     void startListening();
+    void listenAgain();
     void registerListeners();
     void addName(const QByteArray &name);
     void removeName(const QByteArray &name);
@@ -103,6 +105,8 @@ private:
     bool m_enabled = false;
     bool m_listening = false;
     int m_pauses = 0;
+    QElapsedTimer m_sinceListening;
+    QTimer m_resume;
     bool m_asking = false;
     bool m_namesListed = false;
     QByteArray m_registryOwner;
