@@ -47,6 +47,7 @@ def settle(target, text):
             last, since = now, time.monotonic()
         if now == text or time.monotonic() - since > 3:
             return now, since
+        time.sleep(0.1)  # reading takes the program's processor time
 
 
 def with_descendants(pid):

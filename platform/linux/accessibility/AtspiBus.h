@@ -52,7 +52,8 @@ public:
     /// Takes in what applications have reported, without waiting.
     void catchUp();
 
-    /// Until resumeEvents() as many times: nobody listens. While somebody does, programs with
+    /// Until resumeEvents() as many times, and a moment longer: nobody listens, unless listening
+    /// has only just begun. While somebody does, programs with
     /// at-spi2-atk or Qt ask the registry about every key before they handle it, which takes them
     /// longer than the key does; at-spi2-atk stops only when the listener has left the bus.
     void pauseEvents();

@@ -12,7 +12,8 @@ namespace platform::linux_
 {
 
 /// Types text into the focused window of an X11 desktop: XTEST presses the keys, XKB lends the
-/// characters that the user's layout does not have to keys that it leaves empty.
+/// characters that the user's layout does not have to keys that it leaves empty, and where those
+/// are too few to its letters, digits and signs.
 ///
 /// Works from the event loop in pieces of a few milliseconds. Keys go out in small bursts, each
 /// under a server grab in which the focus and the user's modifiers have been checked, and no more
