@@ -29,8 +29,22 @@ struct KeyEntry {
     std::vector<KeySym> keysyms;
 };
 
+struct TypeEntry {
+    unsigned long active = 1;
+    unsigned long level = 0;
+    unsigned long realModifiers = 0;
+    unsigned long virtualModifiers = 0;
+    unsigned long preservedReal = 0;
+    unsigned long preservedVirtual = 0;
+};
+
+constexpr std::size_t entryFields = 6;
+constexpr std::size_t keyFields = 4 + XkbNumKbdGroups;
+
+} // namespace
+
 // A client-side copy of the map, for changes that go to the server as they are.
-class MapCopy
+class BorrowedKeys::MapCopy
 {
 public:
     explicit MapCopy(const XConnection &connection)
@@ -106,20 +120,6 @@ private:
     XkbDescPtr m_xkb;
     XkbMapChangesRec m_changes{};
 };
-
-struct TypeEntry {
-    unsigned long active = 1;
-    unsigned long level = 0;
-    unsigned long realModifiers = 0;
-    unsigned long virtualModifiers = 0;
-    unsigned long preservedReal = 0;
-    unsigned long preservedVirtual = 0;
-};
-
-constexpr std::size_t entryFields = 6;
-constexpr std::size_t keyFields = 4 + XkbNumKbdGroups;
-
-} // namespace
 
 // What has been borrowed, as it was before. On the root window it is a list of 32-bit numbers.
 struct BorrowedKeys::Record {
@@ -294,14 +294,19 @@ bool BorrowedKeys::lends(std::uint8_t keycode) const
     return std::find(m_keycodes.begin(), m_keycodes.end(), keycode) != m_keycodes.end();
 }
 
+std::size_t BorrowedKeys::levels() const
+{
+    return std::size_t{1} << m_levelModifiers.size();
+}
+
 std::size_t BorrowedKeys::bankCapacity() const
 {
-    return (m_keycodes.size() / bankCount) << m_levelModifiers.size();
+    return m_keycodes.size() / bankCount * levels();
 }
 
 std::size_t BorrowedKeys::wholeCapacity() const
 {
-    return m_keycodes.size() << m_levelModifiers.size();
+    return m_keycodes.size() * levels();
 }
 
 std::vector<std::uint8_t> BorrowedKeys::bankKeycodes(std::optional<int> bank) const
@@ -323,53 +328,61 @@ std::uint8_t BorrowedKeys::modifiersFor(std::size_t level) const
     return modifiers;
 }
 
-void BorrowedKeys::map(std::optional<int> bank, const std::vector<char32_t> &characters)
+void BorrowedKeys::map(const std::vector<Load> &loads)
 {
-    if (characters.empty())
+    if (loads.empty())
         return;
     m_connection.grabServer();
     const bool first = !m_taken;
     m_taken = true;
-    const std::vector<std::uint8_t> keycodes = bankKeycodes(bank);
-    const std::size_t levels = std::size_t{1} << m_levelModifiers.size();
-    auto &slots = m_slots[bank.value_or(0)];
-    slots.clear();
     MapCopy copy(m_connection);
     if (copy) {
         if (first && m_type && copy.hasType(*m_type)) {
-            Record lent;
-            const std::size_t combinations = levels * 2;
-            for (std::size_t i = 0; i < combinations; ++i) {
-                TypeEntry entry;
-                entry.level = i >> 1;
-                entry.realModifiers = (i & 1) ? LockMask : 0;
-                entry.realModifiers |= modifiersFor(entry.level);
-                lent.realModifiers |= entry.realModifiers;
-                if (entry.realModifiers)
-                    lent.entries.push_back(entry);
-            }
-            lent.writeType(*copy.type(*m_type));
+            lentType().writeType(*copy.type(*m_type));
             copy.touchType(*m_type);
         }
-        // Level by level: the first characters need no modifiers, and neighbours the same ones.
-        const std::size_t used = std::min(keycodes.size(), characters.size());
-        for (std::size_t i = 0; i < used; ++i) {
-            std::vector<KeySym> keysyms(levels, NoSymbol);
-            std::uint8_t level = 0;
-            for (std::size_t at = i; at < characters.size(); at += keycodes.size(), ++level) {
-                keysyms[level] = keysymForCodePoint(characters[at]);
-                slots.emplace(characters[at], Keystroke{keycodes[i], modifiersFor(level)});
-            }
-            const auto type = static_cast<std::uint8_t>(m_type.value_or(0));
-            copy.setKey({keycodes[i],
-                         XkbSetNumGroups(0, 1),
-                         static_cast<std::uint8_t>(levels),
-                         {type},
-                         std::move(keysyms)});
-        }
+        for (const Load &load : loads)
+            fill(copy, load);
         copy.send();
     }
     m_connection.ungrabServer();
+}
+
+BorrowedKeys::Record BorrowedKeys::lentType() const
+{
+    Record lent;
+    for (std::size_t i = 0; i < levels() * 2; ++i) {
+        TypeEntry entry;
+        entry.level = i >> 1;
+        entry.realModifiers = (i & 1) ? LockMask : 0;
+        entry.realModifiers |= modifiersFor(entry.level);
+        lent.realModifiers |= entry.realModifiers;
+        if (entry.realModifiers)
+            lent.entries.push_back(entry);
+    }
+    return lent;
+}
+
+// Level by level: the first characters need no modifiers, and neighbours the same ones.
+void BorrowedKeys::fill(MapCopy &copy, const Load &load)
+{
+    const std::vector<std::uint8_t> keycodes = bankKeycodes(load.bank);
+    auto &slots = m_slots[load.bank.value_or(0)];
+    slots.clear();
+    const std::size_t used = std::min(keycodes.size(), load.characters.size());
+    for (std::size_t i = 0; i < used; ++i) {
+        std::vector<KeySym> keysyms(levels(), NoSymbol);
+        std::uint8_t level = 0;
+        for (std::size_t at = i; at < load.characters.size(); at += keycodes.size(), ++level) {
+            keysyms[level] = keysymForCodePoint(load.characters[at]);
+            slots.emplace(load.characters[at], Keystroke{keycodes[i], modifiersFor(level)});
+        }
+        copy.setKey({keycodes[i],
+                     XkbSetNumGroups(0, 1),
+                     static_cast<std::uint8_t>(levels()),
+                     {static_cast<std::uint8_t>(m_type.value_or(0))},
+                     std::move(keysyms)});
+    }
 }
 
 std::optional<Keystroke> BorrowedKeys::keyFor(std::optional<int> bank, char32_t codePoint) const

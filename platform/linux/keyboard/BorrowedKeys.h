@@ -57,18 +57,27 @@ public:
     /// Whether Caps Lock cannot alter what the keys type.
     bool ignoresCapsLock() const { return m_type.has_value(); }
 
-    /// Maps `characters`, no more than there is room for, to the keys of one bank, or of all banks,
-    /// in place of what they held. The first ones are the quickest to type.
-    void map(std::optional<int> bank, const std::vector<char32_t> &characters);
+    /// Characters, no more than there is room for, and the bank whose keys are to type them, or all
+    /// keys without one. The first characters are the quickest to type.
+    struct Load {
+        std::optional<int> bank;
+        const std::vector<char32_t> &characters;
+    };
+    /// Maps each load, in place of what its keys held, in one change of the map.
+    void map(const std::vector<Load> &loads);
     std::optional<Keystroke> keyFor(std::optional<int> bank, char32_t codePoint) const;
 
     /// Leaves the keyboard as it was before begin().
     void giveBack();
 
 private:
+    class MapCopy;
     struct Record;
+    std::size_t levels() const;
     std::vector<std::uint8_t> bankKeycodes(std::optional<int> bank) const;
     std::uint8_t modifiersFor(std::size_t level) const;
+    Record lentType() const;
+    void fill(MapCopy &copy, const Load &load);
     void writeRecord();
     std::optional<Record> readRecord() const;
     void restoreMap(const Record &record);

@@ -98,7 +98,6 @@ private:
     void type();
     void confirm();
     void mapSegments();
-    void mapSegment(std::size_t index);
     bool isSettled(Bank &bank);
     bool mayGoOn();
     std::size_t sendable();
@@ -455,35 +454,38 @@ void XTestKeyboard::Engine::confirm()
 void XTestKeyboard::Engine::mapSegments()
 {
     m_mapWaits = false;
+    std::vector<BorrowedKeys::Load> loads;
+    std::vector<Bank *> changed;
     const std::size_t last = std::min(m_segments.size(), m_segment + m_banks.size());
     for (std::size_t i = m_segment; i < last; ++i) {
         Bank &bank = m_banks[i % m_banks.size()];
         if (bank.segment == i)
             continue;
-        if (bank.segment && std::min(m_taken, m_shown) < m_segments[*bank.segment].end)
+        if (bank.segment && std::min(m_taken, m_shown) < m_segments[*bank.segment].end) {
             m_mapWaits = true;
-        else
-            mapSegment(i);
-    }
-}
-
-void XTestKeyboard::Engine::mapSegment(std::size_t index)
-{
-    Bank &bank = m_banks[index % m_banks.size()];
-    bank.segment = index;
-    if (m_segments[index].characters.empty()) {
+            continue;
+        }
+        bank.segment = i;
         bank.ping = 0;
         bank.mappedAt = 0;
-        return;
+        if (m_segments[i].characters.empty())
+            continue;
+        loads.push_back({bankOf(i), m_segments[i].characters});
+        changed.push_back(&bank);
     }
-    m_borrowed->map(bankOf(index), m_segments[index].characters);
+    if (loads.empty())
+        return;
+    m_borrowed->map(loads);
     // The round trip brings the notices of our own change.
     m_connection->look();
     m_watch->poll();
     m_watch->clearMapChange();
-    bank.mappedAt = m_clock.elapsed();
-    bank.ping = m_pingWindow ? sendPing() : 0;
-    bank.secondPing = false;
+    const std::uint32_t ping = m_pingWindow ? sendPing() : 0;
+    for (Bank *bank : changed) {
+        bank->mappedAt = m_clock.elapsed();
+        bank->ping = ping;
+        bank->secondPing = false;
+    }
 }
 
 // A client has taken a new map once it has answered a ping that came after the notice. Some fetch
