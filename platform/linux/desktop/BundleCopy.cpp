@@ -34,14 +34,16 @@ std::error_code lastError()
     return {errno, std::generic_category()};
 }
 
-/// Everything of `in` to the end of `out`.
+/// Everything of `in` to the end of `out`. File systems of a network or a program may be
+/// interrupted by a signal.
 bool copyBytes(int in, int out)
 {
     std::array<char, 1 << 16> buffer;
     ssize_t count = 0;
-    while ((count = ::read(in, buffer.data(), buffer.size())) > 0) {
+    while ((count = TEMP_FAILURE_RETRY(::read(in, buffer.data(), buffer.size()))) > 0) {
         for (ssize_t done = 0; done < count;) {
-            const ssize_t written = ::write(out, buffer.data() + done, size_t(count - done));
+            const ssize_t written =
+                TEMP_FAILURE_RETRY(::write(out, buffer.data() + done, size_t(count - done)));
             if (written < 0)
                 return false;
             done += written;
