@@ -1,14 +1,18 @@
 #include "quillet/popup/BackendService.h"
 
 #include <QCoreApplication>
+#include <QFuture>
 #include <QHostAddress>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QPointer>
+#include <QPromise>
 #include <QStringDecoder>
+#include <QThreadPool>
 #include <QUrl>
 
 #include <chrono>
+#include <memory>
 
 using namespace std::chrono_literals;
 
@@ -28,6 +32,20 @@ QByteArray encodedQuery(const QMap<QString, QString> &parameters)
         items.append(QUrl::toPercentEncoding(it.key(), KeptInQueryItem) + '=' +
                      QUrl::toPercentEncoding(it.value(), KeptInQueryItem));
     return items.join('&');
+}
+
+/// `endpoint` with the parameters as its query, made on another thread: a text of many megabytes
+/// takes longer than a window may stand still.
+QFuture<QUrl> requestUrl(const QUrl &endpoint, const QMap<QString, QString> &parameters)
+{
+    auto promise = std::make_shared<QPromise<QUrl>>();
+    QThreadPool::globalInstance()->start([promise, url = endpoint, parameters]() mutable {
+        promise->start();
+        url.setQuery(QString::fromLatin1(encodedQuery(parameters)), QUrl::StrictMode);
+        promise->addResult(url);
+        promise->finish();
+    });
+    return promise->future();
 }
 
 bool isLoopback(const QString &host)
@@ -102,14 +120,19 @@ BackendService &BackendService::shared()
 void BackendService::get(const QString &from, const QMap<QString, QString> &parameters,
                          Completion completion)
 {
-    QUrl url(from, QUrl::StrictMode);
-    if (url.isValid())
-        url.setQuery(QString::fromLatin1(encodedQuery(parameters)), QUrl::StrictMode);
-    if (!url.isValid()) {
+    const QUrl endpoint(from, QUrl::StrictMode);
+    if (!endpoint.isValid()) {
         completion(BackendFailure(BackendError::invalidURL));
         return;
     }
+    requestUrl(endpoint, parameters)
+        .then(this, [this, completion = std::move(completion)](const QUrl &url) mutable {
+            request(url, std::move(completion));
+        });
+}
 
+void BackendService::request(const QUrl &url, Completion completion)
+{
     QNetworkRequest request(url);
     request.setTransferTimeout(std::chrono::milliseconds(TimeWithoutData).count());
     QNetworkReply *reply = m_session.get(request);

@@ -46,5 +46,7 @@ public:
     static constexpr qint64 MaximumAnswerSize = 32 * 1024 * 1024;
 
 private:
+    void request(const QUrl &url, Completion completion);
+
     QNetworkAccessManager m_session;
 };
