@@ -14,6 +14,7 @@ class Row:
     peer: list = field(default_factory=list)
     peer_name: str = ""
     note: str = ""
+    details: list = field(default_factory=list)  # what else is known of the samples
 
     def median(self):
         return statistics.median(self.samples)

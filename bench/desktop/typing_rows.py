@@ -53,8 +53,8 @@ def speed(setting):
         goal = GOALS.get(kind, OTHER_GOAL)
         most = statistics.median(rates(ours, "shortest"))
         row = Row(f"typing, {program}, {kind}", f">= {goal}/s, exact", "/s", rates(ours),
-                  peer=rates(peer), peer_name="xdotool", note=f"exact {exact(ours)}, the program's "
-                  f"own processor time allows {most:.0f}/s")
+                  peer=rates(peer), peer_name="xdotool", details=chosen,
+                  note=f"exact {exact(ours)}, the program's own processor time allows {most:.0f}/s")
         if peer:
             row.note += f", xdotool {exact(peer)}"
         row.reached = all(s["exact"] for s in ours) and row.median() >= goal
@@ -73,5 +73,6 @@ def exactness(setting):
         ours = [s for s in samples if s["program"] == program]
         share = 100 * statistics.fmean(s["exact"] for s in ours)
         rows.append(Row(f"exactness, {program}", "100 %", "%", [share], share == 100,
+                        details=ours,
                         note=f"{exact(ours)} texts, {statistics.median(rates(ours)):.0f}/s"))
     return rows

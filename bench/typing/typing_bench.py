@@ -152,7 +152,8 @@ def print_table(samples):
             print("    milliseconds a character:", where_time_goes(of["ours"][-1]))
     for s in samples:
         if s["tool"] == "ours" and not s["exact"]:
-            print(f"not exact: {s['program']} {s['kind']} {s['layout']}: {s['difference']}")
+            print(f"not exact: {s['program']} {s['kind']} {s['layout']}, {s['result']} after "
+                  f"{s['seconds']:.1f} s: {s['difference']}")
 
 
 def text_of(kind, length, seed, tab):
