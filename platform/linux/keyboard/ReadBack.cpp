@@ -8,8 +8,10 @@ namespace platform::linux_
 namespace
 {
 
-// A count that has not moved at all for so long since the first key is given up.
+// A count that has not moved at all for so long is given up. A browser on a busy machine may handle
+// all keys that are on their way before it tells of the first.
 constexpr qint64 givenUpAfter = 3000;
+constexpr qint64 longestForKey = 20;
 
 } // namespace
 
@@ -44,7 +46,8 @@ void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now
         m_lastChange = now;
         m_moved = true;
     }
-    if (!m_moved && now - *m_lastChange >= givenUpAfter) {
+    const qint64 patience = givenUpAfter + longestForKey * static_cast<qint64>(sent);
+    if (!m_moved && now - *m_lastChange >= patience) {
         m_useful = false;
         return;
     }
