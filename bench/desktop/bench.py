@@ -67,6 +67,7 @@ def main():
                       options.quick)
     before = machine()
     rows, failures = [], {}
+    results = build / "results.json"
     for name in options.only or GROUPS:
         print(f"measuring {name} ...", file=sys.stderr, flush=True)
         try:
@@ -74,12 +75,11 @@ def main():
         except (OSError, RuntimeError, TimeoutError, ValueError, AssertionError,
                 subprocess.SubprocessError) as problem:
             failures[name] = str(problem)
-    after = machine()
-
-    results = build / "results.json"
-    results.write_text(json.dumps({
-        "before": before, "after": after, "quick": options.quick, "failures": failures,
-        "rows": [dataclasses.asdict(row) for row in rows]}, indent=1, ensure_ascii=False) + "\n")
+        after = machine()
+        # Each time, so that an hour's samples outlive whatever ends the next group.
+        found = {"before": before, "after": after, "quick": options.quick, "failures": failures,
+                 "rows": [dataclasses.asdict(row) for row in rows]}
+        results.write_text(json.dumps(found, indent=1, ensure_ascii=False) + "\n")
     print(f"{before['date']}, commit {before['commit']}, {before['cores']} cores, load "
           f"{before['load'][0]:.1f} before and {after['load'][0]:.1f} after")
     print_table(rows)

@@ -8,7 +8,8 @@ arrived: speed and exactness, program by program and kind by kind.
 Prints a table and, with --json, writes every single sample. A sample's time is from the request to
 type to the moment at which the program's own text is complete, as its accessibility tree shows it.
 "At most" is what the program would take with the whole machine for itself: as many characters a
-second as its own processor time for them, measured in the same sample, leaves room for.
+second as its own processor time for them, measured in the same sample, leaves room for; "machine"
+is the same with the processor time of everything that ran: the X server, the window manager, we.
 The kind "long" is 30,000 Latin characters in one go, "line" 3,000 without any line break.
 --load keeps one core busy meanwhile. --exactness N types N texts of 500 to 5,000 characters, of
 every kind in turn, into each program and reports how many arrived exactly.
@@ -122,6 +123,8 @@ def sample(target, tool, program, kind, layout, text):
     found = {"tool": tool, "program": program, "kind": kind, "layout": layout,
              "characters": len(text), "seconds": seconds, "shortest": shortest_time(spent),
              "threads": spent[:BUSIEST], "exact": got == text, "result": report["result"]}
+    if "coreSeconds" in report:
+        found["machine"] = report["coreSeconds"] / os.cpu_count()
     if got != text:
         found["difference"] = first_difference(got, text)
     return found
@@ -137,8 +140,8 @@ def where_time_goes(sample):
 
 
 def print_table(samples):
-    print(f"{'program':18} {'kind':10} {'ours/s':>8} {'exact':>7} {'at most/s':>10} {'xdotool/s':>10} "
-          f"{'exact':>7} {'ratio':>6} {'flood/s':>8}")
+    print(f"{'program':18} {'kind':10} {'ours/s':>8} {'exact':>7} {'at most/s':>10} "
+          f"{'machine/s':>10} {'xdotool/s':>10} {'exact':>7} {'ratio':>6} {'flood/s':>8}")
     for program, kind in dict.fromkeys((s["program"], s["kind"]) for s in samples):
         of = {tool: [s for s in samples if s["tool"] == tool and s["program"] == program and
                      s["kind"] == kind] for tool in ("ours", "xdotool", "flood")}
@@ -146,7 +149,8 @@ def print_table(samples):
         peer = rate(of["xdotool"])
         ratio = f"{rate(of['ours']) / peer:.1f}" if peer else "-"
         print(f"{program:18} {kind:10} {rate(of['ours']):8.0f} {exact['ours']:>7} "
-              f"{rate(of['ours'], 'shortest'):10.0f} {peer:10.0f} {exact['xdotool']:>7} {ratio:>6} "
+              f"{rate(of['ours'], 'shortest'):10.0f} {rate(of['ours'], 'machine'):10.0f} "
+              f"{peer:10.0f} {exact['xdotool']:>7} {ratio:>6} "
               f"{rate(of['flood']) or '-':>8.6}")
         if of["ours"]:
             print("    milliseconds a character:", where_time_goes(of["ours"][-1]))

@@ -1,5 +1,6 @@
 // Types the text of standard input into the focused input, as the application does, and prints what
-// came of it as one line of JSON: {"result": "typed", "milliseconds": 12.3, "codePoints": 45}.
+// came of it as one line of JSON: {"result": "typed", "milliseconds": 12.3, "coreSeconds": 0.02,
+// "codePoints": 45}, where coreSeconds is what all processor cores together have worked meanwhile.
 //
 //   type_probe [--blind | --recover | --read]
 //     --blind     without reading back from the input
@@ -91,6 +92,20 @@ private:
     std::optional<AtspiAccessibility> m_accessibility;
 };
 
+/// Seconds that all cores together have worked since the machine's start: the times of the first
+/// line of /proc/stat (proc(5)) but those of idling and of waiting for disks.
+double workingTime()
+{
+    QFile stat(QStringLiteral("/proc/stat"));
+    if (!stat.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> fields = stat.readLine().simplified().split(' ');
+    double ticks = 0;
+    for (const qsizetype working : {1, 2, 3, 6, 7}) // user, nice, system, irq, softirq
+        ticks += fields.value(working).toDouble();
+    return ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
 int printFocusedText()
 {
     const auto text = test::focusedText();
@@ -134,12 +149,14 @@ int main(int argc, char *argv[])
     if (!input.open(stdin, QIODevice::ReadOnly))
         return 2;
     const QString text = QString::fromUtf8(input.readAll());
+    const double workedBefore = workingTime();
     QElapsedTimer clock;
     clock.start();
     keyboard.CGEventPost(platform::keyboardEvents(text), [&](platform::TypingResult result) {
         const QJsonObject report{
             {QStringLiteral("result"), QString::fromLatin1(nameOf(result))},
             {QStringLiteral("milliseconds"), static_cast<double>(clock.nsecsElapsed()) / 1e6},
+            {QStringLiteral("coreSeconds"), workingTime() - workedBefore},
             {QStringLiteral("codePoints"), static_cast<qint64>(text.toUcs4().size())},
         };
         std::puts(QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
