@@ -57,6 +57,11 @@ constexpr qint64 drainLimit = 5000;
 constexpr qint64 pongLimit = 4000;
 // A client that does not answer pings gets this long to fetch a new map.
 constexpr qint64 deafMapPause = 150;
+// How many it has to answer otherwise, and how long after each answer the next one goes out: as
+// long as the answer took, within these bounds.
+constexpr int settlingPings = 3;
+constexpr qint64 shortestPingPause = 8;
+constexpr qint64 longestPingPause = 100;
 
 constexpr int tick = 2;
 
@@ -86,9 +91,14 @@ private:
     /// What a bank of borrowed keys holds now.
     struct Bank {
         std::optional<std::size_t> segment;
-        std::uint32_t ping = 0;
-        bool secondPing = false;
+        /// Whether the client knows that.
+        bool settled = true;
         qint64 mappedAt = 0;
+        /// The ping that has not been answered yet, and when it went out.
+        std::optional<std::uint32_t> ping;
+        qint64 pingedAt = 0;
+        int answers = 0;
+        qint64 nextPing = 0;
     };
 
     void startNext();
@@ -98,7 +108,7 @@ private:
     void type();
     void confirm();
     void mapSegments();
-    bool isSettled(Bank &bank);
+    void settle(Bank &bank);
     bool mayGoOn();
     std::size_t sendable();
     bool sendBurst();
@@ -380,6 +390,8 @@ void XTestKeyboard::Engine::type()
         return;
     }
     mapSegments();
+    for (Bank &bank : m_banks)
+        settle(bank);
     const Indent indent = removeIndent();
     if (indent == Indent::Stopped) {
         drain(TypingResult::Interrupted);
@@ -465,9 +477,8 @@ void XTestKeyboard::Engine::mapSegments()
             m_mapWaits = true;
             continue;
         }
+        bank = {};
         bank.segment = i;
-        bank.ping = 0;
-        bank.mappedAt = 0;
         if (m_segments[i].characters.empty())
             continue;
         loads.push_back({bankOf(i), m_segments[i].characters});
@@ -480,34 +491,33 @@ void XTestKeyboard::Engine::mapSegments()
     m_connection->look();
     m_watch->poll();
     m_watch->clearMapChange();
-    const std::uint32_t ping = m_pingWindow ? sendPing() : 0;
     for (Bank *bank : changed) {
+        bank->settled = false;
         bank->mappedAt = m_clock.elapsed();
-        bank->ping = ping;
-        bank->secondPing = false;
     }
 }
 
 // A client has taken a new map once it has answered a ping that came after the notice. Some fetch
-// it once more on a second connection: a second answer shows that it has been round its event loop.
-bool XTestKeyboard::Engine::isSettled(Bank &bank)
+// it once more on a second connection, which they look at between two rounds of their event loop. A
+// round may answer several pings at once and take the keys behind them as well, so each ping waits
+// until the round that answered the one before can have ended.
+void XTestKeyboard::Engine::settle(Bank &bank)
 {
-    if (bank.mappedAt == 0)
-        return true;
+    if (bank.settled)
+        return;
+    const qint64 now = m_clock.elapsed();
     if (!m_pingWindow) {
-        if (m_clock.elapsed() - bank.mappedAt < deafMapPause)
-            return false;
-    } else {
-        if (m_watch->lastPong() < bank.ping)
-            return false;
-        if (!bank.secondPing) {
-            bank.secondPing = true;
-            bank.ping = sendPing();
-            return false;
-        }
+        bank.settled = now - bank.mappedAt >= deafMapPause;
+        return;
     }
-    bank.mappedAt = 0;
-    return true;
+    if (bank.ping && m_watch->lastPong() >= *bank.ping) {
+        bank.ping.reset();
+        bank.nextPing = now + std::clamp(now - bank.pingedAt, shortestPingPause, longestPingPause);
+        bank.settled = ++bank.answers == settlingPings;
+    } else if (!bank.ping && now >= bank.nextPing) {
+        bank.ping = sendPing();
+        bank.pingedAt = now;
+    }
 }
 
 // How many keys may be sent now.
@@ -516,7 +526,7 @@ std::size_t XTestKeyboard::Engine::sendable()
     while (m_segment + 1 < m_segments.size() && m_sent == m_segments[m_segment].end)
         ++m_segment;
     Bank &bank = m_banks[m_segment % m_banks.size()];
-    if (bank.segment != m_segment || !isSettled(bank))
+    if (bank.segment != m_segment || !bank.settled)
         return 0;
     // A burst ends at a line break after which there may be something to remove.
     const std::size_t mostKeys = m_oneByOne ? 1 : burstSize;
