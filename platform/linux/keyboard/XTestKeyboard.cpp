@@ -500,8 +500,8 @@ void XTestKeyboard::Engine::mapSegments()
 // A client has taken a new map once it has answered a ping that came after the notice. Some fetch
 // it once more on a second connection, which they look at between two rounds of their event loop. A
 // round may answer several pings at once and take the keys behind them as well, so each ping waits
-// until the round that answered the one before can have ended. Nothing proves that it has: on a busy
-// machine keys still come before the map at times.
+// until the round that answered the one before can have ended. Nothing proves that it has: on a
+// busy machine keys still come before the map at times.
 void XTestKeyboard::Engine::settle(Bank &bank)
 {
     if (bank.settled)
