@@ -49,13 +49,13 @@ int main(int argc, char *argv[])
         watch.expectPong(window, ++question);
         connection->ping(window, question);
         connection->flush();
-        while (watch.lastPong() != question && !ending) {
+        while (watch.lastPong(window) != question && !ending) {
             ending = inputEnds(betweenLooks);
             watch.poll();
         }
         longest = std::max(longest,
                            std::chrono::duration<double, std::milli>(Clock::now() - asked).count());
-        answers += watch.lastPong() == question;
+        answers += watch.lastPong(window) == question;
         ending = ending || inputEnds(betweenQuestions);
     }
     std::printf("{\"answers\": %u, \"longest\": %.1f}\n", answers, longest);

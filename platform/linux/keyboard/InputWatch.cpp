@@ -38,7 +38,7 @@ void InputWatch::start(XWindow focus)
 {
     m_expected.clear();
     m_userActed = m_focusLost = m_mapChanged = m_fencePassed = false;
-    m_lastPong = 0;
+    m_pings.clear();
     m_focus = focus;
     m_active = true;
     Display *display = m_connection.display();
@@ -116,8 +116,15 @@ void InputWatch::handleRaw(int type, int sourceDevice, int detail)
 // A window manager numbers its pings by the server's time.
 void InputWatch::handlePong(XWindow window, std::uint32_t number)
 {
-    if (window == m_pingedWindow && number > m_lastPong && number <= m_lastPing)
-        m_lastPong = number;
+    const auto found = m_pings.find(window);
+    if (found != m_pings.end() && number > found->second.answered && number <= found->second.sent)
+        found->second.answered = number;
+}
+
+std::uint32_t InputWatch::lastPong(XWindow window) const
+{
+    const auto found = m_pings.find(window);
+    return found == m_pings.end() ? 0 : found->second.answered;
 }
 
 } // namespace platform::linux_

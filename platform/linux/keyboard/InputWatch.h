@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <map>
 
 namespace platform::linux_
 {
@@ -28,11 +29,7 @@ public:
 
     /// Tells of a ping that we are about to send; the answers to window managers' own pings arrive
     /// in the same way.
-    void expectPong(XWindow window, std::uint32_t number)
-    {
-        m_pingedWindow = window;
-        m_lastPing = number;
-    }
+    void expectPong(XWindow window, std::uint32_t number) { m_pings[window].sent = number; }
 
     /// Handles every event that has arrived.
     void poll();
@@ -41,8 +38,8 @@ public:
     bool focusLost() const { return m_focusLost; }
     bool mapChanged() const { return m_mapChanged; }
     bool fencePassed() const { return m_fencePassed; }
-    /// Number of the last ping that was answered.
-    std::uint32_t lastPong() const { return m_lastPong; }
+    /// Number of the last ping to that window that was answered; 0 when none was.
+    std::uint32_t lastPong(XWindow window) const;
 
     void clearFence() { m_fencePassed = false; }
     /// Forgets changes of the map that were our own.
@@ -60,9 +57,11 @@ private:
     bool m_focusLost = false;
     bool m_mapChanged = false;
     bool m_fencePassed = false;
-    XWindow m_pingedWindow = 0;
-    std::uint32_t m_lastPing = 0;
-    std::uint32_t m_lastPong = 0;
+    struct Pings {
+        std::uint32_t sent = 0;
+        std::uint32_t answered = 0;
+    };
+    std::map<XWindow, Pings> m_pings;
     unsigned long m_pingAtom = 0;
 };
 

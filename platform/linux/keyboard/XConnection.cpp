@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <set>
 
 #include <X11/XKBlib.h>
@@ -65,6 +66,46 @@ std::uint8_t modifiersNamed(Display *display, XkbDescPtr xkb,
         XFree(name);
     }
     return static_cast<std::uint8_t>(found);
+}
+
+// At most 64 values of 32 bits.
+std::vector<unsigned long> property(Display *display, XWindow window, Atom name, Atom type)
+{
+    Atom actualType = 0;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long rest = 0;
+    unsigned char *data = nullptr;
+    XGetWindowProperty(display, window, name, 0, 64, False, type, &actualType, &format, &count,
+                       &rest, &data);
+    std::vector<unsigned long> values;
+    if (data && format == 32) {
+        const auto *first = reinterpret_cast<const unsigned long *>(data);
+        values.assign(first, first + count);
+    }
+    if (data)
+        XFree(data);
+    return values;
+}
+
+// The windows that `window` lies in, from itself up to a child of the root window; empty when it is
+// gone, or the root window itself.
+std::vector<XWindow> ancestry(Display *display, XWindow window)
+{
+    std::vector<XWindow> found;
+    while (window > PointerRoot && window != DefaultRootWindow(display)) {
+        found.push_back(window);
+        Window rootWindow = 0;
+        Window parent = 0;
+        Window *children = nullptr;
+        unsigned count = 0;
+        if (!XQueryTree(display, window, &rootWindow, &parent, &children, &count))
+            return {};
+        if (children)
+            XFree(children);
+        window = parent;
+    }
+    return found;
 }
 
 // The X server gives it this name. 0 when there is none.
@@ -257,24 +298,13 @@ void XConnection::sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambi
     lock(lockedBefore);
 }
 
-bool XConnection::hasInputMethod() const
+std::vector<XWindow> XConnection::inputMethods() const
 {
-    Atom type = 0;
-    int format = 0;
-    unsigned long count = 0;
-    unsigned long rest = 0;
-    unsigned char *data = nullptr;
-    XGetWindowProperty(m_display, root(), atom("XIM_SERVERS"), 0, 64, False, XA_ATOM, &type,
-                       &format, &count, &rest, &data);
-    bool found = false;
-    if (data && format == 32) {
-        const auto *servers = reinterpret_cast<const Atom *>(data);
-        found = std::any_of(servers, servers + count, [this](Atom server) {
-            return XGetSelectionOwner(m_display, server) != 0;
-        });
+    std::vector<XWindow> found;
+    for (const unsigned long server : property(m_display, root(), atom("XIM_SERVERS"), XA_ATOM)) {
+        if (const Window owner = XGetSelectionOwner(m_display, server))
+            found.push_back(owner);
     }
-    if (data)
-        XFree(data);
     return found;
 }
 
@@ -303,28 +333,48 @@ bool XConnection::exists(XWindow window) const
 
 XWindow XConnection::pingableWindow(XWindow window) const
 {
-    const unsigned long pingAtom = atom("_NET_WM_PING");
-    while (window > PointerRoot && window != root()) {
-        Atom *protocols = nullptr;
-        int count = 0;
-        if (XGetWMProtocols(m_display, window, &protocols, &count)) {
-            const bool answers =
-                std::find(protocols, protocols + count, pingAtom) != protocols + count;
-            XFree(protocols);
-            if (answers)
-                return window;
-        }
-        Window rootWindow = 0;
-        Window parent = 0;
-        Window *children = nullptr;
-        unsigned childCount = 0;
-        if (!XQueryTree(m_display, window, &rootWindow, &parent, &children, &childCount))
-            return 0;
-        if (children)
-            XFree(children);
-        window = parent;
+    const std::vector<XWindow> windows = ancestry(m_display, window);
+    const auto found = std::find_if(windows.begin(), windows.end(),
+                                    [this](XWindow each) { return answersPings(each); });
+    return found == windows.end() ? 0 : *found;
+}
+
+bool XConnection::answersPings(XWindow window) const
+{
+    const std::vector<unsigned long> protocols =
+        property(m_display, window, atom("WM_PROTOCOLS"), XA_ATOM);
+    return std::find(protocols.begin(), protocols.end(), atom("_NET_WM_PING")) != protocols.end();
+}
+
+std::vector<XWindow> XConnection::pingableCompanions(XWindow window) const
+{
+    const auto processOf = [this](XWindow each) {
+        const auto pid = property(m_display, each, atom("_NET_WM_PID"), XA_CARDINAL);
+        return pid.empty() ? 0 : pid.front();
+    };
+    std::vector<XWindow> found;
+    const std::vector<XWindow> own = ancestry(m_display, window);
+    unsigned long process = 0;
+    for (const XWindow each : own) {
+        if (!process)
+            process = processOf(each);
     }
-    return 0;
+    Window rootWindow = 0;
+    Window parent = 0;
+    Window *children = nullptr;
+    unsigned count = 0;
+    if (process && XQueryTree(m_display, root(), &rootWindow, &parent, &children, &count)) {
+        std::copy_if(children, children + count, std::back_inserter(found), [&](XWindow each) {
+            return each != own.back() && processOf(each) == process && answersPings(each);
+        });
+    }
+    if (children)
+        XFree(children);
+    for (const XWindow each : inputMethods()) {
+        if (const XWindow answering = pingableWindow(each))
+            found.push_back(answering);
+    }
+    return found;
 }
 
 void XConnection::ping(XWindow window, std::uint32_t number)

@@ -69,8 +69,9 @@ public:
     void sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambientLocks,
                   std::uint8_t lockedBefore);
 
-    /// Whether an input method serves this display (XIM_SERVERS, The Input Method Protocol).
-    bool hasInputMethod() const;
+    /// The windows of the input methods that serve this display (XIM_SERVERS, The Input Method
+    /// Protocol).
+    std::vector<XWindow> inputMethods() const;
 
     /// Whether a key that stays down types its character again and again: the server's setting,
     /// for all keyboards.
@@ -86,6 +87,14 @@ public:
     /// The window at or above `window` whose client answers pings (_NET_WM_PING, Extended Window
     /// Manager Hints); 0 when there is none.
     XWindow pingableWindow(XWindow window) const;
+    /// Windows that answer pings in the other places where `window`'s keys may be looked up: its
+    /// process's other connections to the server, and the input methods.
+    ///
+    /// A process that has several connections shows its own windows from one of them. What is to be
+    /// found of the others are the windows that toolkits keep as leader of a group
+    /// (WM_CLIENT_LEADER, Inter-Client Communication Conventions Manual): children of the root
+    /// window, never shown.
+    std::vector<XWindow> pingableCompanions(XWindow window) const;
     /// Asks that window's client to answer as soon as it has handled all events before this one.
     void ping(XWindow window, std::uint32_t number);
 
@@ -97,6 +106,8 @@ public:
 
 private:
     XConnection() = default;
+
+    bool answersPings(XWindow window) const;
 
     _XDisplay *m_display = nullptr;
     bool m_broken = false;

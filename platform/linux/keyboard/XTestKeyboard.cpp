@@ -57,11 +57,6 @@ constexpr qint64 drainLimit = 5000;
 constexpr qint64 pongLimit = 4000;
 // A client that does not answer pings gets this long to fetch a new map.
 constexpr qint64 deafMapPause = 150;
-// How many it has to answer otherwise, and how long after each answer the next one goes out: as
-// long as the answer took, within these bounds.
-constexpr int settlingPings = 3;
-constexpr qint64 shortestPingPause = 8;
-constexpr qint64 longestPingPause = 100;
 
 constexpr int tick = 2;
 
@@ -94,11 +89,8 @@ private:
         /// Whether the client knows that.
         bool settled = true;
         qint64 mappedAt = 0;
-        /// The ping that has not been answered yet, and when it went out.
-        std::optional<std::uint32_t> ping;
-        qint64 pingedAt = 0;
-        int answers = 0;
-        qint64 nextPing = 0;
+        /// Every window that has to answer, and which ping.
+        std::vector<std::pair<XWindow, std::uint32_t>> pings;
     };
 
     void startNext();
@@ -118,7 +110,7 @@ private:
     std::optional<Keystroke> strokeFor(const PlannedKey &key, std::size_t segment) const;
     void drain(TypingResult result);
     void finish(TypingResult result);
-    std::uint32_t sendPing();
+    std::uint32_t sendPing(XWindow window);
     std::optional<int> bankOf(std::size_t segment) const;
 
     TargetProvider m_provider;
@@ -147,6 +139,8 @@ private:
     std::uint8_t m_backSpaceKey = 0;
     XWindow m_focus = 0;
     XWindow m_pingWindow = 0;
+    /// Where else the client's keys may be looked up.
+    std::vector<XWindow> m_companions;
     int m_group = 0;
     std::uint8_t m_locked = 0;
     std::uint8_t m_ambient = 0;
@@ -323,7 +317,7 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
     m_ambient = m_locked & (m_borrowed->ignoresCapsLock() ? capsLock | numLock : numLock);
     const KeyboardMap::Lookup layout = map.lookup(m_group, m_ambient);
     m_softLineBreaks = m_target && m_target->needsSoftLineBreaks();
-    m_oneByOne = m_target && m_target->mayReorderKeys() && m_connection->hasInputMethod();
+    m_oneByOne = m_target && m_target->mayReorderKeys() && !m_connection->inputMethods().empty();
     m_keys =
         planKeys(m_current.events, layout, {m_softLineBreaks, m_target && m_target->takesTabs()});
     m_returnKey = layout.functionKey(XKB_KEY_Return).value_or(0);
@@ -350,6 +344,11 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
     if (!segments)
         return false;
     m_segments = std::move(*segments);
+    const bool borrows =
+        std::any_of(m_segments.begin(), m_segments.end(),
+                    [](const Segment &segment) { return !segment.characters.empty(); });
+    m_companions = borrows && m_pingWindow ? m_connection->pingableCompanions(m_focus)
+                                           : std::vector<XWindow>{};
     m_banks.assign(m_segments.size() == 1 ? 1 : BorrowedKeys::bankCount, {});
     // What a deletion leaves cannot be told from its count beforehand.
     const bool grows = std::none_of(m_keys.begin(), m_keys.end(), [](const PlannedKey &key) {
@@ -425,14 +424,14 @@ void XTestKeyboard::Engine::confirm()
     const std::size_t before = m_taken + m_shown;
     // Some say that they answer and never do. Banks then settle by time, and keys count as taken
     // once they show.
-    if (m_lastPing == m_pingBefore || m_watch->lastPong() > m_pingBefore)
+    if (m_lastPing == m_pingBefore || m_watch->lastPong(m_pingWindow) > m_pingBefore)
         m_pingsAnsweredAt = now;
     if (m_pingWindow && now - m_pingsAnsweredAt > pongLimit) {
         m_pingWindow = 0;
         m_pings.clear();
     }
     if (m_pingWindow) {
-        while (!m_pings.empty() && m_pings.front().first <= m_watch->lastPong()) {
+        while (!m_pings.empty() && m_pings.front().first <= m_watch->lastPong(m_pingWindow)) {
             m_taken = m_pings.front().second;
             m_pings.pop_front();
         }
@@ -494,31 +493,37 @@ void XTestKeyboard::Engine::mapSegments()
     for (Bank *bank : changed) {
         bank->settled = false;
         bank->mappedAt = m_clock.elapsed();
+        if (!m_pingWindow)
+            continue;
+        bank->pings.emplace_back(m_pingWindow, sendPing(m_pingWindow));
+        for (const XWindow companion : m_companions)
+            bank->pings.emplace_back(companion, sendPing(companion));
     }
 }
 
-// A client has taken a new map once it has answered a ping that came after the notice. Some fetch
-// it once more on a second connection, which they look at between two rounds of their event loop. A
-// round may answer several pings at once and take the keys behind them as well, so each ping waits
-// until the round that answered the one before can have ended. Nothing proves that it has: on a
-// busy machine keys still come before the map at times.
+// A client follows a new map once it has answered a ping that came after the notice, on every
+// connection that it looks keys up with: a browser asks its toolkit's, which it reads in another
+// part of its event loop than the keys. What announces that it answers and does not is left out.
 void XTestKeyboard::Engine::settle(Bank &bank)
 {
     if (bank.settled)
         return;
-    const qint64 now = m_clock.elapsed();
+    const qint64 waited = m_clock.elapsed() - bank.mappedAt;
     if (!m_pingWindow) {
-        bank.settled = now - bank.mappedAt >= deafMapPause;
+        bank.settled = waited >= deafMapPause;
         return;
     }
-    if (bank.ping && m_watch->lastPong() >= *bank.ping) {
-        bank.ping.reset();
-        bank.nextPing = now + std::clamp(now - bank.pingedAt, shortestPingPause, longestPingPause);
-        bank.settled = ++bank.answers == settlingPings;
-    } else if (!bank.ping && now >= bank.nextPing) {
-        bank.ping = sendPing();
-        bank.pingedAt = now;
+    const auto answered = [this](const auto &ping) {
+        return m_watch->lastPong(ping.first) >= ping.second;
+    };
+    bank.settled = std::all_of(bank.pings.begin(), bank.pings.end(), answered);
+    if (bank.settled || waited <= pongLimit || !answered(bank.pings.front()))
+        return;
+    for (const auto &ping : bank.pings) {
+        if (!answered(ping))
+            std::erase(m_companions, ping.first);
     }
+    bank.settled = true;
 }
 
 // How many keys may be sent now.
@@ -581,7 +586,7 @@ bool XTestKeyboard::Engine::sendBurst()
         m_sentUnits += m_keys[i].codePoint > 0xffff ? 2 : 1;
     m_sent += count;
     if (m_pingWindow)
-        m_pings.emplace_back(sendPing(), m_sent);
+        m_pings.emplace_back(sendPing(m_pingWindow), m_sent);
     return true;
 }
 
@@ -612,7 +617,7 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
     if (m_sent == 0 || m_indentChecked == m_sent || !m_keys[m_sent - 1].mayIndent ||
         m_softLineBreaks || !m_pingWindow || !m_backSpaceKey || !m_readBack.useful())
         return Indent::None;
-    if (m_shown < m_sent || m_taken < m_sent || m_watch->lastPong() < m_indentPing)
+    if (m_shown < m_sent || m_taken < m_sent || m_watch->lastPong(m_pingWindow) < m_indentPing)
         return Indent::BeingRemoved;
     m_readBack.observe(m_target->characterCount(), m_sent, m_clock.elapsed());
     const ReadBack::Sent sent{m_sent, m_sentUnits};
@@ -627,14 +632,14 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
     m_indentLeft = excess;
     if (!post({Keystroke{m_backSpaceKey, 0}}))
         return Indent::Stopped;
-    m_indentPing = sendPing();
+    m_indentPing = sendPing(m_pingWindow);
     return Indent::BeingRemoved;
 }
 
-std::uint32_t XTestKeyboard::Engine::sendPing()
+std::uint32_t XTestKeyboard::Engine::sendPing(XWindow window)
 {
-    m_watch->expectPong(m_pingWindow, ++m_lastPing);
-    m_connection->ping(m_pingWindow, m_lastPing);
+    m_watch->expectPong(window, ++m_lastPing);
+    m_connection->ping(window, m_lastPing);
     m_connection->flush();
     return m_lastPing;
 }
