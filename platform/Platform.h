@@ -23,7 +23,8 @@ public:
     virtual Installation &installation() = 0;
 };
 
-/// Sets what holds for the whole process. Call it first in main(), before any other thread exists.
+/// Sets what holds for the whole process, and begins what takes long and the first window needs.
+/// Call it early in main(), before any other thread exists.
 void prepareProcess();
 
 /// The adapter of the system that this program was built for.

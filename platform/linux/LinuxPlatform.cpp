@@ -8,6 +8,9 @@
 
 #include <QSettings>
 
+#include <thread>
+
+#include <fontconfig/fontconfig.h>
 #include <malloc.h>
 
 namespace platform
@@ -40,6 +43,10 @@ void prepareProcess()
 {
     // A heap for each thread costs two megabytes; ours seldom allocate at the same time.
     mallopt(M_ARENA_MAX, 1);
+    // Reading the configuration of fonts takes longer than anything else that the first window
+    // needs, and need not wait until the X server has answered. Whoever asks for a font meanwhile
+    // gets its own copy.
+    static const std::jthread fonts([] { FcInit(); });
 }
 
 std::unique_ptr<Platform> createPlatform()

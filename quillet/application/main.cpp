@@ -45,8 +45,6 @@ bool parseCommandLine()
 
 int main(int argc, char **argv)
 {
-    platform::prepareProcess();
-    const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
     QCoreApplication::setOrganizationName(QStringLiteral("quillet"));
     QCoreApplication::setApplicationName(QStringLiteral("quillet"));
     QCoreApplication::setApplicationVersion(BuildConstants::Version);
@@ -54,6 +52,8 @@ int main(int argc, char **argv)
         const QCoreApplication application(argc, argv);
         parseCommandLine();
     }
+    platform::prepareProcess();
+    const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
 
     // Panels are placed by their coordinates on the whole desktop, which Wayland does not have; its
     // X11 server has them. What the user sets in the environment holds.

@@ -16,8 +16,7 @@ constexpr std::chrono::milliseconds trayCheckInterval = 3s;
 
 } // namespace
 
-MenuBarItem::MenuBarItem(const QIcon &icon, const Actions &actions)
-    : m_icon(icon)
+MenuBarItem::MenuBarItem(const Actions &actions)
 {
     const auto add = [this](const QString &title, const std::function<void()> &action) {
         connect(m_menu.addAction(title), &QAction::triggered, this, [action] { action(); });
@@ -35,9 +34,13 @@ MenuBarItem::MenuBarItem(const QIcon &icon, const Actions &actions)
             show();
         }
     });
-    if (!QSystemTrayIcon::isSystemTrayAvailable())
-        m_waitForTray.start();
-    show();
+    // The window is not to wait for the icon and for the desktop's answers.
+    QTimer::singleShot(0, this, [this] {
+        m_icon = labelIcon();
+        if (!QSystemTrayIcon::isSystemTrayAvailable())
+            m_waitForTray.start();
+        show();
+    });
 }
 
 MenuBarItem::~MenuBarItem() = default;

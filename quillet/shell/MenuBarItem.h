@@ -21,17 +21,17 @@ public:
         std::function<void()> checkForUpdates;
         std::function<void()> quit;
     };
-    MenuBarItem(const QIcon &icon, const Actions &actions);
+    /// The menu is there at once, the icon from the event loop.
+    explicit MenuBarItem(const Actions &actions);
     ~MenuBarItem() override;
 
     const QMenu &menu() const { return m_menu; }
 
+private:
     /// The image "QuilletIcon", six points smaller than the item. A template where the desktop
     /// gives its bar one colour for all; in its own colours elsewhere, because a tray does not tell
     /// whether it is light or dark. A program without that image is not complete: fatal.
     static QIcon labelIcon();
-
-private:
     void show();
 
     QIcon m_icon;

@@ -69,7 +69,6 @@ void QuilletApp::launch()
         m_window.get());
 
     m_menuBarItem = std::make_unique<MenuBarItem>(
-        MenuBarItem::labelIcon(),
         MenuBarItem::Actions{[this] { openMain(); }, [this] { sendFeedbackEmail(); },
                              [this] {
                                  if (m_appDelegate.updaterController)
