@@ -33,7 +33,7 @@ constexpr std::size_t burstSize = 48;
 constexpr std::size_t mostUntaken = 256;
 // Keys that the input does not show yet: what a client has to queue (a browser between its
 // processes, where tens of thousands end it), and what it can misplace by moving its own focus.
-constexpr std::size_t mostUnshown = 1536;
+constexpr std::size_t mostUnshown = 384;
 // The same for a client of which we only know that it takes the keys, in keys and milliseconds, and
 // for one that tells nothing at all.
 constexpr std::size_t blindBurstSize = 16;

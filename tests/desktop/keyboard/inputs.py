@@ -24,9 +24,9 @@ PROGRAMS = [*PAGES, *EDITORS]
 
 
 class Input:
-    """A program whose only input has the focus."""
+    """A program whose only input has the focus; `page` in place of a web page's usual contents."""
 
-    def __init__(self, desktop, build, program):
+    def __init__(self, desktop, build, program, page=None):
         self.desktop = desktop
         self.build = build
         self.next_try = 0
@@ -36,7 +36,7 @@ class Input:
         self.tab = "    " if self.web else "\t"
         if self.web:
             self.program = desktop.start_chromium(
-                f'<!doctype html><meta charset="utf-8"><title>{TITLE}</title>{PAGES[program]}')
+                f'<!doctype html><meta charset="utf-8"><title>{TITLE}</title>{page or PAGES[program]}')
             title = TITLE
         else:
             command, title = EDITORS[program]

@@ -66,6 +66,27 @@ def test_nothing_goes_into_another_window(editor):
     check_prefix(wait_until(editor.read, "the text"))
 
 
+def test_a_page_that_moves_the_focus_gets_no_more_than_is_on_its_way(build):
+    text, moves_after, most_on_their_way = make("latin", 5000, seed=6), 200, 384
+    page = """<textarea id=first autofocus spellcheck=false></textarea>
+        <textarea id=second spellcheck=false></textarea>
+        <script>first.oninput = () => {
+            if (first.value.length < %d) return;
+            document.title = "moved after " + first.value.length;
+            second.focus();
+        }</script>""" % moves_after
+    with Session() as desktop:
+        editor = Input(desktop, build, "textarea", page)
+        assert editor.type(text)["result"] == "interrupted"
+        desktop.key("Return")  # the last key to arrive
+        wait_until(lambda: (editor.read() or "").endswith("\n"), "the end of the text")
+        second = editor.read().rstrip("\n")
+        title = desktop.run(["xdotool", "getwindowname", str(editor.window)])
+        first = int(title.split("moved after ")[1].split()[0])
+        assert 0 < len(second) <= most_on_their_way
+        assert text[first:].startswith(second)
+
+
 def test_a_closed_window_ends_it(editor):
     process, before = start(editor)
     editor.program.process.kill()
