@@ -40,6 +40,9 @@ constexpr std::size_t blindBurstSize = 16;
 constexpr qint64 blindPause = 32;
 constexpr qint64 deafPause = 80;
 
+// Banks of borrowed keys that are mapped in one change of the map.
+constexpr std::size_t banksAtOnce = 3;
+
 // How long things may take, in milliseconds.
 constexpr qint64 focusLimit = 2000;
 constexpr qint64 heldModifiersLimit = 15000;
@@ -99,6 +102,7 @@ private:
     bool plan(const XConnection::Moment &moment);
     void type();
     void confirm();
+    std::vector<std::size_t> mappableSegments();
     void mapSegments();
     void settle(Bank &bank);
     bool mayGoOn();
@@ -459,23 +463,40 @@ void XTestKeyboard::Engine::confirm()
         m_lastProgress = now;
 }
 
-// A bank is mapped anew as soon as all that it held is in the input, while the keys of others are
-// on their way. That the client has taken the keys is not enough where it is to be had: with an
-// input method a browser looks them up once more when they come back from there.
-void XTestKeyboard::Engine::mapSegments()
+// The segments to come whose bank does not hold them yet and may be mapped anew, because all that
+// it held is in the input. That the client has taken the keys is not enough where it is to be had:
+// with an input method a browser looks them up once more when they come back from there.
+std::vector<std::size_t> XTestKeyboard::Engine::mappableSegments()
 {
     m_mapWaits = false;
-    std::vector<BorrowedKeys::Load> loads;
-    std::vector<Bank *> changed;
+    std::vector<std::size_t> found;
     const std::size_t last = std::min(m_segments.size(), m_segment + m_banks.size());
     for (std::size_t i = m_segment; i < last; ++i) {
-        Bank &bank = m_banks[i % m_banks.size()];
+        const Bank &bank = m_banks[i % m_banks.size()];
         if (bank.segment == i)
             continue;
-        if (bank.segment && std::min(m_taken, m_shown) < m_segments[*bank.segment].end) {
+        if (bank.segment && std::min(m_taken, m_shown) < m_segments[*bank.segment].end)
             m_mapWaits = true;
-            continue;
-        }
+        else
+            found.push_back(i);
+    }
+    return found;
+}
+
+// Maps banks anew while the keys of others are on their way: as many at once as are wanted to make
+// it worth the time that every program takes for a new map, fewer when typing would wait for them.
+void XTestKeyboard::Engine::mapSegments()
+{
+    const std::vector<std::size_t> segments = mappableSegments();
+    if (segments.empty())
+        return;
+    const std::size_t next = segments.front();
+    if (next != m_segment && segments.size() < std::min(banksAtOnce, m_segments.size() - next))
+        return;
+    std::vector<BorrowedKeys::Load> loads;
+    std::vector<Bank *> changed;
+    for (const std::size_t i : segments) {
+        Bank &bank = m_banks[i % m_banks.size()];
         bank = {};
         bank.segment = i;
         if (m_segments[i].characters.empty())
