@@ -178,9 +178,35 @@ def exactness_texts(count, layouts, tab):
         yield kind, layouts[i % len(layouts)], make(kind, rng.randint(500, 5000), i, tab)
 
 
-def tools(options, kind):
-    return ["ours"] + ["xdotool"] * (options.peer_length > 0 and kind != "long") + \
-        ["flood"] * (kind in ("latin", "line") and flood(options.build).exists())
+def peers(options):
+    found = ["xdotool"] if options.peer_length > 0 else []
+    return found + (["flood"] if flood(options.build).exists() else [])
+
+
+def types(tool, kind):
+    """Whether the tool is measured with texts of this kind."""
+    if tool == "flood":
+        return kind in ("latin", "line")
+    return tool == "ours" or kind != "long"
+
+
+def speed_samples(options, program, layouts, tools):
+    """The samples of some tools, on a desktop that no other tool has used: after a text that
+    xdotool has typed, openbox works ten times as long at each change of the keyboard map."""
+    wanted = [(kind, i, tool) for kind in options.kinds.split(",") for i in range(options.repeat)
+              for tool in tools if types(tool, kind)]
+    if not wanted:
+        return []
+    samples = []
+    with Session() as desktop:
+        target = Input(desktop, options.build, program)
+        for kind, i, tool in wanted:
+            length = options.peer_length if tool == "xdotool" else options.length
+            text = text_of(kind, length, i, target.tab)
+            if tool == "flood":
+                text = "".join(c for c in text if c.isascii())
+            samples.append(sample(target, tool, program, kind, layouts[i % len(layouts)], text))
+    return samples
 
 
 def main():
@@ -202,22 +228,15 @@ def main():
     samples = []
     try:
         for program in options.programs.split(","):
-            with Session() as desktop:
-                target = Input(desktop, options.build, program)
-                if options.exactness:
+            if options.exactness:
+                with Session() as desktop:
+                    target = Input(desktop, options.build, program)
                     for kind, layout, text in exactness_texts(options.exactness, layouts,
                                                               target.tab):
                         samples.append(sample(target, "ours", program, kind, layout, text))
-                    continue
-                for kind in options.kinds.split(","):
-                    for i in range(options.repeat):
-                        layout = layouts[i % len(layouts)]
-                        for tool in tools(options, kind):
-                            length = options.peer_length if tool == "xdotool" else options.length
-                            text = text_of(kind, length, i, target.tab)
-                            if tool == "flood":
-                                text = "".join(c for c in text if c.isascii())
-                            samples.append(sample(target, tool, program, kind, layout, text))
+                continue
+            for tools in (["ours"], peers(options)):
+                samples += speed_samples(options, program, layouts, tools)
     finally:
         if burner:
             burner.send_signal(signal.SIGTERM)
