@@ -52,6 +52,8 @@ constexpr qint64 heldKeysLimit = 1000;
 constexpr qint64 progressLimit = 60000;
 // A count that stands still for so long after the last key will not come right.
 constexpr qint64 settledAfter = 30000;
+// Indentation that is still there so long after the key that deletes it cannot be deleted.
+constexpr qint64 indentPatience = 3000;
 // Asking the input costs it time: at most the fifth part.
 constexpr qint64 readingPause = 8;
 constexpr qint64 readingShare = 4;
@@ -165,6 +167,7 @@ private:
     /// The last line break after which the editor's indentation has been looked for.
     std::size_t m_indentChecked = 0;
     qint64 m_indentLeft = 0;
+    qint64 m_indentKeySent = 0;
     qint64 m_pingsAnsweredAt = 0;
     /// The last ping of the sequence before.
     std::uint32_t m_pingBefore = 0;
@@ -643,8 +646,12 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
     m_readBack.observe(m_target->characterCount(), m_sent, m_clock.elapsed());
     const ReadBack::Sent sent{m_sent, m_sentUnits};
     const qint64 excess = m_readBack.excess(sent);
-    const bool stuck = m_indentLeft > 0 && excess >= m_indentLeft;
-    if (excess == 0 || stuck) {
+    const bool unchanged = m_indentLeft > 0 && excess >= m_indentLeft;
+    // The answered ping does not prove that the key has been handled: some toolkits answer while
+    // keys wait in a queue of theirs.
+    if (unchanged && m_clock.elapsed() - m_indentKeySent < indentPatience)
+        return Indent::BeingRemoved;
+    if (excess == 0 || unchanged) {
         m_readBack.acceptExcess(sent);
         m_indentChecked = m_sent;
         m_indentLeft = 0;
@@ -653,6 +660,7 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
     m_indentLeft = excess;
     if (!post({Keystroke{m_backSpaceKey, 0}}))
         return Indent::Stopped;
+    m_indentKeySent = m_clock.elapsed();
     m_indentPing = sendPing(m_pingWindow);
     return Indent::BeingRemoved;
 }
