@@ -647,8 +647,8 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
     const ReadBack::Sent sent{m_sent, m_sentUnits};
     const qint64 excess = m_readBack.excess(sent);
     const bool unchanged = m_indentLeft > 0 && excess >= m_indentLeft;
-    // The answered ping does not prove that the key has been handled: some toolkits answer while
-    // keys wait in a queue of theirs.
+    // The answered ping need not mean that the key has been handled: a toolkit may answer while
+    // keys wait in a queue of its own.
     if (unchanged && m_clock.elapsed() - m_indentKeySent < indentPatience)
         return Indent::BeingRemoved;
     if (excess == 0 || unchanged) {
