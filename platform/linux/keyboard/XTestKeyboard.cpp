@@ -1,8 +1,11 @@
 #include "platform/linux/keyboard/XTestKeyboard.h"
 
 #include "platform/linux/keyboard/BorrowedKeys.h"
+#include "platform/linux/keyboard/CharacterBanks.h"
+#include "platform/linux/keyboard/FlowControl.h"
+#include "platform/linux/keyboard/IndentRemoval.h"
 #include "platform/linux/keyboard/InputWatch.h"
-#include "platform/linux/keyboard/ReadBack.h"
+#include "platform/linux/keyboard/Pings.h"
 #include "platform/linux/keyboard/TypingPlan.h"
 #include "platform/linux/keyboard/XConnection.h"
 
@@ -27,41 +30,12 @@ constexpr std::uint8_t shiftModifier = 1;
 constexpr std::uint8_t capsLock = 2;
 constexpr std::uint8_t numLock = 16;
 
-// Keys in one burst: what goes out between two looks at the focus and the user's modifiers.
-constexpr std::size_t burstSize = 48;
-// Keys that the client has not taken from the server yet. The map may change once it has.
-constexpr std::size_t mostUntaken = 256;
-// Keys that the input does not show yet: what a client has to queue (a browser between its
-// processes, where tens of thousands end it), and what it can misplace by moving its own focus.
-constexpr std::size_t mostUnshown = 384;
-// The same for a client of which we only know that it takes the keys, in keys and milliseconds, and
-// for one that tells nothing at all.
-constexpr std::size_t blindBurstSize = 16;
-constexpr qint64 blindPause = 32;
-constexpr qint64 deafPause = 80;
-
-// Banks of borrowed keys that are mapped in one change of the map.
-constexpr std::size_t banksAtOnce = 3;
-
 // How long things may take, in milliseconds.
 constexpr qint64 focusLimit = 2000;
 constexpr qint64 heldModifiersLimit = 15000;
 constexpr qint64 heldKeysLimit = 1000;
-// A browser that lays out tens of thousands of characters anew for each key takes ten seconds for
-// what may be on its way; the user can stop it with any key.
-constexpr qint64 progressLimit = 60000;
-// A count that stands still for so long after the last key will not come right.
-constexpr qint64 settledAfter = 30000;
-// Indentation that is still there so long after the key that deletes it cannot be deleted.
-constexpr qint64 indentPatience = 3000;
-// Asking the input costs it time: at most the fifth part.
-constexpr qint64 readingPause = 8;
-constexpr qint64 readingShare = 4;
-constexpr qint64 focusPause = 25;
 constexpr qint64 drainLimit = 5000;
-constexpr qint64 pongLimit = 4000;
-// A client that does not answer pings gets this long to fetch a new map.
-constexpr qint64 deafMapPause = 150;
+constexpr qint64 focusPause = 25;
 
 constexpr int tick = 2;
 
@@ -88,41 +62,30 @@ private:
         /// Until the keys on their way have been taken, so that the map can be restored.
         Draining,
     };
-    /// What a bank of borrowed keys holds now.
-    struct Bank {
-        std::optional<std::size_t> segment;
-        /// Whether the client knows that.
-        bool settled = true;
-        qint64 mappedAt = 0;
-        /// Every window that has to answer, and which ping.
-        std::vector<std::pair<XWindow, std::uint32_t>> pings;
-    };
 
     void startNext();
     void step();
     void wait();
     bool plan(const XConnection::Moment &moment);
+    bool cutPlan(const KeyboardMap &map);
     void type();
-    void confirm();
-    std::vector<std::size_t> mappableSegments();
-    void mapSegments();
-    void settle(Bank &bank);
     bool mayGoOn();
-    std::size_t sendable();
-    bool sendBurst();
-    bool post(const std::vector<Keystroke> &strokes);
+    void updateFlow();
+    bool mayIndentHere() const;
     enum class Indent { None, BeingRemoved, Stopped };
     Indent removeIndent();
-    std::optional<Keystroke> strokeFor(const PlannedKey &key, std::size_t segment) const;
+    std::size_t sendable();
+    std::optional<Keystroke> strokeFor(const PlannedKey &key) const;
+    bool sendBurst(std::size_t count);
+    bool post(const std::vector<Keystroke> &strokes);
     void drain(TypingResult result);
     void finish(TypingResult result);
-    std::uint32_t sendPing(XWindow window);
-    std::optional<int> bankOf(std::size_t segment) const;
 
     TargetProvider m_provider;
     std::unique_ptr<XConnection> m_connection;
     std::unique_ptr<InputWatch> m_watch;
     std::unique_ptr<BorrowedKeys> m_borrowed;
+    std::unique_ptr<Pings> m_pings;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QTimer m_timer;
     QElapsedTimer m_clock;
@@ -135,47 +98,19 @@ private:
 
     std::unique_ptr<TypingTarget> m_target;
     bool m_softLineBreaks = false;
-    /// Whether a key may only be sent once the one before it shows.
-    bool m_oneByOne = false;
+    XWindow m_focus = 0;
+    int m_group = 0;
+    std::uint8_t m_locked = 0;
+    /// The locks under which the layout's keys type what they are planned for.
+    std::uint8_t m_ambient = 0;
     std::vector<PlannedKey> m_keys;
-    std::vector<Segment> m_segments;
-    std::vector<Bank> m_banks;
     std::uint8_t m_returnKey = 0;
     std::uint8_t m_tabKey = 0;
     std::uint8_t m_backSpaceKey = 0;
-    XWindow m_focus = 0;
-    XWindow m_pingWindow = 0;
-    /// Where else the client's keys may be looked up.
-    std::vector<XWindow> m_companions;
-    int m_group = 0;
-    std::uint8_t m_locked = 0;
-    std::uint8_t m_ambient = 0;
-
-    ReadBack m_readBack;
-    std::size_t m_sent = 0;
-    /// The same in UTF-16 code units.
-    std::size_t m_sentUnits = 0;
-    /// How many of them the client has taken from the server.
-    std::size_t m_taken = 0;
-    /// How many of them are in the input's text, as far as that can be known.
-    std::size_t m_shown = 0;
-    std::size_t m_segment = 0;
-    /// Whether a bank has been typed and may not be mapped anew yet.
-    bool m_mapWaits = false;
-    std::uint32_t m_lastPing = 0;
-    std::deque<std::pair<std::uint32_t, std::size_t>> m_pings;
-    /// The last line break after which the editor's indentation has been looked for.
-    std::size_t m_indentChecked = 0;
-    qint64 m_indentLeft = 0;
-    qint64 m_indentKeySent = 0;
-    qint64 m_pingsAnsweredAt = 0;
-    /// The last ping of the sequence before.
-    std::uint32_t m_pingBefore = 0;
-    std::uint32_t m_indentPing = 0;
+    std::optional<FlowControl> m_flow;
+    std::optional<CharacterBanks> m_banks;
+    std::optional<IndentRemoval> m_indent;
     qint64 m_phaseStart = 0;
-    qint64 m_lastProgress = 0;
-    qint64 m_lastBurst = 0;
-    qint64 m_nextReading = 0;
     qint64 m_lastFocusCheck = 0;
 };
 
@@ -192,6 +127,7 @@ XTestKeyboard::Engine::Engine(TargetProvider provider, const QByteArray &display
     m_watch = std::make_unique<InputWatch>(*m_connection);
     m_borrowed = std::make_unique<BorrowedKeys>(*m_connection);
     m_borrowed->recover();
+    m_pings = std::make_unique<Pings>(*m_connection, *m_watch, m_clock);
     m_notifier =
         std::make_unique<QSocketNotifier>(m_connection->fileDescriptor(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
@@ -292,7 +228,6 @@ void XTestKeyboard::Engine::wait()
     m_focus = moment->focus;
     m_watch->start(m_focus);
     m_connection->wakeTestKeyboard();
-    m_pingWindow = m_connection->pingableWindow(m_focus);
     if (!plan(*moment)) {
         finish(TypingResult::Failed);
         return;
@@ -300,31 +235,20 @@ void XTestKeyboard::Engine::wait()
     m_watch->poll();
     m_watch->clearMapChange();
     m_phase = Phase::Typing;
-    m_lastProgress = m_lastBurst = m_clock.elapsed();
     m_timer.start(0);
 }
 
 bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
 {
-    m_sent = m_sentUnits = m_taken = m_shown = m_segment = 0;
-    m_mapWaits = false;
-    m_nextReading = m_lastFocusCheck = 0;
-    m_pings.clear();
-    m_indentChecked = 0;
-    m_indentLeft = 0;
-    m_indentPing = 0;
-    m_pingsAnsweredAt = m_clock.elapsed();
-    m_pingBefore = m_lastPing;
+    m_lastFocusCheck = 0;
     m_group = moment.group;
     m_locked = moment.lockedModifiers;
-
     const KeyboardMap map = m_connection->readMap();
     if (!m_borrowed->begin(map))
         return false;
     m_ambient = m_locked & (m_borrowed->ignoresCapsLock() ? capsLock | numLock : numLock);
     const KeyboardMap::Lookup layout = map.lookup(m_group, m_ambient);
     m_softLineBreaks = m_target && m_target->needsSoftLineBreaks();
-    m_oneByOne = m_target && m_target->mayReorderKeys() && !m_connection->inputMethods().empty();
     m_keys =
         planKeys(m_current.events, layout, {m_softLineBreaks, m_target && m_target->takesTabs()});
     m_returnKey = layout.functionKey(XKB_KEY_Return).value_or(0);
@@ -336,6 +260,23 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
             (key.kind == PlannedKey::Kind::BackSpace && !m_backSpaceKey))
             return false;
     }
+    m_pings->begin(m_connection->pingableWindow(m_focus));
+    if (!cutPlan(map))
+        return false;
+    const bool oneByOne =
+        m_target && m_target->mayReorderKeys() && !m_connection->inputMethods().empty();
+    // What a deletion leaves cannot be told from its count beforehand.
+    const bool grows = std::none_of(m_keys.begin(), m_keys.end(), [](const PlannedKey &key) {
+        return key.kind == PlannedKey::Kind::BackSpace;
+    });
+    m_flow.emplace(*m_pings, m_target.get(), grows, oneByOne, m_clock);
+    m_indent.emplace(*m_flow, *m_pings, m_clock);
+    return true;
+}
+
+// Cuts the plan into what the borrowed keys can hold at a time.
+bool XTestKeyboard::Engine::cutPlan(const KeyboardMap &map)
+{
     const auto cut = [this] {
         return cutIntoSegments(m_keys, m_borrowed->wholeCapacity(), m_borrowed->bankCapacity());
     };
@@ -350,28 +291,15 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
     }
     if (!segments)
         return false;
-    m_segments = std::move(*segments);
     const bool borrows =
-        std::any_of(m_segments.begin(), m_segments.end(),
+        std::any_of(segments->begin(), segments->end(),
                     [](const Segment &segment) { return !segment.characters.empty(); });
-    m_companions = borrows && m_pingWindow ? m_connection->pingableCompanions(m_focus)
-                                           : std::vector<XWindow>{};
-    m_banks.assign(m_segments.size() == 1 ? 1 : BorrowedKeys::bankCount, {});
-    // What a deletion leaves cannot be told from its count beforehand.
-    const bool grows = std::none_of(m_keys.begin(), m_keys.end(), [](const PlannedKey &key) {
-        return key.kind == PlannedKey::Kind::BackSpace;
-    });
-    m_readBack = m_target && grows
-                     ? ReadBack(m_target->characterCount(), m_target->selectedCharacterCount())
-                     : ReadBack();
+    const bool asksCompanions = borrows && m_pings->answers();
+    m_banks.emplace(*m_connection, *m_watch, *m_borrowed, *m_pings, std::move(*segments),
+                    asksCompanions ? m_connection->pingableCompanions(m_focus)
+                                   : std::vector<XWindow>{},
+                    m_clock);
     return true;
-}
-
-std::optional<int> XTestKeyboard::Engine::bankOf(std::size_t segment) const
-{
-    if (m_segments.size() == 1)
-        return std::nullopt;
-    return static_cast<int>(segment % BorrowedKeys::bankCount);
 }
 
 void XTestKeyboard::Engine::type()
@@ -380,35 +308,27 @@ void XTestKeyboard::Engine::type()
         drain(TypingResult::Interrupted);
         return;
     }
-    confirm();
-    if (m_sent == m_keys.size() && m_taken == m_sent) {
-        if (m_shown == m_sent && removeIndent() == Indent::None) {
+    updateFlow();
+    if (m_flow->sentKeys() == m_keys.size() && m_flow->allTaken()) {
+        if (m_flow->allShown() && removeIndent() == Indent::None) {
             finish(TypingResult::Typed);
             return;
         }
-        if (m_readBack.stillFor(m_clock.elapsed()) > settledAfter) {
+        if (m_flow->settledElsewhere()) {
             finish(TypingResult::Failed);
             return;
         }
     }
-    if (m_clock.elapsed() - m_lastProgress > progressLimit) {
+    if (m_flow->stalled()) {
         drain(TypingResult::Interrupted);
         return;
     }
-    mapSegments();
-    for (Bank &bank : m_banks)
-        settle(bank);
+    m_banks->update(m_flow->handled());
     const Indent indent = removeIndent();
-    if (indent == Indent::Stopped) {
+    const std::size_t count = indent == Indent::None ? sendable() : 0;
+    if (indent == Indent::Stopped || (count > 0 && !sendBurst(count))) {
         drain(TypingResult::Interrupted);
         return;
-    }
-    if (indent == Indent::None && sendable() > 0) {
-        if (!sendBurst()) {
-            drain(TypingResult::Interrupted);
-            return;
-        }
-        m_lastBurst = m_lastProgress = m_clock.elapsed();
     }
     m_timer.start(tick);
 }
@@ -424,162 +344,52 @@ bool XTestKeyboard::Engine::mayGoOn()
     return m_target->hasFocus();
 }
 
-// Moves m_taken and m_shown on to what is known now.
-void XTestKeyboard::Engine::confirm()
+void XTestKeyboard::Engine::updateFlow()
 {
-    const qint64 now = m_clock.elapsed();
-    const std::size_t before = m_taken + m_shown;
-    // Some say that they answer and never do. Banks then settle by time, and keys count as taken
-    // once they show.
-    if (m_lastPing == m_pingBefore || m_watch->lastPong(m_pingWindow) > m_pingBefore)
-        m_pingsAnsweredAt = now;
-    if (m_pingWindow && now - m_pingsAnsweredAt > pongLimit) {
-        m_pingWindow = 0;
-        m_pings.clear();
-    }
-    if (m_pingWindow) {
-        while (!m_pings.empty() && m_pings.front().first <= m_watch->lastPong(m_pingWindow)) {
-            m_taken = m_pings.front().second;
-            m_pings.pop_front();
-        }
-    }
-    if (m_readBack.useful()) {
-        // Only where the answer can change what we do next.
-        const bool matters = !m_pingWindow || m_oneByOne || m_sent == m_keys.size() || m_mapWaits ||
-                             m_sent - m_shown > mostUnshown / 2 || m_keys[m_sent - 1].mayIndent;
-        if (m_sent > m_shown && matters && now >= m_nextReading) {
-            m_readBack.observe(m_target->characterCount(), m_sent, now);
-            m_shown = m_readBack.confirmed();
-            const qint64 after = m_clock.elapsed();
-            m_nextReading = after;
-            if (!m_oneByOne)
-                m_nextReading += std::max(readingPause, readingShare * (after - now));
-        }
-        if (!m_pingWindow)
-            m_taken = m_shown;
-    } else {
-        if (!m_pingWindow && now - m_lastBurst >= deafPause)
-            m_taken = m_sent;
-        m_shown = m_taken;
-    }
-    if (m_taken + m_shown != before)
-        m_lastProgress = now;
+    const bool allSent = m_flow->sentKeys() == m_keys.size();
+    m_flow->update(allSent || m_banks->waiting() || mayIndentHere());
 }
 
-// The segments to come whose bank does not hold them yet and may be mapped anew, because all that
-// it held is in the input. That the client has taken the keys is not enough where it is to be had:
-// with an input method a browser looks them up once more when they come back from there.
-std::vector<std::size_t> XTestKeyboard::Engine::mappableSegments()
+// Whether the last key sent is a line break that an editor may have indented after.
+bool XTestKeyboard::Engine::mayIndentHere() const
 {
-    m_mapWaits = false;
-    std::vector<std::size_t> found;
-    const std::size_t last = std::min(m_segments.size(), m_segment + m_banks.size());
-    for (std::size_t i = m_segment; i < last; ++i) {
-        const Bank &bank = m_banks[i % m_banks.size()];
-        if (bank.segment == i)
-            continue;
-        if (bank.segment && std::min(m_taken, m_shown) < m_segments[*bank.segment].end)
-            m_mapWaits = true;
-        else
-            found.push_back(i);
-    }
-    return found;
+    return m_flow->sentKeys() > 0 && m_keys[m_flow->sentKeys() - 1].mayIndent;
 }
 
-// Maps banks anew while the keys of others are on their way: as many at once as are wanted to make
-// it worth the time that every program takes for a new map, fewer when typing would wait for them.
-void XTestKeyboard::Engine::mapSegments()
+XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
 {
-    const std::vector<std::size_t> segments = mappableSegments();
-    if (segments.empty())
-        return;
-    const std::size_t next = segments.front();
-    if (next != m_segment && segments.size() < std::min(banksAtOnce, m_segments.size() - next))
-        return;
-    std::vector<BorrowedKeys::Load> loads;
-    std::vector<Bank *> changed;
-    for (const std::size_t i : segments) {
-        Bank &bank = m_banks[i % m_banks.size()];
-        bank = {};
-        bank.segment = i;
-        if (m_segments[i].characters.empty())
-            continue;
-        loads.push_back({bankOf(i), m_segments[i].characters});
-        changed.push_back(&bank);
+    if (!mayIndentHere() || m_softLineBreaks || !m_backSpaceKey)
+        return Indent::None;
+    switch (m_indent->next()) {
+    case IndentRemoval::Step::Done:
+        return Indent::None;
+    case IndentRemoval::Step::Wait:
+        return Indent::BeingRemoved;
+    case IndentRemoval::Step::Delete:
+        break;
     }
-    if (loads.empty())
-        return;
-    m_borrowed->map(loads);
-    // The round trip brings the notices of our own change.
-    m_connection->look();
-    m_watch->poll();
-    m_watch->clearMapChange();
-    for (Bank *bank : changed) {
-        bank->settled = false;
-        bank->mappedAt = m_clock.elapsed();
-        if (!m_pingWindow)
-            continue;
-        bank->pings.emplace_back(m_pingWindow, sendPing(m_pingWindow));
-        for (const XWindow companion : m_companions)
-            bank->pings.emplace_back(companion, sendPing(companion));
-    }
+    if (!post({Keystroke{m_backSpaceKey, 0}}))
+        return Indent::Stopped;
+    m_indent->deletionSent();
+    return Indent::BeingRemoved;
 }
 
-// A client follows a new map once it has answered a ping that came after the notice, on every
-// connection that it looks keys up with: a browser asks its toolkit's, which it reads in another
-// part of its event loop than the keys. What announces that it answers and does not is left out.
-void XTestKeyboard::Engine::settle(Bank &bank)
-{
-    if (bank.settled)
-        return;
-    const qint64 waited = m_clock.elapsed() - bank.mappedAt;
-    if (!m_pingWindow) {
-        bank.settled = waited >= deafMapPause;
-        return;
-    }
-    const auto answered = [this](const auto &ping) {
-        return m_watch->lastPong(ping.first) >= ping.second;
-    };
-    bank.settled = std::all_of(bank.pings.begin(), bank.pings.end(), answered);
-    if (bank.settled || waited <= pongLimit || !answered(bank.pings.front()))
-        return;
-    for (const auto &ping : bank.pings) {
-        if (!answered(ping))
-            std::erase(m_companions, ping.first);
-    }
-    bank.settled = true;
-}
-
-// How many keys may be sent now.
+// How many keys may be sent now. A burst ends at a line break after which there may be something to
+// remove.
 std::size_t XTestKeyboard::Engine::sendable()
 {
-    while (m_segment + 1 < m_segments.size() && m_sent == m_segments[m_segment].end)
-        ++m_segment;
-    Bank &bank = m_banks[m_segment % m_banks.size()];
-    if (bank.segment != m_segment || !bank.settled)
+    const std::size_t first = m_flow->sentKeys();
+    m_banks->reach(first);
+    if (!m_banks->ready())
         return 0;
-    // A burst ends at a line break after which there may be something to remove.
-    const std::size_t mostKeys = m_oneByOne ? 1 : burstSize;
-    if (m_oneByOne && m_shown < m_sent)
-        return 0;
-    const std::size_t end = std::min(m_segments[m_segment].end, m_sent + mostKeys);
+    const std::size_t most = std::min(m_flow->room(), m_banks->end() - first);
     std::size_t count = 0;
-    while (m_sent + count < end && (count == 0 || !m_keys[m_sent + count - 1].mayIndent))
+    while (count < most && (count == 0 || !m_keys[first + count - 1].mayIndent))
         ++count;
-    if (m_readBack.useful()) {
-        const std::size_t untaken = m_sent - m_taken;
-        const std::size_t unshown = m_sent - m_shown;
-        return std::min({count, burstSize, mostUntaken - std::min(mostUntaken, untaken),
-                         mostUnshown - std::min(mostUnshown, unshown)});
-    }
-    if (m_sent > m_taken ||
-        m_clock.elapsed() - m_lastBurst < (m_pingWindow ? blindPause : deafPause))
-        return 0;
-    return std::min(count, blindBurstSize);
+    return count;
 }
 
-std::optional<Keystroke> XTestKeyboard::Engine::strokeFor(const PlannedKey &key,
-                                                          std::size_t segment) const
+std::optional<Keystroke> XTestKeyboard::Engine::strokeFor(const PlannedKey &key) const
 {
     switch (key.kind) {
     case PlannedKey::Kind::LineBreak:
@@ -591,26 +401,24 @@ std::optional<Keystroke> XTestKeyboard::Engine::strokeFor(const PlannedKey &key,
     case PlannedKey::Kind::Character:
         break;
     }
-    return key.onLayout ? key.onLayout : m_borrowed->keyFor(bankOf(segment), key.codePoint);
+    return key.onLayout ? key.onLayout : m_banks->keyFor(key.codePoint);
 }
 
-bool XTestKeyboard::Engine::sendBurst()
+bool XTestKeyboard::Engine::sendBurst(std::size_t count)
 {
-    const std::size_t count = sendable();
+    const std::size_t first = m_flow->sentKeys();
     std::vector<Keystroke> strokes;
-    for (std::size_t i = m_sent; i < m_sent + count; ++i) {
-        const std::optional<Keystroke> stroke = strokeFor(m_keys[i], m_segment);
+    std::size_t utf16Units = 0;
+    for (std::size_t i = first; i < first + count; ++i) {
+        const std::optional<Keystroke> stroke = strokeFor(m_keys[i]);
         if (!stroke)
             return false;
         strokes.push_back(*stroke);
+        utf16Units += m_keys[i].codePoint > 0xffff ? 2 : 1;
     }
     if (!post(strokes))
         return false;
-    for (std::size_t i = m_sent; i < m_sent + count; ++i)
-        m_sentUnits += m_keys[i].codePoint > 0xffff ? 2 : 1;
-    m_sent += count;
-    if (m_pingWindow)
-        m_pings.emplace_back(sendPing(m_pingWindow), m_sent);
+    m_flow->sent(count, utf16Units);
     return true;
 }
 
@@ -634,45 +442,6 @@ bool XTestKeyboard::Engine::post(const std::vector<Keystroke> &strokes)
     return allowed;
 }
 
-// Editors that start a new line with the last one's indentation would indent the text twice. What
-// they have added is deleted again, one key at a time, before the line goes on.
-XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
-{
-    if (m_sent == 0 || m_indentChecked == m_sent || !m_keys[m_sent - 1].mayIndent ||
-        m_softLineBreaks || !m_pingWindow || !m_backSpaceKey || !m_readBack.useful())
-        return Indent::None;
-    if (m_shown < m_sent || m_taken < m_sent || m_watch->lastPong(m_pingWindow) < m_indentPing)
-        return Indent::BeingRemoved;
-    m_readBack.observe(m_target->characterCount(), m_sent, m_clock.elapsed());
-    const ReadBack::Sent sent{m_sent, m_sentUnits};
-    const qint64 excess = m_readBack.excess(sent);
-    const bool unchanged = m_indentLeft > 0 && excess >= m_indentLeft;
-    // The answered ping need not mean that the key has been handled: a toolkit may answer while
-    // keys wait in a queue of its own.
-    if (unchanged && m_clock.elapsed() - m_indentKeySent < indentPatience)
-        return Indent::BeingRemoved;
-    if (excess == 0 || unchanged) {
-        m_readBack.acceptExcess(sent);
-        m_indentChecked = m_sent;
-        m_indentLeft = 0;
-        return Indent::None;
-    }
-    m_indentLeft = excess;
-    if (!post({Keystroke{m_backSpaceKey, 0}}))
-        return Indent::Stopped;
-    m_indentKeySent = m_clock.elapsed();
-    m_indentPing = sendPing(m_pingWindow);
-    return Indent::BeingRemoved;
-}
-
-std::uint32_t XTestKeyboard::Engine::sendPing(XWindow window)
-{
-    m_watch->expectPong(window, ++m_lastPing);
-    m_connection->ping(window, m_lastPing);
-    m_connection->flush();
-    return m_lastPing;
-}
-
 void XTestKeyboard::Engine::drain(TypingResult result)
 {
     if (m_phase != Phase::Draining) {
@@ -680,8 +449,8 @@ void XTestKeyboard::Engine::drain(TypingResult result)
         m_phaseStart = m_clock.elapsed();
         m_result = result;
     }
-    confirm();
-    if (m_taken == m_sent || m_clock.elapsed() - m_phaseStart > drainLimit ||
+    updateFlow();
+    if (m_flow->allTaken() || m_clock.elapsed() - m_phaseStart > drainLimit ||
         !m_connection->exists(m_focus)) {
         finish(result);
         return;
@@ -697,9 +466,11 @@ void XTestKeyboard::Engine::finish(TypingResult result)
         m_watch->stop();
         m_borrowed->giveBack();
     }
-    m_target.reset();
+    m_indent.reset();
+    m_banks.reset();
+    m_flow.reset();
     m_keys.clear();
-    m_segments.clear();
+    m_target.reset();
     const auto completion = std::move(m_current.completion);
     m_current = {};
     QTimer::singleShot(0, this, [this, completion, result] {

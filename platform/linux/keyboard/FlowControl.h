@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/linux/keyboard/Pings.h"
+#include "platform/linux/keyboard/ReadBack.h"
+#include "platform/linux/keyboard/TypingTarget.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <utility>
+
+namespace platform::linux_
+{
+
+/// How far a text has come, and how many keys may follow: so many that the program has always some
+/// to handle, so few that none of its queues grows. Made anew for each text. Main thread only.
+///
+/// A key is sent, then taken from the server by the program, which the answer to a ping shows, then
+/// shown in the input, which the length of its text shows. Where one of the two is not to be had it
+/// is taken to be as the other; where neither is, the keys go by time.
+class FlowControl
+{
+public:
+    /// `target` may be null. `countable` tells whether each key adds one to the input's length,
+    /// `oneByOne` whether a key may only be sent once the one before it shows.
+    FlowControl(Pings &pings, TypingTarget *target, bool countable, bool oneByOne,
+                const QElapsedTimer &clock);
+
+    /// Tells of keys just sent and the UTF-16 code units in them.
+    void sent(std::size_t keys, std::size_t utf16Units);
+    /// Takes note of what has arrived. The input is asked, which costs it time, where the flow
+    /// depends on it or something else that is `wanted`.
+    void update(bool wanted);
+
+    /// How many keys may be sent now.
+    std::size_t room() const;
+    std::size_t sentKeys() const { return m_sent; }
+    bool allTaken() const { return m_taken == m_sent; }
+    bool allShown() const { return m_shown == m_sent; }
+    /// Keys that the program will not look up any more. That it has taken them is not enough where
+    /// more is to be had: with an input method a browser looks them up once more when they come
+    /// back from there.
+    std::size_t handled() const { return std::min(m_taken, m_shown); }
+
+    /// Whether nothing has moved for so long that the program must have stopped.
+    bool stalled() const;
+    /// Whether the input has stood still for so long that its text will not come right.
+    bool settledElsewhere() const;
+
+    /// Whether the input tells how long its text is.
+    bool readsBack() const { return m_readBack.useful(); }
+    /// What the input holds beyond what was sent, in its own units; asks it. All keys have to be
+    /// shown.
+    qint64 excess();
+    void acceptExcess();
+
+private:
+    ReadBack::Sent sentText() const { return {m_sent, m_sentUnits}; }
+
+    Pings &m_pings;
+    TypingTarget *m_target;
+    ReadBack m_readBack;
+    bool m_oneByOne = false;
+    const QElapsedTimer &m_clock;
+
+    std::size_t m_sent = 0;
+    /// The same in UTF-16 code units.
+    std::size_t m_sentUnits = 0;
+    std::size_t m_taken = 0;
+    std::size_t m_shown = 0;
+    /// The ping after each burst that has not been answered yet, and the keys sent until then.
+    std::deque<std::pair<Pings::Ping, std::size_t>> m_unanswered;
+    qint64 m_lastBurst = 0;
+    qint64 m_lastProgress = 0;
+    qint64 m_nextReading = 0;
+};
+
+} // namespace platform::linux_

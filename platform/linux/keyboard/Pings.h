@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/linux/keyboard/InputWatch.h"
+#include "platform/linux/keyboard/XConnection.h"
+
+#include <QElapsedTimer>
+
+#include <cstdint>
+
+namespace platform::linux_
+{
+
+/// Pings to the program that is typed into (_NET_WM_PING, Extended Window Manager Hints): it
+/// answers one once it has taken every event before it from the server. The thread of the
+/// connection only; no call waits.
+class Pings
+{
+public:
+    Pings(XConnection &connection, InputWatch &watch, const QElapsedTimer &clock);
+
+    /// How long an answer may take, in milliseconds.
+    static constexpr qint64 limit = 4000;
+
+    /// For a new text: the window at which the program answers, 0 when it does not.
+    void begin(XWindow window);
+
+    /// Whether there is such a window; no longer once the program has left the first pings without
+    /// an answer for too long. Some say that they answer and never do.
+    bool answers() const { return m_window != 0; }
+    void giveUpOnSilence();
+
+    /// What a ping is known by.
+    struct Ping {
+        XWindow window = 0;
+        std::uint32_t number = 0;
+    };
+    /// Pings the program at its own window, or at another one that answers.
+    Ping send() { return send(m_window); }
+    Ping send(XWindow window);
+    bool answered(const Ping &ping) const;
+
+private:
+    XConnection &m_connection;
+    InputWatch &m_watch;
+    const QElapsedTimer &m_clock;
+    XWindow m_window = 0;
+    std::uint32_t m_last = 0;
+    /// The last ping of the text before.
+    std::uint32_t m_before = 0;
+    qint64 m_answeredAt = 0;
+};
+
+} // namespace platform::linux_
