@@ -12,6 +12,15 @@ BUILD = pathlib.Path(os.environ.get(
     "QUILLET_BUILD_DIR", pathlib.Path(__file__).parents[2] / "build" / "test"))
 
 
+@pytest.hookimpl(hookwrapper=True)
+def pytest_runtest_makereport():
+    """Where a test fails, tells of the programs that have ended on desktops that still run."""
+    report = (yield).get_result()
+    if report.failed:
+        for session in Session.running:
+            report.sections.append(("Ended programs", session.ended_programs()))
+
+
 @pytest.fixture
 def desktop():
     """A fresh desktop for one test."""

@@ -35,6 +35,8 @@ def wait_until(condition, what, patience=PATIENCE):
 
 
 class Session:
+    running = []
+
     def __init__(self, a11y=True):
         self.a11y = a11y
         self.folder = tempfile.mkdtemp(prefix="quillet-desktop-")
@@ -63,10 +65,20 @@ class Session:
         except BaseException:
             self.stop()
             raise
+        Session.running.append(self)
         return self
 
-    def __exit__(self, *_):
+    def __exit__(self, failure, *_):
+        Session.running.remove(self)
+        if failure:
+            print(self.ended_programs())
         self.stop()
+
+    def ended_programs(self):
+        """Of each program that runs no more: how it ended, and what it printed last."""
+        return "\n".join(f"{shlex.join(program.command)}: {program.process.returncode}\n"
+                         f"{program.output()[-2000:]}"
+                         for program in self.programs if not program.running())
 
     def _start(self):
         reading, writing = os.pipe()
@@ -220,6 +232,7 @@ class Program:
     """A program running in a session."""
 
     def __init__(self, command, environment, pass_fds, log):
+        self.command = command
         self.log = log
         with open(log, "wb") as output:
             self.process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
