@@ -6,6 +6,13 @@
 namespace platform::linux_
 {
 
+namespace
+{
+
+constexpr qint32 longestBeforeCaret = 256;
+
+} // namespace
+
 std::unique_ptr<TypingTarget> AtspiTypingTarget::ofFocusedElement(AtspiBus &bus,
                                                                   FocusTracker &focus)
 {
@@ -137,6 +144,29 @@ bool AtspiTypingTarget::mayReorderKeys()
 {
     // GTK 3 calls itself "gtk".
     return m_input.facts.toolkit == "GTK";
+std::optional<QString> AtspiTypingTarget::textBeforeCaret()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || isPassword(m_input.facts))
+        return std::nullopt;
+    std::optional<qint32> caret;
+    Pipeline position(*application);
+    position.property(m_input.element.path, atspi::TextInterface, "CaretOffset", "i",
+                      [&](DBusMessage &reply) { caret = reply.readInt32(); });
+    if (!position.wait() || caret.value_or(-1) < 0)
+        return std::nullopt;
+    std::optional<QString> text;
+    Pipeline before(*application);
+    before.call(
+        m_input.element.path, atspi::TextInterface, "GetText",
+        [&](DBusMessage &reply) {
+            if (const std::optional<QByteArray> bytes = reply.readBytes())
+                text = QString::fromUtf8(*bytes);
+        },
+        "ii", std::max(0, *caret - longestBeforeCaret), *caret);
+    return before.wait() ? text : std::nullopt;
+}
+
 }
 
 } // namespace platform::linux_

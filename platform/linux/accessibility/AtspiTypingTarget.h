@@ -25,6 +25,7 @@ public:
     qint64 selectedCharacterCount() override;
     bool takesTabs() override;
     bool mayReorderKeys() override;
+    std::optional<QString> textBeforeCaret() override;
 
 private:
     /// What the element itself says about its focus.

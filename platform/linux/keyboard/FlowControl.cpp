@@ -117,15 +117,10 @@ bool FlowControl::settledElsewhere() const
     return m_readBack.stillFor(m_clock.elapsed()) > settledAfter;
 }
 
-qint64 FlowControl::excess()
-{
-    m_readBack.observe(m_target->characterCount(), m_sent, m_clock.elapsed());
-    return m_readBack.excess(sentText());
-}
-
 void FlowControl::acceptExcess()
 {
-    m_readBack.acceptExcess(sentText());
+    m_readBack.observe(m_target->characterCount(), m_sent, m_clock.elapsed());
+    m_readBack.acceptExcess({m_sent, m_sentUnits});
 }
 
 } // namespace platform::linux_

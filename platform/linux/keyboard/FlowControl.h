@@ -51,14 +51,11 @@ public:
 
     /// Whether the input tells how long its text is.
     bool readsBack() const { return m_readBack.useful(); }
-    /// What the input holds beyond what was sent, in its own units; asks it. All keys have to be
-    /// shown.
-    qint64 excess();
+    /// Takes what the input holds beyond what was sent as belonging there; asks it. All keys have
+    /// to be shown.
     void acceptExcess();
 
 private:
-    ReadBack::Sent sentText() const { return {m_sent, m_sentUnits}; }
-
     Pings &m_pings;
     TypingTarget *m_target;
     ReadBack m_readBack;

@@ -1,49 +1,64 @@
 #include "platform/linux/keyboard/IndentRemoval.h"
 
+#include <algorithm>
+
 namespace platform::linux_
 {
 
 namespace
 {
 
-// Indentation that is still there so many milliseconds after the key that deletes it cannot be
-// deleted. The answered ping need not mean that the key has been handled: a toolkit may answer
-// while keys wait in a queue of its own.
-constexpr qint64 patience = 3000;
+// In milliseconds. A busy machine's editor may stand still for seconds. One whose indentation could
+// not be deleted before gets less time.
+constexpr qint64 patience = 10000;
+constexpr qint64 patienceInVain = 1000;
+constexpr qint64 lookPause = 4;
+
+// The length of the indentation that follows the last line break; absent when something else does.
+std::optional<qsizetype> indentation(const QString &text)
+{
+    const auto end = std::find_if_not(text.crbegin(), text.crend(),
+                                      [](QChar c) { return c.isSpace() && c != u'\n'; });
+    if (end == text.crend() || *end != u'\n')
+        return std::nullopt;
+    return end - text.crbegin();
+}
 
 } // namespace
 
-IndentRemoval::IndentRemoval(FlowControl &flow, Pings &pings, const QElapsedTimer &clock)
-    : m_flow(flow)
-    , m_pings(pings)
-    , m_clock(clock)
+IndentRemoval::IndentRemoval(TypingTarget &target)
+    : m_target(target)
 {
 }
 
-IndentRemoval::Step IndentRemoval::next()
+IndentRemoval::Step IndentRemoval::next(std::size_t line, qint64 now)
 {
-    if (m_done == m_flow.sentKeys() || !m_pings.answers() || !m_flow.readsBack())
+    if (line != m_line) {
+        m_line = line;
+        m_done = false;
+        m_left.reset();
+        m_since = now;
+    }
+    if (m_done)
         return Step::Done;
-    if (!m_flow.allShown() || !m_flow.allTaken() || (m_ping && !m_pings.answered(*m_ping)))
+    if (now < m_nextLook)
         return Step::Wait;
-    const qint64 excess = m_flow.excess();
-    const bool unchanged = m_left > 0 && excess >= m_left;
-    if (unchanged && m_clock.elapsed() - m_sentAt < patience)
-        return Step::Wait;
-    if (excess == 0 || unchanged) {
-        m_flow.acceptExcess();
-        m_done = m_flow.sentKeys();
-        m_left = 0;
+    m_nextLook = now + lookPause;
+    const std::optional<QString> text = m_target.textBeforeCaret();
+    const std::optional<qsizetype> indent = text ? indentation(*text) : std::nullopt;
+    if (!indent || (m_left && *indent >= *m_left)) {
+        if (now - m_since < (m_inVain ? patienceInVain : patience))
+            return Step::Wait;
+        m_inVain = m_done = true;
+        return Step::Keep;
+    }
+    if (*indent == 0) {
+        m_done = true;
         return Step::Done;
     }
-    m_left = excess;
+    m_left = indent;
+    m_since = now;
     return Step::Delete;
-}
-
-void IndentRemoval::deletionSent()
-{
-    m_sentAt = m_clock.elapsed();
-    m_ping = m_pings.send();
 }
 
 } // namespace platform::linux_

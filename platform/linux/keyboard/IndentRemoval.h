@@ -1,9 +1,6 @@
 #pragma once
 
-#include "platform/linux/keyboard/FlowControl.h"
-#include "platform/linux/keyboard/Pings.h"
-
-#include <QElapsedTimer>
+#include "platform/linux/keyboard/TypingTarget.h"
 
 #include <cstddef>
 #include <optional>
@@ -12,35 +9,40 @@ namespace platform::linux_
 {
 
 /// Editors that start a new line with the last one's indentation would indent a text twice. After a
-/// line break this tells what they have added, which BackSpace then deletes key by key, before the
-/// line goes on. Made anew for each text. Main thread only.
+/// line break this looks for what they have added, which BackSpace then deletes key by key, before
+/// the line goes on. Made anew for each text. Times are in milliseconds of any steady clock. Main
+/// thread only; a look at the input waits for its answer.
 class IndentRemoval
 {
 public:
-    IndentRemoval(FlowControl &flow, Pings &pings, const QElapsedTimer &clock);
+    /// `target` is an input that tells how long its text is.
+    explicit IndentRemoval(TypingTarget &target);
 
     enum class Step {
-        /// There is nothing to delete, or it cannot be deleted and belongs there.
+        /// There is nothing left to delete.
         Done,
-        /// The line break, or the last BackSpace, is on its way.
+        /// What is there cannot be deleted and belongs there. Once a line; Done from then on.
+        Keep,
+        /// The line break, or the last BackSpace, does not show yet.
         Wait,
-        /// Send BackSpace, then call deletionSent().
+        /// Send BackSpace.
         Delete,
     };
-    /// What to do when the last key sent is a line break after which there may be indentation.
-    Step next();
-    void deletionSent();
+    /// What to do after the line break that is the text's `line`-th key, and the last one sent.
+    Step next(std::size_t line, qint64 now);
 
 private:
-    FlowControl &m_flow;
-    Pings &m_pings;
-    const QElapsedTimer &m_clock;
-    /// The last line break that is done with, as the number of keys up to it.
-    std::size_t m_done = 0;
-    /// What there was to delete before the last BackSpace.
-    qint64 m_left = 0;
-    std::optional<Pings::Ping> m_ping;
-    qint64 m_sentAt = 0;
+    TypingTarget &m_target;
+    /// The line break of the last call, and whether it is done with.
+    std::size_t m_line = 0;
+    bool m_done = false;
+    /// How much there was to delete before the last BackSpace.
+    std::optional<qsizetype> m_left;
+    /// Since when something is waited for.
+    qint64 m_since = 0;
+    qint64 m_nextLook = 0;
+    /// Whether an indentation of this text could not be deleted.
+    bool m_inVain = false;
 };
 
 } // namespace platform::linux_

@@ -33,6 +33,10 @@ public:
     /// web page, a single-line entry). Where it does not, a tab is typed as four spaces.
     virtual bool takesTabs() { return false; }
 
+    /// The end of the text before the caret, no longer than a few hundred characters; absent when
+    /// the input does not say.
+    virtual std::optional<QString> textBeforeCaret() { return std::nullopt; }
+
     /// Whether the program, where an input method is at work, handles a key that comes while an
     /// earlier one is still with the input method before that one: what is typed quickly arrives
     /// backwards (GTK 4 with IBus).

@@ -270,7 +270,8 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
         return key.kind == PlannedKey::Kind::BackSpace;
     });
     m_flow.emplace(*m_pings, m_target.get(), grows, oneByOne, m_clock);
-    m_indent.emplace(*m_flow, *m_pings, m_clock);
+    if (m_target)
+        m_indent.emplace(*m_target);
     return true;
 }
 
@@ -358,9 +359,11 @@ bool XTestKeyboard::Engine::mayIndentHere() const
 
 XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
 {
-    if (!mayIndentHere() || m_softLineBreaks || !m_backSpaceKey)
+    if (!mayIndentHere() || m_softLineBreaks || !m_backSpaceKey || !m_flow->readsBack())
         return Indent::None;
-    switch (m_indent->next()) {
+    if (!m_flow->allShown() || !m_flow->allTaken())
+        return Indent::BeingRemoved;
+    switch (m_indent->next(m_flow->sentKeys(), m_clock.elapsed())) {
     case IndentRemoval::Step::Done:
         return Indent::None;
     case IndentRemoval::Step::Wait:
@@ -368,10 +371,7 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
     case IndentRemoval::Step::Delete:
         break;
     }
-    if (!post({Keystroke{m_backSpaceKey, 0}}))
-        return Indent::Stopped;
-    m_indent->deletionSent();
-    return Indent::BeingRemoved;
+    return post({Keystroke{m_backSpaceKey, 0}}) ? Indent::BeingRemoved : Indent::Stopped;
 }
 
 // How many keys may be sent now. A burst ends at a line break after which there may be something to
