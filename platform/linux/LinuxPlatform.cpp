@@ -33,8 +33,9 @@ private:
     linux_::LinuxInstallation m_installation;
     linux_::X11Workspace m_workspace;
     linux_::X11ActiveWindow m_activeWindow;
-    linux_::XTestKeyboard m_keyboard{[this] { return m_accessibility.typingTarget(); }};
     linux_::AtspiAccessibility m_accessibility{m_keyboard, m_activeWindow, m_settings};
+    /// Ends first: what it is typing into is known from the accessibility.
+    linux_::XTestKeyboard m_keyboard{[this] { return m_accessibility.typingTarget(); }};
 };
 
 } // namespace

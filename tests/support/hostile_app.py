@@ -15,6 +15,8 @@ Usage: hostile_app.py LIE, one of
   focus-storm        2,000 focus events a second between two inputs
   silent             it never answers
   password           its input is a password field; prints every call that reaches it
+  slow-farewell      it does nothing for a second after somebody has left the bus, and prints "early"
+                     when a key comes meanwhile, "key" for one that comes later
 
 It speaks D-Bus by itself, because a library would refuse to send some of this.
 """
@@ -32,6 +34,7 @@ import time
 LIE = sys.argv[1]
 ROOT = "/org/a11y/atspi/accessible/root"
 FRAME, INPUT, OTHER, DOCUMENT = ("/org/a11y/atspi/accessible/" + n for n in "1234")
+KEY_PRESS_MASK = 1
 IS_DOCUMENT = LIE in ("endless-tree", "vanishing", "many-children")
 FOCUSED = DOCUMENT if IS_DOCUMENT else INPUT
 
@@ -264,9 +267,23 @@ def show_window():
     root = ctypes.c_void_p(x11.XDefaultRootWindow(display))
     window = ctypes.c_void_p(x11.XCreateSimpleWindow(display, root, 20, 20, 600, 400, 0, 0, 0))
     x11.XStoreName(display, window, ("hostile " + LIE).encode())
+    x11.XSelectInput(display, window, KEY_PRESS_MASK)
     x11.XMapWindow(display, window)
     x11.XFlush(display)
     return x11, display
+
+
+def key_has_come(x11, display):
+    event = ctypes.create_string_buffer(192)  # an XEvent
+    return bool(x11.XCheckMaskEvent(display, KEY_PRESS_MASK, event))
+
+
+def leave_no_key_unnoticed(window, someone_left):
+    """Prints which keys have come, and waits where somebody has left."""
+    if someone_left:
+        time.sleep(1)
+    while key_has_come(*window):
+        print("early" if someone_left else "key", flush=True)
 
 
 def main():
@@ -277,11 +294,17 @@ def main():
     window = show_window()
     event = ("focused", 1, 0, ("i", 0), (bus.name, ROOT))
     begin = time.monotonic()
+    pause = {"focus-storm": 0.001, "slow-farewell": 0.1}.get(LIE, 1)
     sent = 0
+    if LIE == "slow-farewell":
+        bus.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                 "AddMatch", "s", "type='signal',member='NameOwnerChanged'")
     if LIE != "focus-storm":
         bus.emit(FOCUSED, "org.a11y.atspi.Event.Object", "StateChanged", "siiv(so)", event)
     while window:
-        for kind, serial, fields, body in bus.messages(0.001 if LIE == "focus-storm" else 1):
+        for kind, serial, fields, body in bus.messages(pause):
+            if LIE == "slow-farewell" and fields.get(3) == "NameOwnerChanged":
+                leave_no_key_unnoticed(window, someone_left=not strings(body)[2])
             if kind != 1 or LIE == "silent":
                 continue
             if LIE == "password":
@@ -293,6 +316,8 @@ def main():
                 bus.send(2, to, *reply)
             else:
                 bus.send(3, to + [(4, ("s", "org.freedesktop.DBus.Error.UnknownMethod"))])
+        if LIE == "slow-farewell":
+            leave_no_key_unnoticed(window, someone_left=False)
         while LIE == "focus-storm" and sent < (time.monotonic() - begin) * 2000:
             sent += 1
             bus.emit((INPUT, OTHER)[sent % 2], "org.a11y.atspi.Event.Object", "StateChanged",

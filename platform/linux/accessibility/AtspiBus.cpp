@@ -218,6 +218,8 @@ void AtspiBus::disconnectBus()
     m_namesListed = false;
     m_unknownProcesses.clear();
     m_registryOwner.clear();
+    m_leavingName.clear();
+    m_toldOfPause.clear();
     while (!m_applications.empty())
         removeName(QByteArray(m_applications.back()->busName()));
     for (DBusConnection **connection : {&m_calls, &m_names, &m_reports})
@@ -278,10 +280,15 @@ void AtspiBus::watchNames()
                                                      &AtspiBus::registerListeners);
                               m_registryOwner = owner;
                           } else if (name.startsWith(':')) {
-                              if (owner.isEmpty())
-                                  removeName(name);
-                              else
+                              if (!owner.isEmpty()) {
                                   addName(name);
+                                  return;
+                              }
+                              removeName(name);
+                              if (name == m_leavingName) {
+                                  m_leavingName.clear();
+                                  tellOfPause();
+                              }
                           }
                       });
     m_calls->call(
@@ -314,11 +321,29 @@ void AtspiBus::registerListeners()
     }
 }
 
-void AtspiBus::pauseEvents()
+void AtspiBus::pauseEvents(const QByteArray &busName, std::function<void()> known)
 {
     m_resume.stop();
-    if (m_pauses++ == 0 && m_reports && m_sinceListening.elapsed() >= shortestListening)
+    m_toldOfPause.emplace_back(busName, std::move(known));
+    if (m_pauses++ == 0 && m_reports && m_sinceListening.elapsed() >= shortestListening) {
+        m_leavingName = m_reports->uniqueName();
         drop(&m_reports);
+    }
+    if (m_leavingName.isEmpty())
+        tellOfPause();
+}
+
+// Whoever answers this, were it with an error, has handled what the bus sent before: that the
+// listener has left.
+void AtspiBus::tellOfPause()
+{
+    for (auto &[busName, known] : std::exchange(m_toldOfPause, {})) {
+        if (m_calls)
+            m_calls->call(
+                busName, dbusPath, "org.freedesktop.DBus.Peer", "Ping",
+                [known = std::move(known)](DBusMessage &) { known(); },
+                DBusConnection::WithoutLimit);
+    }
 }
 
 void AtspiBus::resumeEvents()

@@ -9,7 +9,9 @@
 #include <QSet>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace platform::linux_
@@ -53,10 +55,13 @@ public:
     void catchUp();
 
     /// Until resumeEvents() as many times, and a moment longer: nobody listens, unless listening
-    /// has only just begun. While somebody does, programs with
-    /// at-spi2-atk or Qt ask the registry about every key before they handle it, which takes them
-    /// longer than the key does; at-spi2-atk stops only when the listener has left the bus.
-    void pauseEvents();
+    /// has only just begun. While somebody does, programs with at-spi2-atk or Qt ask the registry
+    /// about every key before they handle it, which takes them longer than the key does;
+    /// at-spi2-atk stops only when the listener has left the bus.
+    ///
+    /// `known` is called once the application of that name knows. Until then it must get no keys:
+    /// a browser that learns that its last listener has left while it asks about a key crashes.
+    void pauseEvents(const QByteArray &busName, std::function<void()> known);
     void resumeEvents();
 
     /// The application of this bus name; absent when it has left.
@@ -85,6 +90,7 @@ private:
     void drop(DBusConnection **connection);
     void startListening();
     void listenAgain();
+    void tellOfPause();
     void registerListeners();
     void addName(const QByteArray &name);
     void removeName(const QByteArray &name);
@@ -106,6 +112,10 @@ private:
     bool m_enabled = false;
     bool m_listening = false;
     int m_pauses = 0;
+    /// The listener that has ended, while the bus still knows it.
+    QByteArray m_leavingName;
+    /// Who is to be told that nobody listens, and whom to tell when they know.
+    std::vector<std::pair<QByteArray, std::function<void()>>> m_toldOfPause;
     QElapsedTimer m_sinceListening;
     QTimer m_resume;
     bool m_asking = false;

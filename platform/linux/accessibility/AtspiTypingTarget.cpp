@@ -27,15 +27,13 @@ AtspiTypingTarget::AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTr
     , m_focus(focus)
     , m_input(std::move(input))
 {
-    if (!m_focus.saysFocus(m_input.element))
-        return;
-    m_ownWord = std::make_shared<OwnWord>();
-    m_bus.pauseEvents();
+    if (m_focus.saysFocus(m_input.element))
+        m_ownWord = std::make_shared<OwnWord>();
 }
 
 AtspiTypingTarget::~AtspiTypingTarget()
 {
-    if (m_ownWord)
+    if (m_paused)
         m_bus.resumeEvents();
 }
 
@@ -53,6 +51,17 @@ bool AtspiTypingTarget::hasFocus()
         return true;
     askWhetherFocused();
     return !m_ownWord->lost;
+}
+
+bool AtspiTypingTarget::isReadyForKeys()
+{
+    if (!m_ownWord)
+        return true;
+    if (!m_paused) {
+        m_paused = std::make_shared<bool>(false);
+        m_bus.pauseEvents(m_input.element.busName, [paused = m_paused] { *paused = true; });
+    }
+    return *m_paused;
 }
 
 // Does not wait: the answer counts at the next look.
@@ -135,15 +144,6 @@ qint64 AtspiTypingTarget::selectedCharacterCount()
     return std::max<qint64>(0, qint64(last) - first);
 }
 
-bool AtspiTypingTarget::takesTabs()
-{
-    return !isInWebPage(m_input.facts) && axRole(m_input.facts) == QLatin1String("AXTextArea");
-}
-
-bool AtspiTypingTarget::mayReorderKeys()
-{
-    // GTK 3 calls itself "gtk".
-    return m_input.facts.toolkit == "GTK";
 std::optional<QString> AtspiTypingTarget::textBeforeCaret()
 {
     AtspiApplication *application = answeringApplication();
@@ -167,6 +167,15 @@ std::optional<QString> AtspiTypingTarget::textBeforeCaret()
     return before.wait() ? text : std::nullopt;
 }
 
+bool AtspiTypingTarget::takesTabs()
+{
+    return !isInWebPage(m_input.facts) && axRole(m_input.facts) == QLatin1String("AXTextArea");
+}
+
+bool AtspiTypingTarget::mayReorderKeys()
+{
+    // GTK 3 calls itself "gtk".
+    return m_input.facts.toolkit == "GTK";
 }
 
 } // namespace platform::linux_

@@ -11,7 +11,8 @@ namespace platform::linux_
 
 /// The input of another application that has the focus when this is made, for as long as text is
 /// typed into it. Where the input says itself whether it has the focus it is asked, and no
-/// application has to report events meanwhile. `bus` and `focus` must outlive it. Main thread only.
+/// application has to report events from isReadyForKeys() on. `bus` and `focus` must outlive it.
+/// Main thread only.
 class AtspiTypingTarget : public TypingTarget
 {
 public:
@@ -20,12 +21,13 @@ public:
     ~AtspiTypingTarget() override;
 
     bool hasFocus() override;
+    bool isReadyForKeys() override;
     std::optional<qint64> characterCount() override;
     bool needsSoftLineBreaks() override;
     qint64 selectedCharacterCount() override;
+    std::optional<QString> textBeforeCaret() override;
     bool takesTabs() override;
     bool mayReorderKeys() override;
-    std::optional<QString> textBeforeCaret() override;
 
 private:
     /// What the element itself says about its focus.
@@ -42,8 +44,10 @@ private:
     AtspiBus &m_bus;
     FocusTracker &m_focus;
     FocusTracker::Focus m_input;
-    /// While it is there the events are paused. Shared, because an answer may come later.
+    /// Absent where the element does not say. Shared, because an answer may come later.
     std::shared_ptr<OwnWord> m_ownWord;
+    /// Whether the application knows that the events are paused; absent while they are not.
+    std::shared_ptr<bool> m_paused;
 };
 
 } // namespace platform::linux_

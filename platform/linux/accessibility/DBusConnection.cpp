@@ -232,6 +232,12 @@ bool DBusConnection::isReady() const
     return !m_closed && sd_bus_is_ready(m_bus) > 0;
 }
 
+QByteArray DBusConnection::uniqueName() const
+{
+    const char *name = nullptr;
+    return isReady() && sd_bus_get_unique_name(m_bus, &name) >= 0 ? QByteArray(name) : QByteArray();
+}
+
 sd_bus_message *DBusConnection::newCall(const QByteArray &destination, const QByteArray &path,
                                         const char *interface, const char *member)
 {

@@ -87,6 +87,8 @@ public:
     bool isOpen() const;
     /// True once the other side has accepted us.
     bool isReady() const;
+    /// Our own name on the bus; empty before isReady().
+    QByteArray uniqueName() const;
 
     /// Sends a call; `handler` is called exactly once with the answer or an error, unless this
     /// connection is destroyed before. `limit` (microseconds) bounds how long the answer is

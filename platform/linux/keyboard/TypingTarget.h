@@ -19,6 +19,10 @@ public:
     /// False as soon as the keyboard focus is anywhere else, or the input is gone.
     virtual bool hasFocus() = 0;
 
+    /// Whether the input's program may be sent keys. Asked again and again, once the input has the
+    /// focus and no key is down, until it is true: the first time begins what has to be done.
+    virtual bool isReadyForKeys() { return true; }
+
     /// Number of Unicode code points that the input holds now; absent when it does not say.
     virtual std::optional<qint64> characterCount() = 0;
 
@@ -29,13 +33,13 @@ public:
     /// Number of code points that are selected now, which the first typed character replaces.
     virtual qint64 selectedCharacterCount() { return 0; }
 
-    /// Whether the Tab key types a tab here (a multi-line editor) and does not move the focus on (a
-    /// web page, a single-line entry). Where it does not, a tab is typed as four spaces.
-    virtual bool takesTabs() { return false; }
-
     /// The end of the text before the caret, no longer than a few hundred characters; absent when
     /// the input does not say.
     virtual std::optional<QString> textBeforeCaret() { return std::nullopt; }
+
+    /// Whether the Tab key types a tab here (a multi-line editor) and does not move the focus on (a
+    /// web page, a single-line entry). Where it does not, a tab is typed as four spaces.
+    virtual bool takesTabs() { return false; }
 
     /// Whether the program, where an input method is at work, handles a key that comes while an
     /// earlier one is still with the input method before that one: what is typed quickly arrives

@@ -12,6 +12,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QSocketNotifier>
+#include <QThread>
 #include <QTimer>
 
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -34,6 +35,7 @@ constexpr std::uint8_t numLock = 16;
 constexpr qint64 focusLimit = 2000;
 constexpr qint64 heldModifiersLimit = 15000;
 constexpr qint64 heldKeysLimit = 1000;
+constexpr qint64 readyLimit = 10000;
 constexpr qint64 drainLimit = 5000;
 constexpr qint64 focusPause = 25;
 
@@ -97,6 +99,7 @@ private:
     bool m_fenceRequested = false;
 
     std::unique_ptr<TypingTarget> m_target;
+    std::optional<qint64> m_askedWhetherReady;
     bool m_softLineBreaks = false;
     XWindow m_focus = 0;
     int m_group = 0;
@@ -139,7 +142,17 @@ XTestKeyboard::Engine::Engine(TargetProvider provider, const QByteArray &display
     });
 }
 
-XTestKeyboard::Engine::~Engine() = default;
+// What is on its way would be looked up in the map as it was.
+XTestKeyboard::Engine::~Engine()
+{
+    if (m_phase != Phase::Typing && m_phase != Phase::Draining)
+        return;
+    for (drain(TypingResult::Interrupted); m_phase == Phase::Draining && !m_connection->broken();
+         drain(TypingResult::Interrupted)) {
+        QThread::msleep(tick);
+        m_watch->poll();
+    }
+}
 
 void XTestKeyboard::Engine::post(const QList<KeyboardEvent> &events,
                                  std::function<void(TypingResult)> completion)
@@ -158,6 +171,7 @@ void XTestKeyboard::Engine::startNext()
     m_phase = Phase::Waiting;
     m_phaseStart = m_clock.elapsed();
     m_fenceRequested = false;
+    m_askedWhetherReady.reset();
     m_target = m_provider ? m_provider() : nullptr;
     m_timer.start(0);
 }
@@ -223,6 +237,15 @@ void XTestKeyboard::Engine::wait()
     const bool held = moment->heldModifiers || (moment->keyHeld && waited < heldKeysLimit);
     if (!focused || held) {
         m_timer.start(5);
+        return;
+    }
+    if (m_target && !m_target->isReadyForKeys()) {
+        if (!m_askedWhetherReady)
+            m_askedWhetherReady = m_clock.elapsed();
+        if (m_clock.elapsed() - *m_askedWhetherReady > readyLimit)
+            finish(TypingResult::Interrupted);
+        else
+            m_timer.start(tick);
         return;
     }
     m_focus = moment->focus;
@@ -365,6 +388,9 @@ XTestKeyboard::Engine::Indent XTestKeyboard::Engine::removeIndent()
         return Indent::BeingRemoved;
     switch (m_indent->next(m_flow->sentKeys(), m_clock.elapsed())) {
     case IndentRemoval::Step::Done:
+        return Indent::None;
+    case IndentRemoval::Step::Keep:
+        m_flow->acceptExcess();
         return Indent::None;
     case IndentRemoval::Step::Wait:
         return Indent::BeingRemoved;

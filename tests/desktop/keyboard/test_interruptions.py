@@ -1,5 +1,6 @@
 """The user, another window, a signal: typing stops cleanly and the keyboard is as it was."""
 
+import pathlib
 import signal
 import subprocess
 import time
@@ -12,12 +13,13 @@ from texts import make
 
 # Long enough to be still under way when something happens, and full of borrowed characters.
 TEXT = make("cjk", 20000, seed=5)
+HOSTILE = str(pathlib.Path(__file__).parents[2] / "support" / "hostile_app.py")
 
 
 @pytest.fixture
-def editor(build):
+def editor(request, build):
     with Session() as desktop:
-        yield Input(desktop, build, "mousepad")
+        yield Input(desktop, build, getattr(request, "param", "mousepad"))
 
 
 def start(editor):
@@ -87,6 +89,15 @@ def test_a_page_that_moves_the_focus_gets_no_more_than_is_on_its_way(build):
         assert text[first:].startswith(second)
 
 
+def test_no_key_comes_before_the_program_knows_that_nobody_listens(desktop, build):
+    # Browsers crash that learn it while they ask the registry about a key.
+    program = desktop.start([HOSTILE, "slow-farewell"])
+    desktop.activate(desktop.wait_for_window("hostile"))
+    subprocess.run([str(build / "tests/support/type_probe")], env=desktop.env, input="typed",
+                   text=True, check=True)
+    assert wait_until(program.output, "the keys").startswith("key")
+
+
 def test_a_closed_window_ends_it(editor):
     process, before = start(editor)
     editor.program.process.kill()
@@ -94,11 +105,16 @@ def test_a_closed_window_ends_it(editor):
     assert keyboard_map(editor.desktop) == before
 
 
+@pytest.mark.parametrize("editor", ["mousepad", "textarea"], indirect=True)
 def test_a_terminated_process_leaves_the_keyboard_as_it_was(editor):
     process, before = start(editor)
     process.send_signal(signal.SIGTERM)
     assert editor.finish(process) is None
     assert keyboard_map(editor.desktop) == before
+    # What was on its way is still what it was to be.
+    editor.desktop.key("Return")
+    wait_until(lambda: (editor.read() or "").endswith("\n"), "the last key")
+    check_prefix(editor.read().rstrip("\n"))
 
 
 @pytest.mark.parametrize("layout", [None, "fr"], ids=["left", "changed"])
