@@ -59,6 +59,34 @@ def test_an_answer_of_five_megabytes(desktop, build, chat):
     witness.stays_alive(2)
 
 
+# The page tells how far it is: who asks it over the accessibility bus would come and go meanwhile.
+PAGE = """<!doctype html><meta charset=utf-8><title>Empty page</title>
+<textarea autofocus spellcheck=false style="width:500px;height:300px"
+    oninput="document.title = value.endsWith('.') ? 'Done' : 'Being written'">before</textarea>"""
+
+
+def test_ended_while_it_writes(desktop, build, chat):
+    chat.answer = "".join(chr(0x4e00 + i % 5000) if i % 50 else "\n" for i in range(1, 60_000))
+    witness = Witness(desktop, build, chat.environment)
+    browser = desktop.start_chromium(PAGE)
+    witness.sees_button_on(desktop.wait_for_window("Empty page"))
+    layout = desktop.run(["xkbcomp", "-xkb", desktop.env["DISPLAY"], "-"])
+    witness.opens_popup()
+    witness.clicks_in_popup(OPTION)
+    wait_until(lambda: chat.answer in witness.texts("quillet"), "the answer")
+    witness.clicks_in_popup(APPLY)
+    desktop.wait_for_window("Being written")
+    witness.quillet.signal(signal.SIGTERM)
+    assert witness.quillet.process.wait() == 0
+    assert desktop.run(["xkbcomp", "-xkb", desktop.env["DISPLAY"], "-"]) == layout
+    # What was on its way is still what it was to be.
+    desktop.key("period")
+    desktop.wait_for_window("Done")
+    text = witness.texts("chromium")[0].rstrip(".\n")
+    assert len(text) < len(chat.answer) and chat.answer.startswith(text)
+    assert browser.running()
+
+
 def test_killed_and_started_over_a_broken_store(desktop, build, chat):
     witness = Witness(desktop, build, chat.environment)
     witness.opens_editor("letter.txt", "a text")
