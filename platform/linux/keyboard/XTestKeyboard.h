@@ -22,7 +22,8 @@ namespace platform::linux_
 /// keyboard map is left as it was found; what a killed process has left is put back when the next
 /// one is created.
 ///
-/// Main thread only. Destroying it during a sequence restores the map and drops the completions.
+/// Main thread only. Destroying it during a sequence waits until the keys on their way have been
+/// taken, up to five seconds, restores the map and drops the completions.
 class XTestKeyboard : public KeyboardEvents
 {
 public:
