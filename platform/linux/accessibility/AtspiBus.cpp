@@ -333,17 +333,24 @@ void AtspiBus::pauseEvents(const QByteArray &busName, std::function<void()> know
         tellOfPause();
 }
 
-// Whoever answers this, were it with an error, has handled what the bus sent before: that the
-// listener has left.
+// The registry first: it is from there that Qt's programs learn it. Whoever answers, were it with
+// an error, has handled what the bus sent before.
 void AtspiBus::tellOfPause()
 {
-    for (auto &[busName, known] : std::exchange(m_toldOfPause, {})) {
-        if (m_calls)
-            m_calls->call(
-                busName, dbusPath, "org.freedesktop.DBus.Peer", "Ping",
-                [known = std::move(known)](DBusMessage &) { known(); },
-                DBusConnection::WithoutLimit);
-    }
+    if (!m_calls)
+        return;
+    m_calls->call(
+        atspi::registryName, atspi::registryPath, atspi::RegistryInterface, "GetRegisteredEvents",
+        [this, told = std::exchange(m_toldOfPause, {})](DBusMessage &) {
+            for (const auto &[busName, known] : told) {
+                // Not "Ping" of org.freedesktop.DBus.Peer, which a thread of Qt's answers.
+                if (m_calls)
+                    m_calls->call(
+                        busName, atspi::rootPath, atspi::AccessibleInterface, "GetState",
+                        [known = known](DBusMessage &) { known(); }, DBusConnection::WithoutLimit);
+            }
+        },
+        serviceLimit);
 }
 
 void AtspiBus::resumeEvents()

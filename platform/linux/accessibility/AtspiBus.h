@@ -60,7 +60,8 @@ public:
     /// at-spi2-atk stops only when the listener has left the bus.
     ///
     /// `known` is called once the application of that name knows. Until then it must get no keys:
-    /// a browser that learns that its last listener has left while it asks about a key crashes.
+    /// a browser that learns that its last listener has left while it asks about a key crashes, and
+    /// Qt handles those that come afterwards before those that it has asked about.
     void pauseEvents(const QByteArray &busName, std::function<void()> known);
     void resumeEvents();
 
