@@ -278,12 +278,9 @@ def key_has_come(x11, display):
     return bool(x11.XCheckMaskEvent(display, KEY_PRESS_MASK, event))
 
 
-def leave_no_key_unnoticed(window, someone_left):
-    """Prints which keys have come, and waits where somebody has left."""
-    if someone_left:
-        time.sleep(1)
+def note_keys(window, word):
     while key_has_come(*window):
-        print("early" if someone_left else "key", flush=True)
+        print(word, flush=True)
 
 
 def main():
@@ -303,8 +300,11 @@ def main():
         bus.emit(FOCUSED, "org.a11y.atspi.Event.Object", "StateChanged", "siiv(so)", event)
     while window:
         for kind, serial, fields, body in bus.messages(pause):
-            if LIE == "slow-farewell" and fields.get(3) == "NameOwnerChanged":
-                leave_no_key_unnoticed(window, someone_left=not strings(body)[2])
+            if LIE == "slow-farewell" and fields.get(3) == "NameOwnerChanged" and \
+                    not strings(body)[2]:
+                note_keys(window, "key")
+                time.sleep(1)
+                note_keys(window, "early")
             if kind != 1 or LIE == "silent":
                 continue
             if LIE == "password":
@@ -317,7 +317,7 @@ def main():
             else:
                 bus.send(3, to + [(4, ("s", "org.freedesktop.DBus.Error.UnknownMethod"))])
         if LIE == "slow-farewell":
-            leave_no_key_unnoticed(window, someone_left=False)
+            note_keys(window, "key")
         while LIE == "focus-storm" and sent < (time.monotonic() - begin) * 2000:
             sent += 1
             bus.emit((INPUT, OTHER)[sent % 2], "org.a11y.atspi.Event.Object", "StateChanged",
