@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
+
 # Where Quillet sends what it is given; fixed when it is built.
 
 set(QUILLET_BACKEND_ENDPOINT "" CACHE STRING

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
+
 # Compiler settings that every target of the project shares. Link the interface
 # target `quillet_options` (PRIVATE) to get them.
 

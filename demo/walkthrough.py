@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Walks through Quillet's main job on a virtual display, as a person who has just installed it.
 
     walkthrough.py BUILD_FOLDER SCREENSHOT_FOLDER

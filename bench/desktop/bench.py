@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Runs the groups of rows, prints the table and writes every sample. Started by bench/run."""
 
 import argparse

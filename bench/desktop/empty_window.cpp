@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The least that a Qt Widgets program can be: what Quillet's footprint and start are held against.
 
 #include <QApplication>

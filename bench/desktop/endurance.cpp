@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Runs the observer, the button and the popup for a long time on whatever has the focus, against a
 // backend that answers at once, and prints the resident memory after every tenth, in kibibytes, as
 // JSON on standard error: bench_endurance TICKS OPENINGS

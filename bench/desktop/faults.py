@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """How long Quillet's own window takes at the longest to answer while something around it fails: the
 desktop tests of faults watch that, and this reads it off them."""
 

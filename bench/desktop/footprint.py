@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Memory, and the time until the window is there, against an empty window."""
 
 import time

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """What Quillet costs while it waits, and whether it grows."""
 
 import json

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A large tree in a toolkit whose accessibility has no bulk calls: labels in a pane that has the
 // focus.
 

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """From the focus to the button, and from the click to the popup."""
 
 import re

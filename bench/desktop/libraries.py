@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """The parts that need no desktop: their benchmark programs, and the backend's start."""
 
 import base64

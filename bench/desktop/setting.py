@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """What the groups of rows share: the programs, how much to measure, and a desktop ready for it."""
 
 import pathlib

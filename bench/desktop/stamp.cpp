@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Copies standard input to standard output, each line after the monotonic time in nanoseconds at
 // which it came.
 

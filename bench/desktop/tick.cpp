@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Times the observer's tick on whatever has the focus: bench_tick SAMPLES. What the observer prints
 // goes to standard output; the samples, in nanoseconds, go to standard error as JSON.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Looks through the tree below the focused element and reads its text, in bulk and element by
 // element through the same interface, in turn: bench_tree ROLE ELEMENTS REPETITIONS. Waits
 // until an element of that role with so many below it has the focus: a page's tree comes late.

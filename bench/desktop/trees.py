@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Looking through a large page, and reading it, in bulk and element by element."""
 
 import json

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Waits for a new window and tells when it was there and when it was painted, in nanoseconds of the
 // monotonic clock:
 //

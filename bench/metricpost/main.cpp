@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // How fast the analytics client is, and how fast against plain SQLite in the same run:
 //   cmake --preset bench && cmake --build --preset bench --target bench_metricpost
 //   build/bench/bench/metricpost/bench_metricpost

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Speed of the offline engine's grammar check.
 
 #include "backend/offline/OfflineEngine.h"

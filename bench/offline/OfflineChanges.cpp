@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Measures false alarms: runs a command of the offline engine over prose that is
 // believed correct and reports what it would change.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Presses and releases the keys for the text of standard input, all at once and without a look at
 // anything: what a program takes when typing costs nothing. Characters that the layout does not have
 // alone or with Shift are left out.

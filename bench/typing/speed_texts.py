@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Texts as people write them, for the speed of typing: sentences in paragraphs. Programs lay out a
 whole paragraph anew with each key, so that one endless line measures them and not the typing."""
 

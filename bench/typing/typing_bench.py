@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Types texts into real programs with our keyboard and with `xdotool type`, and compares what
 arrived: speed and exactness, program by program and kind by kind.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "quillet/shell/InstallGuard.h"
 
 bool isRunningFromXcode(platform::Installation &installation)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """A language model's chat interface on loopback that always answers the same text, or nothing."""
 
 import http.server

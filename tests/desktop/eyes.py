@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """What a person sees of other programs, through the accessibility bus of the session that this runs
 in. Prints JSON.
 

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Works Quillet as a person does: looks for controls by their names and clicks them."""
 
 import json

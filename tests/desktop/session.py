@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """A desktop of its own for one test: X server, window manager, session bus, accessibility bus.
 
 Everything lives in a temporary folder and carries the folder's name in its environment, so that

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Whatever bytes arrive are read or refused; what was read can be written and read again.
 #include "JSONHandler.h"
 #include "KeyedArchive.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Whatever text arrives is decoded or refused; what was decoded survives a round trip.
 #include "AnyCodable.h"
 #include "JSONHandler.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The main() of tests that need widgets: one application for all cases, without a display.
 #include <QApplication>
 

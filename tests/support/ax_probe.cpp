@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Looks at the desktop through the accessibility adapter, as the application does. Each command is
 // a JSON list, a line of standard input, and is answered by a line of JSON with the time that it
 // took, "ms".

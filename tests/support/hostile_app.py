@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """An application that lies on the accessibility bus, with a window of its own.
 
 Usage: hostile_app.py LIE, one of

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Types the text of standard input into the focused input, as the application does, and prints what
 // came of it as one line of JSON: {"result": "typed", "milliseconds": 12.3, "coreSeconds": 0.02,
 // "codePoints": 45}, where coreSeconds is what all processor cores together have worked meanwhile.

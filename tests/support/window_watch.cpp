@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Asks a window's program over and over whether it still answers (_NET_WM_PING, Extended Window
 // Manager Hints), until standard input ends, and prints what came of it as one line of JSON:
 // {"answers": 12, "longest": 3.4}, in milliseconds. A question that is still open counts with the

@@ -1,4 +1,6 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Makes emoji.tsv, the words that emojify answers with an emoji.
 
 Input: the English annotations of the Unicode CLDR, which Debian ships in the

@@ -1,4 +1,6 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Makes words.txt, the word frequencies that rank spelling candidates.
 
 Input, all from Debian 12:

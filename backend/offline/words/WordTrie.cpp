@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "backend/offline/words/WordTrie.h"
 
 #include "backend/offline/text/Letters.h"

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Drives tests/support/ax_probe: the accessibility adapter as the application uses it."""
 
 import json

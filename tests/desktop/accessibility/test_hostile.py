@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Applications that lie: no question hangs, crashes or believes them."""
 
 import pathlib

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Real programs, looked at and written into through the accessibility adapter."""
 
 import signal

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """The desktop below Quillet fails: the accessibility service and the window manager."""
 
 import os

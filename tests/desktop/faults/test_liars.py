@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """The focused application lies on the accessibility bus, or floods it."""
 
 import os

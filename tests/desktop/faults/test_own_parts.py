@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Parts of Quillet itself fail: the backend, the store of the analytics, the program."""
 
 import os

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Passwords are none of Quillet's business: no button, and nobody asks for them."""
 
 import pathlib

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Watches Quillet through a fault without the accessibility bus: by its windows, their pixels and
 the looks at the focus that it tells of."""
 

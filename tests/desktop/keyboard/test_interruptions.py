@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """The user, another window, a signal: typing stops cleanly and the keyboard is as it was."""
 
 import pathlib

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """What is typed arrives exactly, in every program and with every layout."""
 
 import pytest

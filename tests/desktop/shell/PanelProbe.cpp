@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A program with a floating panel, for the desktop tests. It reads commands from standard input,
 // one a line, and answers each with one line on standard output.
 #include "platform/linux/desktop/X11Workspace.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The application shell with plain views, on the real desktop, for the desktop tests.
 #include "platform/linux/desktop/LinuxInstallation.h"
 #include "platform/linux/desktop/X11Workspace.h"

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: The Quillet authors
+# SPDX-License-Identifier: Apache-2.0
 """Panels among the windows of other programs: focus, stacking, place, shape."""
 
 import pytest

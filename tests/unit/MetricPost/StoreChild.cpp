@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A process that the tests lock a store with, kill, or starve of disk space.
 //   metricpost_child lock FILE MILLISECONDS    holds the write lock that long
 //   metricpost_child track FOLDER TOKEN        tracks without end; prints a dot for each stored row

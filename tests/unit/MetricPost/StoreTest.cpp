@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "KeyedArchive.h"
 #include "MPDB.h"
 #include "MetricPostPersistence.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Claims to be the only instance and says what came of it; the first one stays until its standard
 // input ends, and reports each later one. Arguments: socket, startup id, and a third
 // to ask for the wizard.

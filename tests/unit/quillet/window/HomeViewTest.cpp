@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "quillet/window/HomeView.h"
 #include "quillet/window/CardView.h"
 #include "quillet/window/StyledButton.h"
