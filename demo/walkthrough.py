@@ -112,8 +112,10 @@ def main():
             done = walkthrough.editor()
         except (TimeoutError, RuntimeError) as problem:
             walkthrough.picture("stuck")
-            print(f"The walkthrough is stuck: {problem}\n{walkthrough.quillet.output()[-2000:]}",
-                  file=sys.stderr)
+            print(
+                f"The walkthrough is stuck: {problem}\n{walkthrough.quillet.output()[-2000:]}",
+                file=sys.stderr,
+            )
             return 1
     print(f"Screenshots are in {pictures}")
     print("The editor holds the result." if done else "The editor does NOT hold the result.")

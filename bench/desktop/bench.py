@@ -44,19 +44,33 @@ GROUPS = {
 
 
 def machine():
-    commit = subprocess.run(["git", "-C", str(ROOT), "rev-parse", "--short", "HEAD"], text=True,
-                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
-    return {"date": datetime.datetime.now().isoformat(timespec="seconds"),
-            "cores": os.cpu_count(), "load": os.getloadavg(), "kernel": platform.release(),
-            "commit": commit.stdout.strip()}
+    commit = subprocess.run(
+        ["git", "-C", str(ROOT), "rev-parse", "--short", "HEAD"],
+        text=True,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.DEVNULL,
+        check=False,
+    )
+    return {
+        "date": datetime.datetime.now().isoformat(timespec="seconds"),
+        "cores": os.cpu_count(),
+        "load": os.getloadavg(),
+        "kernel": platform.release(),
+        "commit": commit.stdout.strip(),
+    }
 
 
 def main():
     parser = argparse.ArgumentParser(prog="bench/run", description="Measures the running product.")
     parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--quillet", type=pathlib.Path, help="measure this build of Quillet")
-    parser.add_argument("--only", metavar="ROW", action="append", choices=GROUPS,
-                        help="one group of rows; may be given several times")
+    parser.add_argument(
+        "--only",
+        metavar="ROW",
+        action="append",
+        choices=GROUPS,
+        help="one group of rows; may be given several times",
+    )
     parser.add_argument("--quick", action="store_true", help="a few samples each")
     parser.add_argument("--list", action="store_true", help="name the groups")
     options = parser.parse_args()
@@ -65,8 +79,9 @@ def main():
         return 0
 
     build = options.build.resolve()
-    setting = Setting(build, (options.quillet or build / "quillet" / "quillet").resolve(),
-                      options.quick)
+    setting = Setting(
+        build, (options.quillet or build / "quillet" / "quillet").resolve(), options.quick
+    )
     before = machine()
     rows, failures = [], {}
     results = build / "results.json"
@@ -74,16 +89,29 @@ def main():
         print(f"measuring {name} ...", file=sys.stderr, flush=True)
         try:
             rows += GROUPS[name](setting)
-        except (OSError, RuntimeError, TimeoutError, ValueError, AssertionError,
-                subprocess.SubprocessError) as problem:
+        except (
+            OSError,
+            RuntimeError,
+            TimeoutError,
+            ValueError,
+            AssertionError,
+            subprocess.SubprocessError,
+        ) as problem:
             failures[name] = str(problem)
         after = machine()
         # Each time, so that an hour's samples outlive whatever ends the next group.
-        found = {"before": before, "after": after, "quick": options.quick, "failures": failures,
-                 "rows": [dataclasses.asdict(row) for row in rows]}
+        found = {
+            "before": before,
+            "after": after,
+            "quick": options.quick,
+            "failures": failures,
+            "rows": [dataclasses.asdict(row) for row in rows],
+        }
         results.write_text(json.dumps(found, indent=1, ensure_ascii=False) + "\n")
-    print(f"{before['date']}, commit {before['commit']}, {before['cores']} cores, load "
-          f"{before['load'][0]:.1f} before and {after['load'][0]:.1f} after")
+    print(
+        f"{before['date']}, commit {before['commit']}, {before['cores']} cores, load "
+        f"{before['load'][0]:.1f} before and {after['load'][0]:.1f} after"
+    )
     print_table(rows)
     for name, problem in failures.items():
         print(f"{name}: NOT MEASURED: {problem.strip()}")

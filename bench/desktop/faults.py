@@ -30,12 +30,33 @@ def longest_pauses(printed):
 def measure(setting):
     chosen = ["-k", "impossible-role"] if setting.quick else []
     result = subprocess.run(
-        ["/usr/bin/python3", "-m", "pytest", "-p", "no:cacheprovider", "-v", "-s", *chosen,
-         str(TESTS)], stdout=subprocess.PIPE, text=True, check=False,
-        env=dict(os.environ, QUILLET_BUILD_DIR=str(setting.build)))
+        [
+            "/usr/bin/python3",
+            "-m",
+            "pytest",
+            "-p",
+            "no:cacheprovider",
+            "-v",
+            "-s",
+            *chosen,
+            str(TESTS),
+        ],
+        stdout=subprocess.PIPE,
+        text=True,
+        check=False,
+        env=dict(os.environ, QUILLET_BUILD_DIR=str(setting.build)),
+    )
     if result.returncode:
         print(result.stdout, file=sys.stderr)
         raise RuntimeError("a test of the faults has failed")
-    return [Row(f"longest answer, {name.replace('_', ' ')}", f"<= {LIMIT} ms", "ms", pauses,
-                reached=max(pauses) <= LIMIT, note=f"at most {max(pauses)} ms")
-            for name, pauses in longest_pauses(result.stdout).items()]
+    return [
+        Row(
+            f"longest answer, {name.replace('_', ' ')}",
+            f"<= {LIMIT} ms",
+            "ms",
+            pauses,
+            reached=max(pauses) <= LIMIT,
+            note=f"at most {max(pauses)} ms",
+        )
+        for name, pauses in longest_pauses(result.stdout).items()
+    ]

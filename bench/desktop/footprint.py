@@ -42,11 +42,27 @@ def measure(setting):
             empty_starts.append(start(session, setting, empty))
     rows = []
     for index, what in enumerate(("footprint", "footprint: private part")):
-        rows.append(Row(what, "" if index else "<= 1.6 x peer", "MiB", [s[index] for s in sizes],
-                        peer=[s[index] for s in empty_sizes], peer_name="empty window"))
+        rows.append(
+            Row(
+                what,
+                "" if index else "<= 1.6 x peer",
+                "MiB",
+                [s[index] for s in sizes],
+                peer=[s[index] for s in empty_sizes],
+                peer_name="empty window",
+            )
+        )
     for index, what in enumerate(("window mapped", "window painted")):
-        rows.append(Row(f"start: {what}", "<= 2.5 x peer", "ms", [s[index] for s in starts],
-                        peer=[s[index] for s in empty_starts], peer_name="empty window"))
+        rows.append(
+            Row(
+                f"start: {what}",
+                "<= 2.5 x peer",
+                "ms",
+                [s[index] for s in starts],
+                peer=[s[index] for s in empty_starts],
+                peer_name="empty window",
+            )
+        )
     for row, limit in zip((rows[0], *rows[2:]), (1.6, 2.5, 2.5)):
         row.reached = row.ratio() <= limit
     return rows

@@ -36,8 +36,16 @@ def idle(setting):
         for name, spent in before.items():
             used = 100 * (cpu_seconds(pids[name]) - spent) / passed
             ours = name == "quillet"
-            rows.append(Row(f"idle: {name}", "< 0.2 %" if ours else "", "%", [used],
-                            used < 0.2 if ours else None, note=f"of one core over {passed:.0f} s"))
+            rows.append(
+                Row(
+                    f"idle: {name}",
+                    "< 0.2 %" if ours else "",
+                    "%",
+                    [used],
+                    used < 0.2 if ours else None,
+                    note=f"of one core over {passed:.0f} s",
+                )
+            )
     return rows
 
 
@@ -50,8 +58,15 @@ def growth(setting):
         found = json.loads(session.run(["sh", "-c", command], patience=580).splitlines()[-1])
     sizes = [size / 1024 for size in found["rss"]]
     grown = sizes[-1] - sizes[1]
-    row = Row("memory growth", f"<= {GROWTH_LIMIT} MiB", "MiB", [grown],
-              grown <= GROWTH_LIMIT and found["opened"] == openings)
-    row.note = (f"{ticks} ticks, {found['opened']} openings, {found['answers']} answers; resident "
-                "after each tenth: " + ", ".join(f"{size:.1f}" for size in sizes))
+    row = Row(
+        "memory growth",
+        f"<= {GROWTH_LIMIT} MiB",
+        "MiB",
+        [grown],
+        grown <= GROWTH_LIMIT and found["opened"] == openings,
+    )
+    row.note = (
+        f"{ticks} ticks, {found['opened']} openings, {found['answers']} answers; resident "
+        "after each tenth: " + ", ".join(f"{size:.1f}" for size in sizes)
+    )
     return [row]

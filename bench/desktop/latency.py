@@ -20,8 +20,9 @@ class Quillet:
         allow(session)
         self.session = session
         self.person = Person(session)
-        self.output = session.start(["sh", "-c", '"$0" | "$1"', str(setting.quillet),
-                                     setting.program("stamp")]).output
+        self.output = session.start(
+            ["sh", "-c", '"$0" | "$1"', str(setting.quillet), setting.program("stamp")]
+        ).output
         session.wait_for_window("^Quillet$")
         self.person.click("Next")
         wait_until(lambda: "Starting Accessibility Observer" in self.output(), "the observer")
@@ -74,8 +75,7 @@ def measure(setting):
         time.sleep(1)
         popup = click_to_popup(session, setting, quillet)
     rows = []
-    for name, limit, found in (("focus seen to button", 30, button),
-                               ("click to popup", 50, popup)):
+    for name, limit, found in (("focus seen to button", 30, button), ("click to popup", 50, popup)):
         for what, samples in found.items():
             row = Row(f"{name} {what}", f"<= {limit} ms", "ms", samples)
             row.reached = row.median() <= limit

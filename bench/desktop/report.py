@@ -38,11 +38,17 @@ def print_table(rows):
     lines = [("row", "goal", "median", "middle half", "peer", "ratio", "reached")]
     for row in rows:
         low, high = spread(row.samples)
-        lines.append((
-            row.name, row.goal, f"{row.median():.4g} {row.unit}", f"{low:.4g} to {high:.4g}",
-            f"{statistics.median(row.peer):.4g} {row.unit} {row.peer_name}" if row.peer else "",
-            f"{row.ratio():.2f}" if row.peer else "",
-            {True: "yes", False: "NO", None: "-"}[row.reached]))
+        lines.append(
+            (
+                row.name,
+                row.goal,
+                f"{row.median():.4g} {row.unit}",
+                f"{low:.4g} to {high:.4g}",
+                f"{statistics.median(row.peer):.4g} {row.unit} {row.peer_name}" if row.peer else "",
+                f"{row.ratio():.2f}" if row.peer else "",
+                {True: "yes", False: "NO", None: "-"}[row.reached],
+            )
+        )
     widths = [max(len(line[column]) for line in lines) for column in range(len(lines[0]))]
     for line in lines:
         print("  ".join(cell.ljust(width) for cell, width in zip(line, widths)).rstrip())

@@ -20,8 +20,10 @@ def samples(session, setting):
 
 
 def rows_of(name, found):
-    return [Row(f"tick, {name}: CPU", "<= 1 ms", "ms", found["cpu"]),
-            Row(f"tick, {name}: time", "<= 3 ms", "ms", found["wall"])]
+    return [
+        Row(f"tick, {name}: CPU", "<= 1 ms", "ms", found["cpu"]),
+        Row(f"tick, {name}: time", "<= 3 ms", "ms", found["wall"]),
+    ]
 
 
 def measure(setting):

@@ -20,8 +20,19 @@ LAYOUTS = "us,de,fr,ru"
 def samples_of(setting, *arguments):
     with tempfile.NamedTemporaryFile(suffix=".json") as file:
         # Fails where a text was not exact; that is a row of ours, not an accident.
-        subprocess.run([sys.executable, str(COMMAND), "--build", str(setting.build), "--json",
-                        file.name, *arguments], check=False, stdout=sys.stderr)
+        subprocess.run(
+            [
+                sys.executable,
+                str(COMMAND),
+                "--build",
+                str(setting.build),
+                "--json",
+                file.name,
+                *arguments,
+            ],
+            check=False,
+            stdout=sys.stderr,
+        )
         return json.load(file)["samples"]
 
 
@@ -39,9 +50,11 @@ def exact(samples):
 
 def speed(setting):
     samples = []
-    for programs, kinds, repeat in ((None, "latin,cjk,mixed", 3),
-                                    (None, "line,different", 2),
-                                    ("textarea,contenteditable", "long", 3)):
+    for programs, kinds, repeat in (
+        (None, "latin,cjk,mixed", 3),
+        (None, "line,different", 2),
+        ("textarea,contenteditable", "long", 3),
+    ):
         arguments = ["--kinds", kinds, "--repeat", str(setting.count(repeat, 1))]
         if setting.quick:
             programs = "mousepad"
@@ -55,10 +68,17 @@ def speed(setting):
         goal = GOALS.get(kind, OTHER_GOAL)
         program_allows = statistics.median(rates(ours, "shortest"))
         machine_allows = statistics.median(rates(ours, "machine"))
-        row = Row(f"typing, {program}, {kind}", f">= {goal}/s, exact", "/s", rates(ours),
-                  peer=rates(peer), peer_name="xdotool", details=chosen,
-                  note=f"exact {exact(ours)}, the program's own processor time allows "
-                  f"{program_allows:.0f}/s, that of everything {machine_allows:.0f}/s")
+        row = Row(
+            f"typing, {program}, {kind}",
+            f">= {goal}/s, exact",
+            "/s",
+            rates(ours),
+            peer=rates(peer),
+            peer_name="xdotool",
+            details=chosen,
+            note=f"exact {exact(ours)}, the program's own processor time allows "
+            f"{program_allows:.0f}/s, that of everything {machine_allows:.0f}/s",
+        )
         if peer:
             row.note += f", xdotool {exact(peer)}"
         row.reached = all(s["exact"] for s in ours) and row.median() >= goal
@@ -76,7 +96,15 @@ def exactness(setting):
     for program in dict.fromkeys(s["program"] for s in samples):
         ours = [s for s in samples if s["program"] == program]
         share = 100 * statistics.fmean(s["exact"] for s in ours)
-        rows.append(Row(f"exactness, {program}", "100 %", "%", [share], share == 100,
-                        details=ours,
-                        note=f"{exact(ours)} texts, {statistics.median(rates(ours)):.0f}/s"))
+        rows.append(
+            Row(
+                f"exactness, {program}",
+                "100 %",
+                "%",
+                [share],
+                share == 100,
+                details=ours,
+                note=f"{exact(ours)} texts, {statistics.median(rates(ours)):.0f}/s",
+            )
+        )
     return rows

@@ -5,7 +5,8 @@ whole paragraph anew with each key, so that one endless line measures them and n
 
 import random
 
-LATIN_WORDS = """a able about after again all also and any are as at back be because been before but by
+LATIN_WORDS = """
+a able about after again all also and any are as at back be because been before but by
 came can case change come could day did do each end even every far few find first for from get give
 good great had has have here him his how if in into is it its just keep know large last left letter
 like little long look made make many may meeting might month more most much must name need never
@@ -46,7 +47,7 @@ def latin(length, seed):
 def cjk(length, seed):
     """Out of 600 different characters, the common ones as much commoner as they are in writing."""
     rng = random.Random(f"cjk {seed}")
-    characters = [chr(code) for code in rng.sample(range(0x4e00, 0x9f00), CJK_CHARACTERS)]
+    characters = [chr(code) for code in rng.sample(range(0x4E00, 0x9F00), CJK_CHARACTERS)]
     weights = [1 / (rank + 10) for rank in range(CJK_CHARACTERS)]
 
     def sentence():
@@ -60,8 +61,8 @@ def cjk(length, seed):
 def different(length, seed):
     """Every character another one, in lines of a hundred."""
     rng = random.Random(f"different {seed}")
-    characters = [chr(code) for code in rng.sample(range(0x4e00, 0x9f00), length)]
-    return "\n".join("".join(characters[i:i + 100]) for i in range(0, length, 101))[:length]
+    characters = [chr(code) for code in rng.sample(range(0x4E00, 0x9F00), length)]
+    return "\n".join("".join(characters[i : i + 100]) for i in range(0, length, 101))[:length]
 
 
 SPEED_TEXTS = {"latin": latin, "cjk": cjk, "different": different}

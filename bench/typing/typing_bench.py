@@ -112,20 +112,35 @@ def sample(target, tool, program, kind, layout, text):
         spent = times_spent(before, thread_times(target))
     elif tool == "flood":
         report = {"result": "typed"}
-        subprocess.run([flood(target.build)], input=text, text=True, env=target.desktop.env,
-                       check=True)
+        subprocess.run(
+            [flood(target.build)], input=text, text=True, env=target.desktop.env, check=True
+        )
     else:
         report = {"result": "typed"}
-        subprocess.run(["xdotool", "type", "--clearmodifiers", "--file", "-"], input=text,
-                       text=True, env=target.desktop.env, check=False)
+        subprocess.run(
+            ["xdotool", "type", "--clearmodifiers", "--file", "-"],
+            input=text,
+            text=True,
+            env=target.desktop.env,
+            check=False,
+        )
     # A page shows nothing new for long while a flood of keys is waiting.
     got, since = settle(target, text, 30 if tool == "flood" else 3)
     if tool != "ours":
         seconds = since - start
         spent = times_spent(before, thread_times(target))
-    found = {"tool": tool, "program": program, "kind": kind, "layout": layout,
-             "characters": len(text), "seconds": seconds, "shortest": shortest_time(spent),
-             "threads": spent[:BUSIEST], "exact": got == text, "result": report["result"]}
+    found = {
+        "tool": tool,
+        "program": program,
+        "kind": kind,
+        "layout": layout,
+        "characters": len(text),
+        "seconds": seconds,
+        "shortest": shortest_time(spent),
+        "threads": spent[:BUSIEST],
+        "exact": got == text,
+        "result": report["result"],
+    }
     if "coreSeconds" in report:
         found["machine"] = report["coreSeconds"] / os.cpu_count()
     if got != text:
@@ -138,31 +153,45 @@ def rate(samples, time="seconds"):
 
 
 def where_time_goes(sample):
-    return ", ".join(f"{thread} {1000 * seconds / sample['characters']:.2f}"
-                     for thread, seconds in sample["threads"])
+    return ", ".join(
+        f"{thread} {1000 * seconds / sample['characters']:.2f}"
+        for thread, seconds in sample["threads"]
+    )
 
 
 def print_table(samples):
-    print(f"{'program':18} {'kind':10} {'ours/s':>8} {'exact':>7} {'at most/s':>10} "
-          f"{'machine/s':>10} {'xdotool/s':>10} {'exact':>7} {'ratio':>6} {'flood/s':>8}")
+    print(
+        f"{'program':18} {'kind':10} {'ours/s':>8} {'exact':>7} {'at most/s':>10} "
+        f"{'machine/s':>10} {'xdotool/s':>10} {'exact':>7} {'ratio':>6} {'flood/s':>8}"
+    )
     for program, kind in dict.fromkeys((s["program"], s["kind"]) for s in samples):
-        of = {tool: [s for s in samples if s["tool"] == tool and s["program"] == program and
-                     s["kind"] == kind] for tool in ("ours", "xdotool", "flood")}
+        of = {
+            tool: [
+                s
+                for s in samples
+                if s["tool"] == tool and s["program"] == program and s["kind"] == kind
+            ]
+            for tool in ("ours", "xdotool", "flood")
+        }
         exact = {tool: f"{sum(s['exact'] for s in of[tool])}/{len(of[tool])}" for tool in of}
         peer = rate(of["xdotool"])
         # One that loses keys is done early.
         whole_floods = [s for s in of["flood"] if s["exact"]]
         ratio = f"{rate(of['ours']) / peer:.1f}" if peer else "-"
-        print(f"{program:18} {kind:10} {rate(of['ours']):8.0f} {exact['ours']:>7} "
-              f"{rate(of['ours'], 'shortest'):10.0f} {rate(of['ours'], 'machine'):10.0f} "
-              f"{peer:10.0f} {exact['xdotool']:>7} {ratio:>6} "
-              f"{rate(whole_floods) or '-':>8.6}")
+        print(
+            f"{program:18} {kind:10} {rate(of['ours']):8.0f} {exact['ours']:>7} "
+            f"{rate(of['ours'], 'shortest'):10.0f} {rate(of['ours'], 'machine'):10.0f} "
+            f"{peer:10.0f} {exact['xdotool']:>7} {ratio:>6} "
+            f"{rate(whole_floods) or '-':>8.6}"
+        )
         if of["ours"]:
             print("    milliseconds a character:", where_time_goes(of["ours"][-1]))
     for s in samples:
         if s["tool"] == "ours" and not s["exact"]:
-            print(f"not exact: {s['program']} {s['kind']} {s['layout']}, {s['result']} after "
-                  f"{s['seconds']:.1f} s: {s['difference']}")
+            print(
+                f"not exact: {s['program']} {s['kind']} {s['layout']}, {s['result']} after "
+                f"{s['seconds']:.1f} s: {s['difference']}"
+            )
 
 
 def text_of(kind, length, seed, tab):
@@ -195,8 +224,13 @@ def types(tool, kind):
 def speed_samples(options, program, layouts, tools):
     """The samples of some tools, on a desktop that no other tool has used: after a text that
     xdotool has typed, openbox works ten times as long at each change of the keyboard map."""
-    wanted = [(kind, i, tool) for kind in options.kinds.split(",") for i in range(options.repeat)
-              for tool in tools if types(tool, kind)]
+    wanted = [
+        (kind, i, tool)
+        for kind in options.kinds.split(",")
+        for i in range(options.repeat)
+        for tool in tools
+        if types(tool, kind)
+    ]
     if not wanted:
         return []
     samples = []
@@ -233,8 +267,9 @@ def main():
             if options.exactness:
                 with Session() as desktop:
                     target = Input(desktop, options.build, program)
-                    for kind, layout, text in exactness_texts(options.exactness, layouts,
-                                                              target.tab):
+                    for kind, layout, text in exactness_texts(
+                        options.exactness, layouts, target.tab
+                    ):
                         samples.append(sample(target, "ours", program, kind, layout, text))
                 continue
             for tools in (["ours"], peers(options)):
@@ -245,8 +280,11 @@ def main():
             burner.wait()
         if options.json:
             with open(options.json, "w", encoding="utf-8") as file:
-                json.dump({"load_before": os.getloadavg(), "cores": os.cpu_count(),
-                           "samples": samples}, file, indent=1)
+                json.dump(
+                    {"load_before": os.getloadavg(), "cores": os.cpu_count(), "samples": samples},
+                    file,
+                    indent=1,
+                )
         print_table(samples)
     return 0 if all(s["exact"] for s in samples if s["tool"] == "ours") else 1
 

@@ -10,8 +10,9 @@ sys.path.insert(0, os.path.dirname(__file__))
 from chat_server import ChatServer  # noqa: E402
 from session import Session  # noqa: E402
 
-BUILD = pathlib.Path(os.environ.get(
-    "QUILLET_BUILD_DIR", pathlib.Path(__file__).parents[2] / "build" / "test"))
+BUILD = pathlib.Path(
+    os.environ.get("QUILLET_BUILD_DIR", pathlib.Path(__file__).parents[2] / "build" / "test")
+)
 
 
 @pytest.hookimpl(hookwrapper=True)

@@ -87,15 +87,22 @@ def texts(program):
     for application in applications(program):
         for element in walk(application):
             states = element.get_state_set()
-            if (element.get_text_iface() and states.contains(Atspi.StateType.EDITABLE)
-                    and states.contains(Atspi.StateType.MULTI_LINE)):
+            if (
+                element.get_text_iface()
+                and states.contains(Atspi.StateType.EDITABLE)
+                and states.contains(Atspi.StateType.MULTI_LINE)
+            ):
                 found.append(text_of(element))
     return found
 
 
 def names(program):
-    return [element.get_name() for application in applications(program)
-            for element in walk(application) if element.get_name() and showing(element)]
+    return [
+        element.get_name()
+        for application in applications(program)
+        for element in walk(application)
+        if element.get_name() and showing(element)
+    ]
 
 
 if __name__ == "__main__":

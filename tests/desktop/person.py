@@ -39,8 +39,9 @@ class Person:
 
     def click(self, name, program="quillet"):
         """Clicks the middle of the control as soon as it is there."""
-        x, y, width, height = wait_until(lambda: self.finds(name, program),
-                                         f"{name!r} in {program}")
+        x, y, width, height = wait_until(
+            lambda: self.finds(name, program), f"{name!r} in {program}"
+        )
         self.session.click(x + width / 2, y + height / 2)
         return x, y, width, height
 
@@ -58,8 +59,9 @@ class Person:
 
     def finds_panel(self, width, height):
         """The rectangle of Quillet's visible window of this size, or None."""
-        found = self.session.run(["xdotool", "search", "--onlyvisible", "--name", "^Quillet$"],
-                                 check=False)
+        found = self.session.run(
+            ["xdotool", "search", "--onlyvisible", "--name", "^Quillet$"], check=False
+        )
         for window in filter(str.isdigit, found.splitlines()):
             place = self.session.geometry(window)
             if place and place[2:] == (width, height):
@@ -74,11 +76,22 @@ class Person:
     def waits_for_floating_button(self, input_box=None):
         """Waits for the button. With `input_box`, waits until it is inside that and not where it
         stood in the tutorial: it follows the focus half a second later. Returns its rectangle."""
+
         def at_the_input():
             box = self.finds_floating_button()
-            if box and input_box and (box == self.tutorial_button or not (
-                    input_box[0] <= box[0] and box[0] + 25 <= input_box[0] + input_box[2]
-                    and input_box[1] <= box[1] and box[1] + 25 <= input_box[1] + input_box[3])):
+            if (
+                box
+                and input_box
+                and (
+                    box == self.tutorial_button
+                    or not (
+                        input_box[0] <= box[0]
+                        and box[0] + 25 <= input_box[0] + input_box[2]
+                        and input_box[1] <= box[1]
+                        and box[1] + 25 <= input_box[1] + input_box[3]
+                    )
+                )
+            ):
                 return None
             return box
 
@@ -98,8 +111,10 @@ class Person:
         window = self.session.wait_for_window("^Quillet$")
         self.session.run(["xdotool", "windowmove", "--sync", str(window), "20", "40"])
         self.click("Next")
-        wait_until(lambda: "Quillet is installed! Now you can try it!" in (self.names() or []),
-                   "the tutorial page")
+        wait_until(
+            lambda: "Quillet is installed! Now you can try it!" in (self.names() or []),
+            "the tutorial page",
+        )
         self.tutorial_button = self.waits_for_floating_button()
         return quillet, window
 

@@ -43,21 +43,30 @@ class Session:
         self.a11y = a11y
         self.folder = tempfile.mkdtemp(prefix="quillet-desktop-")
         self.programs = []
-        self.env = {k: v for k, v in os.environ.items()
-                    if not k.startswith(("XDG_", "DBUS_", "AT_SPI_", "QT_", "GTK_", "WAYLAND"))}
-        self.env.update({
-            MARK: self.folder,
-            "HOME": self.folder,
-            "LANG": "C.UTF-8",
-            "LC_ALL": "C.UTF-8",
-            "NO_PROXY": "localhost,127.0.0.1",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "0",
-            "QT_QPA_PLATFORM": "xcb",
-            "GDK_BACKEND": "x11",
-        })
-        for variable, name in (("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "data"),
-                               ("XDG_CACHE_HOME", "cache"), ("XDG_STATE_HOME", "state"),
-                               ("XDG_RUNTIME_DIR", "runtime")):
+        self.env = {
+            k: v
+            for k, v in os.environ.items()
+            if not k.startswith(("XDG_", "DBUS_", "AT_SPI_", "QT_", "GTK_", "WAYLAND"))
+        }
+        self.env.update(
+            {
+                MARK: self.folder,
+                "HOME": self.folder,
+                "LANG": "C.UTF-8",
+                "LC_ALL": "C.UTF-8",
+                "NO_PROXY": "localhost,127.0.0.1",
+                "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "0",
+                "QT_QPA_PLATFORM": "xcb",
+                "GDK_BACKEND": "x11",
+            }
+        )
+        for variable, name in (
+            ("XDG_CONFIG_HOME", "config"),
+            ("XDG_DATA_HOME", "data"),
+            ("XDG_CACHE_HOME", "cache"),
+            ("XDG_STATE_HOME", "state"),
+            ("XDG_RUNTIME_DIR", "runtime"),
+        ):
             self.env[variable] = os.path.join(self.folder, name)
             os.mkdir(self.env[variable], 0o700)
 
@@ -78,15 +87,29 @@ class Session:
 
     def ended_programs(self):
         """Of each program that runs no more: how it ended, and what it printed last."""
-        return "\n".join(f"{shlex.join(program.command)}: {program.process.returncode}\n"
-                         f"{program.output()[-2000:]}"
-                         for program in self.programs if not program.running())
+        return "\n".join(
+            f"{shlex.join(program.command)}: {program.process.returncode}\n"
+            f"{program.output()[-2000:]}"
+            for program in self.programs
+            if not program.running()
+        )
 
     def _start(self):
         reading, writing = os.pipe()
-        self.x_server = self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0",
-                                    "1280x900x24", "-nolisten", "tcp", "-noreset"],
-                                   pass_fds=[writing])
+        self.x_server = self.start(
+            [
+                "Xvfb",
+                "-displayfd",
+                str(writing),
+                "-screen",
+                "0",
+                "1280x900x24",
+                "-nolisten",
+                "tcp",
+                "-noreset",
+            ],
+            pass_fds=[writing],
+        )
         os.close(writing)
         with os.fdopen(reading) as pipe:
             number = pipe.readline().strip()
@@ -97,30 +120,67 @@ class Session:
         bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"])
         self.env["DBUS_SESSION_BUS_ADDRESS"] = wait_until(
             lambda: bus.output().strip().split("\n")[0] if "\n" in bus.output() else "",
-            "the session bus")
+            "the session bus",
+        )
         self.start_window_manager("openbox", "--sm-disable")
         if self.a11y:
             self.start_accessibility_bus()
 
     def start_window_manager(self, *command):
         self.window_manager = self.start(command)
-        wait_until(lambda: command[0] in self.run(
-            ["sh", "-c", 'xprop -id $(xprop -root -notype _NET_SUPPORTING_WM_CHECK | cut -d" " -f5) '
-                         '_NET_WM_NAME'], check=False).lower(), command[0])
+        wait_until(
+            lambda: command[0]
+            in self.run(
+                [
+                    "sh",
+                    "-c",
+                    'xprop -id $(xprop -root -notype _NET_SUPPORTING_WM_CHECK | cut -d" " -f5) '
+                    "_NET_WM_NAME",
+                ],
+                check=False,
+            ).lower(),
+            command[0],
+        )
 
     def start_accessibility_bus(self):
         self.bus_launcher = self.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
-        wait_until(lambda: "unix:" in self.run(
-            ["dbus-send", "--session", "--dest=org.a11y.Bus", "--print-reply", "/org/a11y/bus",
-             "org.a11y.Bus.GetAddress"], check=False), "the accessibility bus")
-        self.run(["dbus-send", "--session", "--dest=org.a11y.Bus", "--print-reply", "/org/a11y/bus",
-                  "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status",
-                  "string:IsEnabled", "variant:boolean:true"])
+        wait_until(
+            lambda: "unix:"
+            in self.run(
+                [
+                    "dbus-send",
+                    "--session",
+                    "--dest=org.a11y.Bus",
+                    "--print-reply",
+                    "/org/a11y/bus",
+                    "org.a11y.Bus.GetAddress",
+                ],
+                check=False,
+            ),
+            "the accessibility bus",
+        )
+        self.run(
+            [
+                "dbus-send",
+                "--session",
+                "--dest=org.a11y.Bus",
+                "--print-reply",
+                "/org/a11y/bus",
+                "org.freedesktop.DBus.Properties.Set",
+                "string:org.a11y.Status",
+                "string:IsEnabled",
+                "variant:boolean:true",
+            ]
+        )
 
     def start(self, command, environment=None, pass_fds=()):
         """Starts a program in the background; its output() is what it has printed so far."""
-        program = Program(command, {**self.env, **(environment or {})}, pass_fds,
-                          os.path.join(self.folder, f"output-{len(self.programs)}"))
+        program = Program(
+            command,
+            {**self.env, **(environment or {})},
+            pass_fds,
+            os.path.join(self.folder, f"output-{len(self.programs)}"),
+        )
         self.programs.append(program)
         return program
 
@@ -141,15 +201,33 @@ class Session:
                 file.write(page)
             page = "file://" + path
         profile = os.path.join(self.folder, f"chromium-{len(self.programs)}")
-        return self.start(["chromium", "--no-sandbox", "--force-renderer-accessibility",
-                           "--no-first-run", "--disable-background-networking",
-                           "--disable-component-update", "--disable-sync", "--password-store=basic",
-                           f"--user-data-dir={profile}", *options, page])
+        return self.start(
+            [
+                "chromium",
+                "--no-sandbox",
+                "--force-renderer-accessibility",
+                "--no-first-run",
+                "--disable-background-networking",
+                "--disable-component-update",
+                "--disable-sync",
+                "--password-store=basic",
+                f"--user-data-dir={profile}",
+                *options,
+                page,
+            ]
+        )
 
     def run(self, command, check=True, patience=PATIENCE):
         """Runs a short command in the session and returns what it printed."""
-        result = subprocess.run(command, env=self.env, stdout=subprocess.PIPE, timeout=patience,
-                                stderr=subprocess.STDOUT, text=True, errors="replace")
+        result = subprocess.run(
+            command,
+            env=self.env,
+            stdout=subprocess.PIPE,
+            timeout=patience,
+            stderr=subprocess.STDOUT,
+            text=True,
+            errors="replace",
+        )
         if check and result.returncode:
             raise RuntimeError(f"{shlex.join(command)}: {result.returncode}\n{result.stdout}")
         return result.stdout
@@ -168,8 +246,10 @@ class Session:
     def geometry(self, window):
         """Position and size of a window on the screen, in pixels; None when it is gone."""
         info = self.run(["xwininfo", "-id", str(window)], check=False)
-        found = [re.search(label + r":\s+(-?\d+)", info) for label in
-                 ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")]
+        found = [
+            re.search(label + r":\s+(-?\d+)", info)
+            for label in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        ]
         return tuple(int(match.group(1)) for match in found) if all(found) else None
 
     def wait_for_window(self, title):
@@ -183,8 +263,7 @@ class Session:
         return int(found) if found.isdigit() else None
 
     def click(self, x, y, button=1):
-        self.run(["xdotool", "mousemove", str(round(x)), str(round(y)),
-                  "click", str(button)])
+        self.run(["xdotool", "mousemove", str(round(x)), str(round(y)), "click", str(button)])
 
     def key(self, *keys):
         self.run(["xdotool", "key", "--clearmodifiers", *keys])
@@ -237,9 +316,15 @@ class Program:
         self.command = command
         self.log = log
         with open(log, "wb") as output:
-            self.process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
-                                            stdout=output, stderr=subprocess.STDOUT,
-                                            pass_fds=pass_fds, start_new_session=True)
+            self.process = subprocess.Popen(
+                command,
+                env=environment,
+                stdin=subprocess.DEVNULL,
+                stdout=output,
+                stderr=subprocess.STDOUT,
+                pass_fds=pass_fds,
+                start_new_session=True,
+            )
         self.pid = self.process.pid
 
     def output(self):

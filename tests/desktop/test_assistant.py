@@ -11,17 +11,20 @@ from person import Person
 from session import EDITORS, wait_until
 
 # Every kind of character that has ever been lost on the way into another program.
-ANSWER = ("Dear Zoë, naïve façade — “quoted” … 100 % ≠ 50 €.\n"
-          "Привет, Γειά σου, שלום עולם, مرحبا بالعالم.\n"
-          "\n"
-          "你好,世界。日本語のテキスト。 한국어\n"
-          "👩🏽‍💻 🇪🇸 👨‍👩‍👧‍👦 e\u0301 a\u0308o\u0302 no\u00a0break\n"
-          "- one\n- two: https://example.org/a?b=c+d&e=%20f#g")
+ANSWER = (
+    "Dear Zoë, naïve façade — “quoted” … 100 % ≠ 50 €.\n"
+    "Привет, Γειά σου, שלום עולם, مرحبا بالعالم.\n"
+    "\n"
+    "你好,世界。日本語のテキスト。 한국어\n"
+    "👩🏽‍💻 🇪🇸 👨‍👩‍👧‍👦 e\u0301 a\u0308o\u0302 no\u00a0break\n"
+    "- one\n- two: https://example.org/a?b=c+d&e=%20f#g"
+)
 BEFORE = "the text before, with ünïcode"
 
 PAGE = """<!doctype html><meta charset=utf-8><title>Editor page</title><body style="margin:40px">
 <textarea aria-label="first" style="width:500px;height:200px">{before}</textarea>
-<div aria-label="second" role="textbox" contenteditable style="width:500px;height:200px;border:1px solid">{before}</div>
+<div aria-label="second" role="textbox" contenteditable
+  style="width:500px;height:200px;border:1px solid">{before}</div>
 """
 
 
@@ -45,14 +48,23 @@ def test_the_permission_is_given_in_the_wizard(desktop, build):
     person.click("Next")
     person.click("Open Accessibility Settings")
     desktop.wait_for_window("^Accessibility$")
-    off = wait_until(lambda: person.finds("Off. Quillet does not see other applications."),
-                     "the text")
+    off = wait_until(
+        lambda: person.finds("Off. Quillet does not see other applications."), "the text"
+    )
     time.sleep(0.5)  # a person reads it first, and meanwhile the service has told its state
     person.click("Quillet")
     wait_until(lambda: "Text to try Quillet on" in (person.names() or []), "the tutorial page")
     # This takes two lines where one stood, and has room for them.
-    wait_until(lambda: (person.finds("On. Applications that were started before may have to be "
-                                     "started again.") or off)[3] > 1.5 * off[3], "the whole text")
+    wait_until(
+        lambda: (
+            person.finds(
+                "On. Applications that were started before may have to be " "started again."
+            )
+            or off
+        )[3]
+        > 1.5 * off[3],
+        "the whole text",
+    )
 
 
 @pytest.mark.parametrize("program", EDITORS)
@@ -69,8 +81,9 @@ def test_editors(person, chat, program):
 @pytest.mark.parametrize("number", [0, 1], ids=["textarea", "contenteditable"])
 def test_chromium_inputs(person, chat, number):
     session = person.session
-    session.start_chromium(PAGE.format(before=BEFORE), "--window-size=900,700",
-                           "--window-position=0,0")
+    session.start_chromium(
+        PAGE.format(before=BEFORE), "--window-size=900,700", "--window-position=0,0"
+    )
     session.activate(session.wait_for_window("Editor page"))
     wait_until(lambda: len(person.texts("chromium")) == 2, "the page's inputs")
     box = person.click(["first", "second"][number], "chromium")

@@ -17,8 +17,8 @@ Usage: hostile_app.py LIE, one of
   focus-storm        2,000 focus events a second between two inputs
   silent             it never answers
   password           its input is a password field; prints every call that reaches it
-  slow-farewell      it does nothing for a second after somebody has left the bus, and prints "early"
-                     when a key comes meanwhile, "key" for one that comes later
+  slow-farewell      it does nothing for a second after a client has left the bus, and prints
+                     "early" when a key comes meanwhile, "key" for one that comes later
 
 It speaks D-Bus by itself, because a library would refuse to send some of this.
 """
@@ -77,8 +77,9 @@ class Writer:
                     self.put("(" + element[1:-1] + ")", each)
                 else:
                     self.put(element, each)
-            self.data = self.data[:at - 4] + struct.pack("<I", len(self.data) - start) \
-                + self.data[at:]
+            self.data = (
+                self.data[: at - 4] + struct.pack("<I", len(self.data) - start) + self.data[at:]
+            )
 
 
 def split(signature):
@@ -97,15 +98,23 @@ class Bus:
         path = re.search(r"unix:path=([^,]*)", address).group(1)
         self.socket = socket.socket(socket.AF_UNIX)
         self.socket.connect(path)
-        self.socket.sendall(b"\0AUTH EXTERNAL " + str(os.getuid()).encode().hex().encode() + b"\r\n")
+        self.socket.sendall(
+            b"\0AUTH EXTERNAL " + str(os.getuid()).encode().hex().encode() + b"\r\n"
+        )
         assert self.socket.recv(1000).startswith(b"OK")
         self.socket.sendall(b"BEGIN\r\n")
         self.serial = 0
         self.buffer = b""
         self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "Hello")
         self.name = self.read_reply()
-        self.call("org.a11y.atspi.Registry", ROOT, "org.a11y.atspi.Socket", "Embed", "(so)",
-                  (self.name, ROOT))
+        self.call(
+            "org.a11y.atspi.Registry",
+            ROOT,
+            "org.a11y.atspi.Socket",
+            "Embed",
+            "(so)",
+            (self.name, ROOT),
+        )
 
     def send(self, kind, fields, signature="", value=None):
         self.serial += 1
@@ -127,12 +136,17 @@ class Bus:
         self.socket.sendall(head.data + body.data)
 
     def call(self, to, path, interface, member, signature="", value=None):
-        self.send(1, [(1, ("o", path)), (2, ("s", interface)), (3, ("s", member)), (6, ("s", to))],
-                  signature, value)
+        self.send(
+            1,
+            [(1, ("o", path)), (2, ("s", interface)), (3, ("s", member)), (6, ("s", to))],
+            signature,
+            value,
+        )
 
     def emit(self, path, interface, member, signature, value):
-        self.send(4, [(1, ("o", path)), (2, ("s", interface)), (3, ("s", member))], signature,
-                  value)
+        self.send(
+            4, [(1, ("o", path)), (2, ("s", interface)), (3, ("s", member))], signature, value
+        )
 
     def messages(self, wait):
         """The messages that have come: (type, serial, fields, body)."""
@@ -155,18 +169,18 @@ class Bus:
                 if letter in "so":
                     at += -at % 4
                     length = struct.unpack_from("<I", self.buffer, at)[0]
-                    fields[code] = self.buffer[at + 4:at + 4 + length].decode()
+                    fields[code] = self.buffer[at + 4 : at + 4 + length].decode()
                     at += 5 + length
                 elif letter == "g":
                     length = self.buffer[at]
-                    fields[code] = self.buffer[at + 1:at + 1 + length].decode()
+                    fields[code] = self.buffer[at + 1 : at + 1 + length].decode()
                     at += 2 + length
                 else:
                     at += -at % 4
                     fields[code] = struct.unpack_from("<I", self.buffer, at)[0]
                     at += 4
-            content = self.buffer[start:start + body]
-            self.buffer = self.buffer[start + body:]
+            content = self.buffer[start : start + body]
+            self.buffer = self.buffer[start + body :]
             yield kind, serial, fields, content
 
     def read_reply(self):
@@ -174,7 +188,7 @@ class Bus:
             for kind, _, _, body in self.messages(10):
                 if kind == 2:
                     length = struct.unpack_from("<I", body)[0]
-                    return body[4:4 + length].decode()
+                    return body[4 : 4 + length].decode()
 
 
 def strings(body):
@@ -183,14 +197,14 @@ def strings(body):
     while at + 4 <= len(body):
         at += -at % 4
         length = struct.unpack_from("<I", body, at)[0]
-        found.append(body[at + 4:at + 4 + length].decode(errors="replace"))
+        found.append(body[at + 4 : at + 4 + length].decode(errors="replace"))
         at += 5 + length
     return found
 
 
 def states(*bits):
     value = sum(1 << bit for bit in bits)
-    return [value & 0xffffffff, value >> 32]
+    return [value & 0xFFFFFFFF, value >> 32]
 
 
 def children(name, path):
@@ -206,14 +220,17 @@ def children(name, path):
 
 
 def text():
-    return {"huge-value": "20 MB of text. " * 1_400_000,
-            "invalid-text": b"broken \xff\xfe\xc3\x28 text"}.get(LIE, "an honest text")
+    return {
+        "huge-value": "20 MB of text. " * 1_400_000,
+        "invalid-text": b"broken \xff\xfe\xc3\x28 text",
+    }.get(LIE, "an honest text")
 
 
 def extents():
-    return {"negative-size": (100, 100, -50, -20),
-            "far-away": (-2147483648, -2147483648, 2147483647, 2147483647)}.get(
-                LIE, (60, 80, 300, 150))
+    return {
+        "negative-size": (100, 100, -50, -20),
+        "far-away": (-2147483648, -2147483648, 2147483647, 2147483647),
+    }.get(LIE, (60, 80, 300, 150))
 
 
 def answer(name, path, member, body):
@@ -226,7 +243,7 @@ def answer(name, path, member, body):
         return "u", lies[LIE] if LIE in lies and path == INPUT else known.get(path, 85)
     if member == "GetState":
         if LIE == "impossible-role" and path == INPUT:
-            return "au", [0xffffffff & ~(1 << 6)] * 7
+            return "au", [0xFFFFFFFF & ~(1 << 6)] * 7
         if path == FRAME:
             return "au", states(1, 8, 25, 30)
         focus = [12] if path == FOCUSED else []
@@ -287,8 +304,18 @@ def note_keys(window, word):
 
 def main():
     address = subprocess.run(
-        ["dbus-send", "--session", "--dest=org.a11y.Bus", "--print-reply=literal", "/org/a11y/bus",
-         "org.a11y.Bus.GetAddress"], stdout=subprocess.PIPE, text=True, check=True).stdout.strip()
+        [
+            "dbus-send",
+            "--session",
+            "--dest=org.a11y.Bus",
+            "--print-reply=literal",
+            "/org/a11y/bus",
+            "org.a11y.Bus.GetAddress",
+        ],
+        stdout=subprocess.PIPE,
+        text=True,
+        check=True,
+    ).stdout.strip()
     bus = Bus(address)
     window = show_window()
     event = ("focused", 1, 0, ("i", 0), (bus.name, ROOT))
@@ -296,22 +323,35 @@ def main():
     pause = {"focus-storm": 0.001, "slow-farewell": 0.1}.get(LIE, 1)
     sent = 0
     if LIE == "slow-farewell":
-        bus.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                 "AddMatch", "s", "type='signal',member='NameOwnerChanged'")
+        bus.call(
+            "org.freedesktop.DBus",
+            "/org/freedesktop/DBus",
+            "org.freedesktop.DBus",
+            "AddMatch",
+            "s",
+            "type='signal',member='NameOwnerChanged'",
+        )
     if LIE != "focus-storm":
         bus.emit(FOCUSED, "org.a11y.atspi.Event.Object", "StateChanged", "siiv(so)", event)
     while window:
         for kind, serial, fields, body in bus.messages(pause):
-            if LIE == "slow-farewell" and fields.get(3) == "NameOwnerChanged" and \
-                    not strings(body)[2]:
+            if (
+                LIE == "slow-farewell"
+                and fields.get(3) == "NameOwnerChanged"
+                and not strings(body)[2]
+            ):
                 note_keys(window, "key")
                 time.sleep(1)
                 note_keys(window, "early")
             if kind != 1 or LIE == "silent":
                 continue
             if LIE == "password":
-                print(fields.get(2), fields[3], *strings(body) if fields[3] == "Get" else [],
-                      flush=True)
+                print(
+                    fields.get(2),
+                    fields[3],
+                    *strings(body) if fields[3] == "Get" else [],
+                    flush=True,
+                )
             reply = answer(bus.name, fields[1], fields[3], body)
             to = [(5, ("u", serial)), (6, ("s", fields[7]))]
             if reply:
@@ -322,8 +362,13 @@ def main():
             note_keys(window, "key")
         while LIE == "focus-storm" and sent < (time.monotonic() - begin) * 2000:
             sent += 1
-            bus.emit((INPUT, OTHER)[sent % 2], "org.a11y.atspi.Event.Object", "StateChanged",
-                     "siiv(so)", event)
+            bus.emit(
+                (INPUT, OTHER)[sent % 2],
+                "org.a11y.atspi.Event.Object",
+                "StateChanged",
+                "siiv(so)",
+                event,
+            )
 
 
 main()

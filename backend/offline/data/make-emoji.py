@@ -15,7 +15,8 @@ import sys
 import xml.etree.ElementTree as ElementTree
 
 # Names that are everyday words with other meanings, or that hurt.
-LEFT_OUT = set("""
+LEFT_OUT = set(
+    """
 back end on soon top up down cool free new ok id vs sos ng abc atm wc link key lock pin file
 card mail office school church mosque temple person man woman boy girl baby child men women
 adult elf fairy mage genie zombie vampire ring bell book books paper page letter chair door
@@ -30,16 +31,20 @@ goggles television radio battery plug candle lamp coin money receipt chart abacu
 pick wrench screwdriver saw screw stairs mirror bus car taxi train tram station airplane ship
 canoe boat anchor fuel watch stopwatch bubbles kiss ram rat ox snail bug ant spider cricket
 worm microbe fly mosquito beetle wave joker stethoscope shield identification information
-umbrella compass map globe placard loudspeaker megaphone bar pool guard detective tent flags bank cold hot locked unlocked judge cook drum mate factory seal seat
+umbrella compass map globe placard loudspeaker megaphone bar pool guard detective tent flags bank
+cold hot locked unlocked judge cook drum mate factory seal seat
 thread turkey briefs restroom clamp construction customs crutch prohibited cigarette headstone
 cockroach bat bowling knot wheel mouse mechanic package please amphora basket bald castle clipboard
 closet coat cow custard envelope ewe goat hamsa horse hospital house houses kaaba ledger metal pie
 pig pilot pushpin ribbon rial rosette salt sari sick sled snake stadium tractor troll trackball
 videocassette wastebasket yarn moai mermaid merman merperson artist bear beans bathtub beaver
-pager printer goblin ogre octopus dodo desert home bikini plunger herb egg fish chicken duck frog fox shrimp squid
+pager printer goblin ogre octopus dodo desert home bikini plunger herb egg fish chicken duck frog
+fox shrimp squid
 rose sake dove mammoth coral olive lotus jar bookmark ice seedling llama
-""".split())
+""".split()
+)
 
+# fmt: off
 CHOSEN = {
     "birthday": "🎂", "celebrate": "🎉", "celebration": "🎉", "party": "🎉",
     "congratulations": "🎉", "christmas": "🎄", "halloween": "🎃", "gift": "🎁",
@@ -55,6 +60,7 @@ CHOSEN = {
     "muscle": "💪", "strong": "💪", "win": "🏆", "luck": "🍀",
     "school": "🏫", "flower": "💐", "wedding": "💒", "night": "🌃",
 }
+# fmt: on
 
 
 def main():

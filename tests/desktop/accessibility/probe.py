@@ -13,9 +13,14 @@ CANNOT_COMPLETE = -25204
 class Probe:
     def __init__(self, session, build):
         with open(session.folder + "/ax_probe", "wb") as log:
-            self.process = subprocess.Popen([str(build / "tests" / "support" / "ax_probe")],
-                                            env=session.env, stdin=subprocess.PIPE,
-                                            stdout=subprocess.PIPE, stderr=log, text=True)
+            self.process = subprocess.Popen(
+                [str(build / "tests" / "support" / "ax_probe")],
+                env=session.env,
+                stdin=subprocess.PIPE,
+                stdout=subprocess.PIPE,
+                stderr=log,
+                text=True,
+            )
 
     def __call__(self, *command):
         self.process.stdin.write(json.dumps(command) + "\n")

@@ -29,8 +29,14 @@ def open_editor(desktop, editor, text):
 def inside(frame, window):
     x, y, width, height = frame
     left, top, *size = window
-    return width > 50 and height > 50 and x >= left and y >= top \
-        and x + width <= left + size[0] and y + height <= top + size[1]
+    return (
+        width > 50
+        and height > 50
+        and x >= left
+        and y >= top
+        and x + width <= left + size[0]
+        and y + height <= top + size[1]
+    )
 
 
 @pytest.mark.parametrize("editor", EDITORS)
@@ -97,14 +103,15 @@ def test_a_page_s_inputs(desktop, probe):
 
     desktop.key("F9")
     seen = probe("wait", "AXTextArea")
-    assert seen["AXValue"] == \
-        "one bold link tail\nsecond 😀\n\nitem a\nitem b\nan  image\nnext line"
+    assert seen["AXValue"] == "one bold link tail\nsecond 😀\n\nitem a\nitem b\nan  image\nnext line"
     for text in ("one line\n\na third", "", "x"):
         assert probe("set", text)["set"] == SUCCESS
         assert probe("focus")["AXValue"] == text
 
     desktop.key("F10")
-    wait_until(lambda: probe("focus")["AXRole"] not in ("AXTextArea", "AXTextField"), "the paragraph")
+    wait_until(
+        lambda: probe("focus")["AXRole"] not in ("AXTextArea", "AXTextField"), "the paragraph"
+    )
     assert not probe("focus")["settable"]
 
 
@@ -146,10 +153,17 @@ def test_focus_follows_the_window(desktop, probe):
 
 def test_the_bare_frame_of_a_browser_is_recognised(desktop, probe):
     assert probe("advice")["advice"] == ""
-    browser = desktop.start(["chromium", "--no-sandbox", "--no-first-run", "--password-store=basic",
-                             "--disable-renderer-accessibility",
-                             f"--user-data-dir={desktop.folder}/bare", "about:blank"])
+    browser = desktop.start(
+        [
+            "chromium",
+            "--no-sandbox",
+            "--no-first-run",
+            "--password-store=basic",
+            "--disable-renderer-accessibility",
+            f"--user-data-dir={desktop.folder}/bare",
+            "about:blank",
+        ]
+    )
     desktop.activate(desktop.wait_for_window("Chromium"))
-    wait_until(lambda: "--force-renderer-accessibility" in probe("advice")["advice"],
-               "the advice")
+    wait_until(lambda: "--force-renderer-accessibility" in probe("advice")["advice"], "the advice")
     assert probe("wait", "AXApplication", browser.pid)["pid"] == browser.pid

@@ -39,8 +39,10 @@ def test_accessibility_bus_restarts(desktop, build):
     witness.stays_alive(2)
     # The tutorial's own editor needs no bus.
     desktop.activate(witness.window)
-    wait_until(lambda: witness.finds_floating_button() == witness.tutorial_button,
-               "the button at the tutorial's editor")
+    wait_until(
+        lambda: witness.finds_floating_button() == witness.tutorial_button,
+        "the button at the tutorial's editor",
+    )
     witness.toggles_popup()
     desktop.start_accessibility_bus()
     witness.stays_alive(1)

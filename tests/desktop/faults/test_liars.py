@@ -29,6 +29,7 @@ def witness(build):
 def attack(witness):
     """Starts the hostile program and waits until Quillet has noticed it; afterwards the healthy
     editor has its button again."""
+
     def start(lie):
         nonlocal program
         program = witness.session.start([sys.executable, HOSTILE, lie])
@@ -43,8 +44,18 @@ def attack(witness):
     witness.toggles_popup()
 
 
-@pytest.mark.parametrize("lie", ["negative-size", "far-away", "impossible-role", "endless-tree",
-                                 "vanishing", "many-children", "silent"])
+@pytest.mark.parametrize(
+    "lie",
+    [
+        "negative-size",
+        "far-away",
+        "impossible-role",
+        "endless-tree",
+        "vanishing",
+        "many-children",
+        "silent",
+    ],
+)
 def test_no_button(witness, attack, lie):
     attack(lie)
     witness.sees_no_button()

@@ -68,7 +68,7 @@ PAGE = """<!doctype html><meta charset=utf-8><title>Empty page</title>
 
 
 def test_ended_while_it_writes(desktop, build, chat):
-    chat.answer = "".join(chr(0x4e00 + i % 5000) if i % 50 else "\n" for i in range(1, 60_000))
+    chat.answer = "".join(chr(0x4E00 + i % 5000) if i % 50 else "\n" for i in range(1, 60_000))
     witness = Witness(desktop, build, chat.environment)
     browser = desktop.start_chromium(PAGE)
     witness.sees_button_on(desktop.wait_for_window("Empty page"))

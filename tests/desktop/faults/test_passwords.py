@@ -32,8 +32,21 @@ PAGE = """<!doctype html><meta charset=utf-8><title>Sign in page</title>
 
 def puts_beside(session, window):
     """Puts a window beside Quillet's, in front, large enough for a click at (900, 400)."""
-    session.run(["xdotool", "windowsize", "--sync", str(window), "600", "500",
-                 "windowmove", "--sync", str(window), "650", "60"])
+    session.run(
+        [
+            "xdotool",
+            "windowsize",
+            "--sync",
+            str(window),
+            "600",
+            "500",
+            "windowmove",
+            "--sync",
+            str(window),
+            "650",
+            "60",
+        ]
+    )
     session.activate(window)
 
 
@@ -74,6 +87,9 @@ def test_a_password_is_never_asked_for(desktop, build):
     is_ignored(witness, "hostile")
     calls = program.output()
     assert "GetRole" in calls, "Quillet has looked at it"
-    asked = [line for line in calls.splitlines()
-             if "Text" in line or "GetText" in line or "Selection" in line]
+    asked = [
+        line
+        for line in calls.splitlines()
+        if "Text" in line or "GetText" in line or "Selection" in line
+    ]
     assert not asked, asked

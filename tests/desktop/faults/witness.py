@@ -23,9 +23,13 @@ class Watch:
     second, as a window manager asks."""
 
     def __init__(self, session, build, window):
-        self.process = subprocess.Popen([build / "tests/support/window_watch", str(window)],
-                                        env=session.env, stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen(
+            [build / "tests/support/window_watch", str(window)],
+            env=session.env,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            text=True,
+        )
 
     def __enter__(self):
         return self
@@ -74,8 +78,13 @@ class Witness(Person):
         """What is on the screen around a place of the popup."""
         x, y, _, _ = wait_until(self.popup, "the popup")
         return self.session.run(
-            ["sh", "-c", f"import -window root -crop {width}x{height}+{x + place[0] - width // 2}"
-             f"+{y + place[1] - height // 2} -depth 8 rgb:- | md5sum"])
+            [
+                "sh",
+                "-c",
+                f"import -window root -crop {width}x{height}+{x + place[0] - width // 2}"
+                f"+{y + place[1] - height // 2} -depth 8 rgb:- | md5sum",
+            ]
+        )
 
     def sees_button_on(self, window):
         """Puts the window in front and waits until the floating button is on it."""
@@ -90,6 +99,7 @@ class Witness(Person):
             # Not moved to a place of its own: the button would not follow.
             x, y, width, height = self.session.geometry(window)
             return x <= button[0] < x + width and y <= button[1] < y + height
+
         wait_until(there, "the floating button on the window")
 
     def sees_no_button(self):

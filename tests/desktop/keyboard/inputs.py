@@ -13,7 +13,7 @@ STYLE = 'style="white-space:pre-wrap;border:1px solid;width:95%;height:600px;ove
 PAGES = {
     "textarea": f"<textarea {STYLE} spellcheck=false autofocus></textarea>",
     "contenteditable": f"<div {STYLE} contenteditable role=textbox aria-multiline=true "
-                       "spellcheck=false autofocus></div>",
+    "spellcheck=false autofocus></div>",
 }
 TITLE = "typing page"
 
@@ -38,7 +38,9 @@ class Input:
         self.tab = "    " if self.web else "\t"
         if self.web:
             self.program = desktop.start_chromium(
-                f'<!doctype html><meta charset="utf-8"><title>{TITLE}</title>{page or PAGES[program]}')
+                f'<!doctype html><meta charset="utf-8"><title>{TITLE}</title>'
+                f"{page or PAGES[program]}"
+            )
             title = TITLE
         else:
             command, title = EDITORS[program]
@@ -49,8 +51,9 @@ class Input:
     def focus(self):
         self.desktop.activate(self.window)
         if self.web:
-            self.desktop.run(["xdotool", "mousemove", "--window", str(self.window), "300", "300",
-                              "click", "1"])
+            self.desktop.run(
+                ["xdotool", "mousemove", "--window", str(self.window), "300", "300", "click", "1"]
+            )
 
     def has_focus(self):
         if self.read() is not None:
@@ -64,8 +67,13 @@ class Input:
 
     def read(self):
         """The text of the focused input; None when there is none."""
-        answer = subprocess.run([self.probe, "--read"], env=self.desktop.env, text=True,
-                                stdout=subprocess.PIPE, timeout=PATIENCE)
+        answer = subprocess.run(
+            [self.probe, "--read"],
+            env=self.desktop.env,
+            text=True,
+            stdout=subprocess.PIPE,
+            timeout=PATIENCE,
+        )
         if answer.returncode:
             return None
         # What an empty contenteditable shows as its text is a line break of its own.
@@ -73,8 +81,13 @@ class Input:
         return "" if text == "\n" else text
 
     def start_typing(self, text, *options):
-        process = subprocess.Popen([self.probe, *options], env=self.desktop.env, text=True,
-                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        process = subprocess.Popen(
+            [self.probe, *options],
+            env=self.desktop.env,
+            text=True,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+        )
         process.stdin.write(text)
         process.stdin.close()
         return process
@@ -108,12 +121,16 @@ class Input:
 
 def keyboard_map(desktop):
     """The whole keyboard map as text, and which keys repeat."""
-    return (desktop.run(["xkbcomp", "-xkb", desktop.env["DISPLAY"], "-"]) +
-            "".join(line for line in desktop.run(["xset", "q"]).splitlines(True)
-                    if "repeat" in line or "Lock" in line))
+    return desktop.run(["xkbcomp", "-xkb", desktop.env["DISPLAY"], "-"]) + "".join(
+        line
+        for line in desktop.run(["xset", "q"]).splitlines(True)
+        if "repeat" in line or "Lock" in line
+    )
 
 
 def first_difference(got, expected):
     at = len(os.path.commonprefix([got or "", expected]))
-    return f"{len(got or '')} of {len(expected)} characters, different at {at}: " \
-           f"{(got or '')[at:at + 12]!a} for {expected[at:at + 12]!a}"
+    return (
+        f"{len(got or '')} of {len(expected)} characters, different at {at}: "
+        f"{(got or '')[at:at + 12]!a} for {expected[at:at + 12]!a}"
+    )

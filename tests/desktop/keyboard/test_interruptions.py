@@ -72,13 +72,16 @@ def test_nothing_goes_into_another_window(editor):
 
 def test_a_page_that_moves_the_focus_gets_no_more_than_is_on_its_way(build):
     text, moves_after, most_on_their_way = make("latin", 5000, seed=6), 200, 384
-    page = """<textarea id=first autofocus spellcheck=false></textarea>
+    page = (
+        """<textarea id=first autofocus spellcheck=false></textarea>
         <textarea id=second spellcheck=false></textarea>
         <script>first.oninput = () => {
             if (first.value.length < %d) return;
             document.title = "moved after " + first.value.length;
             second.focus();
-        }</script>""" % moves_after
+        }</script>"""
+        % moves_after
+    )
     with Session() as desktop:
         editor = Input(desktop, build, "textarea", page)
         assert editor.type(text)["result"] == "interrupted"
@@ -95,8 +98,13 @@ def test_no_key_comes_before_the_program_knows_that_nobody_listens(desktop, buil
     # Browsers crash that learn it while they ask the registry about a key.
     program = desktop.start([HOSTILE, "slow-farewell"])
     desktop.activate(desktop.wait_for_window("hostile"))
-    subprocess.run([str(build / "tests/support/type_probe")], env=desktop.env, input="typed",
-                   text=True, check=True)
+    subprocess.run(
+        [str(build / "tests/support/type_probe")],
+        env=desktop.env,
+        input="typed",
+        text=True,
+        check=True,
+    )
     assert wait_until(program.output, "the keys").startswith("key")
 
 

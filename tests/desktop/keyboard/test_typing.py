@@ -67,8 +67,10 @@ def test_without_reading_back(typed_input):
     check(typed_input, text, "--blind")
 
 
-@pytest.mark.parametrize("name, kind, length", [
-    ("textarea", "cjk", 1500), ("mousepad", "cjk", 1500), ("gnome-text-editor", "mixed", 240)])
+@pytest.mark.parametrize(
+    "name, kind, length",
+    [("textarea", "cjk", 1500), ("mousepad", "cjk", 1500), ("gnome-text-editor", "mixed", 240)],
+)
 def test_with_an_input_method(build, name, kind, length):
     """It hands the keys back to the program in its own time."""
     with Session() as desktop:
@@ -78,6 +80,7 @@ def test_with_an_input_method(build, name, kind, length):
         def ready():
             desktop.run(["ibus", "engine", "xkb:us::eng"], check=False)
             return "xkb:us" in desktop.run(["ibus", "engine"], check=False)
+
         wait_until(ready, "the input method")
         typed_input = Input(desktop, build, name)
         check(typed_input, make(kind, length, seed=9, tab=typed_input.tab))

@@ -14,8 +14,15 @@ class Probe:
         pipe = os.path.join(desktop.folder, f"probe-{len(desktop.programs)}")
         os.mkfifo(pipe)
         self.program = desktop.start(
-            ["sh", "-c", 'exec "$0" <"$1"',
-             str(build / "tests/desktop/shell/quillet_panel_probe"), pipe], environment)
+            [
+                "sh",
+                "-c",
+                'exec "$0" <"$1"',
+                str(build / "tests/desktop/shell/quillet_panel_probe"),
+                pipe,
+            ],
+            environment,
+        )
         self.commands = open(pipe, "w", buffering=1, encoding="utf-8")
         self.read = 0
 
@@ -23,7 +30,8 @@ class Probe:
         def line():
             assert self.program.running(), self.program.output()
             lines = self.program.output().split("\n")[:-1]
-            return lines[self.read:] and [lines[self.read]]
+            return lines[self.read :] and [lines[self.read]]
+
         found = wait_until(line, "an answer of the probe")[0]
         self.read += 1
         return found

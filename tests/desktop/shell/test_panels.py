@@ -11,8 +11,9 @@ PANEL = "panel 400 300 370 250"
 
 
 def terminal(desktop, title):
-    desktop.terminal = desktop.start(["xterm", "-title", title, "-geometry", "80x24+350+250",
-                                      "-e", "cat"])
+    desktop.terminal = desktop.start(
+        ["xterm", "-title", title, "-geometry", "80x24+350+250", "-e", "cat"]
+    )
     window = desktop.wait_for_window(title)
     if desktop.window_manager.running():
         wait_until(lambda: input_focus(desktop) == window, "the focus")
@@ -48,8 +49,10 @@ def test_a_panel_leaves_the_keyboard_alone_and_stays_in_sight(managed, build):
 
     managed.run(["xdotool", "windowraise", str(target)])
     other = terminal(managed, "Other")
-    wait_until(lambda: is_above(managed, panel, target) and is_above(managed, panel, other),
-               "the panel on top again")
+    wait_until(
+        lambda: is_above(managed, panel, target) and is_above(managed, panel, other),
+        "the panel on top again",
+    )
     probe("move -100 -50")
     wait_until(lambda: managed.geometry(panel)[:2] == (-100, -50), "the panel where it was put")
 
@@ -100,7 +103,9 @@ def colours(desktop, tmp_path, name, points):
     picture = desktop.screenshot(tmp_path / name)
     found = []
     for x, y in points:
-        line = desktop.run(["convert", str(picture), "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:"])
+        line = desktop.run(
+            ["convert", str(picture), "-crop", f"1x1+{x}+{y}", "-depth", "8", "txt:"]
+        )
         found.append(line.split("#")[-1][:6])
     return found
 
@@ -119,7 +124,11 @@ def test_what_is_not_painted_shows_what_is_behind(desktop, build, tmp_path, scal
     def looks(name, shaped):
         shape = desktop.run(["xwininfo", "-shape", "-id", str(panel)])
         found = colours(desktop, tmp_path, name, [corner, edge, inside, (10, 10)])
-        return ("No window shape" not in shape) == shaped and found[:3] == [found[3], purple, purple]
+        return ("No window shape" not in shape) == shaped and found[:3] == [
+            found[3],
+            purple,
+            purple,
+        ]
 
     wait_until(lambda: looks("cut.png", True), "the shape")
     compositor = desktop.start(["picom", "--backend", "xrender", "--config", "/dev/null"])

@@ -41,8 +41,11 @@ def test_the_window_closes_into_the_background_and_a_second_start_brings_it_back
     other = desktop.wait_for_window("Other")
     wait_until(lambda: desktop.active_window() == other, "the other window")
     messages = desktop.start(["stdbuf", "-oL", "xev", "-root", "-event", "property"])
-    wait_until(lambda: desktop.run(["xprop", "-root", "-f", "_TEST", "8s", "-set", "_TEST", "x"])
-               or "_TEST" in messages.output(), "the listener")
+    wait_until(
+        lambda: desktop.run(["xprop", "-root", "-f", "_TEST", "8s", "-set", "_TEST", "x"])
+        or "_TEST" in messages.output(),
+        "the listener",
+    )
     second = start(desktop, build, {"DESKTOP_STARTUP_ID": "launcher-1_TIME1"})
     assert second.process.wait(60) == 0
     again = wait_for_main_window(desktop)
@@ -64,8 +67,9 @@ def test_the_window_closes_into_the_background_and_a_second_start_brings_it_back
 
 def find_menu(desktop):
     """Place and size of our menu, which is the only thing of ours that is as high."""
-    found = desktop.run(["xdotool", "search", "--onlyvisible", "--class", "quillet_shell_probe"],
-                        check=False)
+    found = desktop.run(
+        ["xdotool", "search", "--onlyvisible", "--class", "quillet_shell_probe"], check=False
+    )
     places = [desktop.geometry(int(window)) for window in found.split()]
     return next((place for place in places if place[3] > 60), None)
 
@@ -73,7 +77,7 @@ def find_menu(desktop):
 def find_icon(desktop):
     """The middle of our icon in the tray, on the screen."""
     tree = desktop.run(["xwininfo", "-root", "-tree"], check=False)  # windows come and go
-    panel = tree[tree.find('"panel": ("panel" "trayer")'):]
+    panel = tree[tree.find('"panel": ("panel" "trayer")') :]
     found = re.search(r'"quillet_shell_probe"\)\s+(\d+)x(\d+)\S+\s+\+(\d+)\+(\d+)', panel)
     if not found:
         return None
@@ -86,12 +90,27 @@ def test_the_tray_brings_everything(desktop, build):
     program = start(desktop, build)
     close(desktop, wait_for_main_window(desktop))
     for last in (False, True):
-        tray = desktop.start(["trayer", "--edge", "top", "--align", "right", "--height", "24",
-                              "--widthtype", "pixel", "--width", "200"])
+        tray = desktop.start(
+            [
+                "trayer",
+                "--edge",
+                "top",
+                "--align",
+                "right",
+                "--height",
+                "24",
+                "--widthtype",
+                "pixel",
+                "--width",
+                "200",
+            ]
+        )
         place = wait_until(lambda: find_icon(desktop), "the icon")
         desktop.click(*place, button=3 if last else 1)
         x, y, width, height = wait_until(lambda: find_menu(desktop), "the menu")
-        desktop.click(x + width // 2, y + height * (7 if last else 1) // 8)  # "Quit", "Open Quillet"
+        desktop.click(
+            x + width // 2, y + height * (7 if last else 1) // 8
+        )  # "Quit", "Open Quillet"
         if not last:
             close(desktop, wait_for_main_window(desktop))
             tray.stop()
@@ -124,6 +143,7 @@ def test_an_unpacked_bundle_installs_itself(desktop, build):
             except OSError:
                 pass
         return found
+
     wait_until(running_copies, "the installed copy")
     window = wait_for_main_window(desktop)
     assert "600x600" in desktop.run(["xwininfo", "-id", str(window)])
