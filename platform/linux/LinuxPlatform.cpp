@@ -4,10 +4,10 @@
 #include "platform/Platform.h"
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
-#include "platform/linux/accessibility/X11ActiveWindow.h"
 #include "platform/linux/desktop/LinuxInstallation.h"
-#include "platform/linux/desktop/X11Workspace.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
+#include "platform/linux/x11/X11ActiveWindow.h"
+#include "platform/linux/x11/X11Workspace.h"
 
 #include <QSettings>
 

@@ -18,7 +18,7 @@
 
 #include "platform/KeyboardEvents.h"
 #include "platform/linux/accessibility/AtspiAccessibility.h"
-#include "platform/linux/accessibility/X11ActiveWindow.h"
+#include "platform/linux/x11/X11ActiveWindow.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -12,8 +12,8 @@
 //                 1 when there is no such input
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
-#include "platform/linux/accessibility/X11ActiveWindow.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
+#include "platform/linux/x11/X11ActiveWindow.h"
 #include "tests/support/FocusedText.h"
 
 #include <QApplication>

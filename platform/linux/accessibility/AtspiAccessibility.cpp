@@ -3,16 +3,16 @@
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 
-#include "platform/linux/accessibility/AtspiTypingTarget.h"
-#include "platform/linux/accessibility/CodePoints.h"
 #include "platform/linux/accessibility/ConsentWindow.h"
 #include "platform/linux/accessibility/Elements.h"
-#include "platform/linux/accessibility/FocusSearch.h"
-#include "platform/linux/accessibility/Geometry.h"
 #include "platform/linux/accessibility/OwnWindows.h"
-#include "platform/linux/accessibility/RichText.h"
-#include "platform/linux/accessibility/TreeWalk.h"
 #include "platform/linux/accessibility/ValueWriter.h"
+#include "platform/linux/focus/AtspiTypingTarget.h"
+#include "platform/linux/reading/CodePoints.h"
+#include "platform/linux/reading/FocusSearch.h"
+#include "platform/linux/reading/Geometry.h"
+#include "platform/linux/reading/RichText.h"
+#include "platform/linux/reading/TreeWalk.h"
 
 namespace platform::linux_
 {

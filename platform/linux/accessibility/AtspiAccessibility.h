@@ -4,8 +4,8 @@
 #pragma once
 
 #include "platform/Accessibility.h"
-#include "platform/linux/accessibility/AtspiBus.h"
-#include "platform/linux/accessibility/FocusTracker.h"
+#include "platform/linux/atspi/AtspiBus.h"
+#include "platform/linux/focus/FocusTracker.h"
 
 #include <QPointer>
 #include <QSettings>

@@ -3,7 +3,7 @@
 
 #include "platform/linux/accessibility/ConsentWindow.h"
 
-#include "platform/linux/accessibility/AtspiBus.h"
+#include "platform/linux/atspi/AtspiBus.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -3,7 +3,7 @@
 
 #include "platform/linux/accessibility/OwnWindows.h"
 
-#include "platform/linux/accessibility/CodePoints.h"
+#include "platform/linux/reading/CodePoints.h"
 
 #include <QAccessibleInterface>
 #include <QGuiApplication>

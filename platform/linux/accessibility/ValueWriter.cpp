@@ -3,8 +3,8 @@
 
 #include "platform/linux/accessibility/ValueWriter.h"
 
-#include "platform/linux/accessibility/CodePoints.h"
-#include "platform/linux/accessibility/RichText.h"
+#include "platform/linux/reading/CodePoints.h"
+#include "platform/linux/reading/RichText.h"
 
 namespace platform::linux_
 {

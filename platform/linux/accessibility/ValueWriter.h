@@ -5,7 +5,7 @@
 
 #include "platform/Accessibility.h"
 #include "platform/KeyboardEvents.h"
-#include "platform/linux/accessibility/FocusTracker.h"
+#include "platform/linux/focus/FocusTracker.h"
 
 #include <QObject>
 #include <QPointer>

@@ -5,7 +5,7 @@
 
 #include "platform/linux/keyboard/Pings.h"
 #include "platform/linux/keyboard/ReadBack.h"
-#include "platform/linux/keyboard/TypingTarget.h"
+#include "platform/linux/ports/TypingTarget.h"
 
 #include <QElapsedTimer>
 

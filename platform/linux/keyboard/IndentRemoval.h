@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/keyboard/TypingTarget.h"
+#include "platform/linux/ports/TypingTarget.h"
 
 #include <cstddef>
 #include <optional>

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/KeyboardEvents.h"
-#include "platform/linux/keyboard/TypingTarget.h"
+#include "platform/linux/ports/TypingTarget.h"
 
 #include <QByteArray>
 

@@ -3,7 +3,7 @@
 
 // A program with a floating panel, for the desktop tests. It reads commands from standard input,
 // one a line, and answers each with one line on standard output.
-#include "platform/linux/desktop/X11Workspace.h"
+#include "platform/linux/x11/X11Workspace.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -3,7 +3,7 @@
 
 // The application shell with plain views, on the real desktop, for the desktop tests.
 #include "platform/linux/desktop/LinuxInstallation.h"
-#include "platform/linux/desktop/X11Workspace.h"
+#include "platform/linux/x11/X11Workspace.h"
 #include "quillet/shell/QuilletApp.h"
 #include "support/FakePlatform.h"
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "platform/linux/accessibility/CodePoints.h"
-#include "platform/linux/accessibility/ElementFacts.h"
-#include "platform/linux/accessibility/Geometry.h"
-#include "platform/linux/accessibility/RichText.h"
+#include "platform/linux/reading/CodePoints.h"
+#include "platform/linux/reading/ElementFacts.h"
+#include "platform/linux/reading/Geometry.h"
+#include "platform/linux/reading/RichText.h"
 
 #include <gtest/gtest.h>
 

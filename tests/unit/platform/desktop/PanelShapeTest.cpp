@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "platform/linux/desktop/PanelShape.h"
+#include "platform/linux/x11/PanelShape.h"
 
 #include <QImage>
 #include <QRegion>

@@ -1,0 +1,143 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "platform/linux/atspi/AtspiApplication.h"
+
+#include "platform/linux/atspi/AtspiProtocol.h"
+
+namespace platform::linux_
+{
+
+AtspiApplication::AtspiApplication(QByteArray busName, qint32 pid, DBusConnection *bus)
+    : m_busName(std::move(busName))
+    , m_pid(pid)
+    , m_bus(bus)
+{
+}
+
+void AtspiApplication::setListener(DBusConnection *listener)
+{
+    m_listener = listener;
+    m_askedForPrivate = m_private != nullptr;
+}
+
+void AtspiApplication::missedDeadline()
+{
+    m_answering = false;
+    if (m_probing)
+        return;
+    m_probing = call(atspi::rootPath, atspi::AccessibleInterface, "GetRole",
+                     [this](DBusMessage &) { m_probing = false; });
+}
+
+DBusConnection *AtspiApplication::connection()
+{
+    introduce();
+    if (m_private && m_private->isReady())
+        return m_private;
+    return m_bus;
+}
+
+QByteArray AtspiApplication::destination(const DBusConnection *to) const
+{
+    return to == m_bus ? m_busName : QByteArray();
+}
+
+void AtspiApplication::askForPrivate()
+{
+    if (m_askedForPrivate || !m_listener)
+        return;
+    m_askedForPrivate = true;
+    m_listener->call(
+        m_busName, atspi::rootPath, atspi::ApplicationInterface, "GetApplicationBusAddress",
+        noting([this](DBusMessage &reply) {
+            const auto address = reply.readBytes();
+            if (!address || address->isEmpty() || m_private)
+                return;
+            m_private = DBusConnection::open(*address, DBusConnection::Kind::Peer, this);
+            if (m_private)
+                connect(m_private, &DBusConnection::closed, m_private, &QObject::deleteLater);
+        }),
+        DBusConnection::WithoutLimit);
+}
+
+void AtspiApplication::introduce()
+{
+    askForPrivate();
+    if (m_introduced || !m_bus)
+        return;
+    m_introduced = true;
+    m_bus->call(m_busName, atspi::rootPath, atspi::PropertiesInterface, "Get",
+                noting([this](DBusMessage &reply) {
+                    if (reply.enterVariant("s"))
+                        m_toolkit = reply.readBytes().value_or(QByteArray());
+                }),
+                DBusConnection::WithoutLimit, "ss", atspi::ApplicationInterface, "ToolkitName");
+}
+
+DBusConnection::Handler AtspiApplication::noting(DBusConnection::Handler handler)
+{
+    // The connections may outlive the application's entry: they are the bus's.
+    return [self = QPointer(this), handler = std::move(handler)](DBusMessage &message) {
+        if (!self)
+            return;
+        self->m_answering = true;
+        handler(message);
+    };
+}
+
+sd_bus_message *AtspiApplication::newCall(const QByteArray &path, const char *interface,
+                                          const char *member)
+{
+    DBusConnection *to = connection();
+    return to ? to->newCall(destination(to), path, interface, member) : nullptr;
+}
+
+bool AtspiApplication::send(sd_bus_message *message, DBusConnection::Handler handler)
+{
+    DBusConnection *to = connection();
+    return to && to->send(message, noting(std::move(handler)), DBusConnection::WithoutLimit);
+}
+
+bool AtspiApplication::waitFor(const std::function<bool()> &done, QDeadlineTimer deadline)
+{
+    // Answers come over one connection or the other, seldom over both: the bus only has some while
+    // the private connection is being set up.
+    if (m_private && m_private->isReady() && m_private->waitFor(done, deadline))
+        return true;
+    return m_bus && m_bus->waitFor(done, deadline);
+}
+
+void Pipeline::property(const QByteArray &path, const char *interface, const char *name,
+                        const char *type, DBusConnection::Handler handler)
+{
+    call(
+        path, atspi::PropertiesInterface, "Get",
+        [type, handler = std::move(handler)](DBusMessage &reply) {
+            if (reply.enterVariant(type))
+                handler(reply);
+        },
+        "ss", interface, name);
+}
+
+bool Pipeline::wait(QDeadlineTimer deadline)
+{
+    if (*m_open > 0 && !m_application.waitFor([open = m_open] { return *open == 0; }, deadline)) {
+        m_application.missedDeadline();
+        return false;
+    }
+    return !m_failed;
+}
+
+DBusConnection::Handler Pipeline::counting(DBusConnection::Handler handler)
+{
+    return [open = std::weak_ptr<int>(m_open), handler = std::move(handler)](DBusMessage &reply) {
+        const auto count = open.lock();
+        if (!count)
+            return;
+        --*count;
+        handler(reply);
+    };
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/atspi/AtspiApplication.h"
+#include "platform/linux/atspi/DBusConnection.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace platform::linux_
+{
+
+/// The desktop's accessibility service as it comes and goes: its switch on the session bus, the
+/// accessibility bus, the registry, and the applications on it. Connects again and registers its
+/// listeners again by itself. Listens to other applications only while listening is asked for.
+/// Main thread only.
+class AtspiBus : public QObject
+{
+    Q_OBJECT
+public:
+    enum class Service {
+        /// Not heard from yet.
+        Unknown,
+        /// There is no session bus, or nobody on it who offers accessibility.
+        Missing,
+        Present,
+    };
+
+    /// `sessionAddress`: of the session bus; empty for the one that the environment names.
+    explicit AtspiBus(const QByteArray &sessionAddress = {}, QObject *parent = nullptr);
+    ~AtspiBus() override;
+
+    Service service() const { return m_service; }
+    /// org.a11y.Status IsEnabled: whether applications show their elements.
+    bool isEnabled() const { return m_enabled; }
+    /// Switches it; does not wait.
+    void setEnabled(bool enabled);
+
+    void setListening(bool listening);
+    /// True while the accessibility bus answers.
+    bool isConnected() const;
+
+    /// Waits until it is known whether the service is there, and, while listening, until the
+    /// applications' processes are known, at most until `deadline`.
+    void waitUntilSettled(QDeadlineTimer deadline);
+
+    /// Takes in what applications have reported, without waiting.
+    void catchUp();
+
+    /// Until resumeEvents() as many times, and a moment longer: nobody listens, unless listening
+    /// has only just begun. While somebody does, programs with at-spi2-atk or Qt ask the registry
+    /// about every key before they handle it, which takes them longer than the key does;
+    /// at-spi2-atk stops only when the listener has left the bus.
+    ///
+    /// `known` is called once the application of that name knows. Until then it must get no keys:
+    /// a browser that learns that its last listener has left while it asks about a key crashes, and
+    /// Qt handles those that come afterwards before those that it has asked about.
+    void pauseEvents(const QByteArray &busName, std::function<void()> known);
+    void resumeEvents();
+
+    /// The application of this bus name; absent when it has left.
+    AtspiApplication *application(const QByteArray &busName);
+    /// Those of the process, in the order in which they came.
+    QList<AtspiApplication *> applications(qint32 pid);
+
+Q_SIGNALS:
+    /// The service, its switch, or the connection has changed.
+    void changed();
+    void focusChanged(const platform::linux_::ObjectRef &element, bool focused);
+    void windowActivated(const platform::linux_::ObjectRef &window, bool active);
+    /// A document was loaded, or parts of one came or went.
+    void contentChanged(const QByteArray &busName);
+    void applicationLeft(const QByteArray &busName);
+    /// Applications may have had something to report while the events were paused.
+    void eventsResumed();
+
+private:
+    void connectSession();
+    void askForBus();
+    void connectBus(const QByteArray &address);
+    void disconnectBus();
+    void watchNames();
+    DBusConnection *connectTo(const QByteArray &address);
+    void drop(DBusConnection **connection);
+    void startListening();
+    void listenAgain();
+    void tellOfPause();
+    void registerListeners();
+    void addName(const QByteArray &name);
+    void removeName(const QByteArray &name);
+    void readEnabled();
+    void setService(Service service, bool enabled);
+    void retry();
+
+    QByteArray m_sessionAddress;
+    DBusConnection *m_session = nullptr;
+    QByteArray m_address;
+    DBusConnection *m_calls = nullptr;
+    /// Who comes and goes on the bus, and what applications report. Each has a connection of its
+    /// own: waiting for an answer never handles an event.
+    DBusConnection *m_names = nullptr;
+    DBusConnection *m_reports = nullptr;
+    QTimer m_retry;
+    int m_failures = 0;
+    Service m_service = Service::Unknown;
+    bool m_enabled = false;
+    bool m_listening = false;
+    int m_pauses = 0;
+    /// The listener that has ended, while the bus still knows it.
+    QByteArray m_leavingName;
+    /// Who is to be told that nobody listens, and whom to tell when they know.
+    std::vector<std::pair<QByteArray, std::function<void()>>> m_toldOfPause;
+    QElapsedTimer m_sinceListening;
+    QTimer m_resume;
+    bool m_asking = false;
+    bool m_namesListed = false;
+    QByteArray m_registryOwner;
+    QSet<QByteArray> m_unknownProcesses;
+    std::vector<std::unique_ptr<AtspiApplication>> m_applications;
+};
+
+} // namespace platform::linux_

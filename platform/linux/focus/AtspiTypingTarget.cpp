@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "platform/linux/focus/AtspiTypingTarget.h"
+
+#include "platform/linux/reading/CodePoints.h"
+#include "platform/linux/reading/RichText.h"
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+constexpr qint32 longestBeforeCaret = 256;
+
+} // namespace
+
+std::unique_ptr<TypingTarget> AtspiTypingTarget::ofFocusedElement(AtspiBus &bus,
+                                                                  FocusTracker &focus)
+{
+    FocusTracker::Focus input = focus.current();
+    if (input.kind != FocusTracker::Kind::Element)
+        return nullptr;
+    return std::unique_ptr<TypingTarget>(new AtspiTypingTarget(bus, focus, std::move(input)));
+}
+
+AtspiTypingTarget::AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input)
+    : m_bus(bus)
+    , m_focus(focus)
+    , m_input(std::move(input))
+{
+    if (m_focus.saysFocus(m_input.element))
+        m_ownWord = std::make_shared<OwnWord>();
+}
+
+AtspiTypingTarget::~AtspiTypingTarget()
+{
+    if (m_paused)
+        m_bus.resumeEvents();
+}
+
+AtspiApplication *AtspiTypingTarget::answeringApplication()
+{
+    AtspiApplication *application = m_bus.application(m_input.element.busName);
+    return application && application->isAnswering() ? application : nullptr;
+}
+
+bool AtspiTypingTarget::hasFocus()
+{
+    if (!m_focus.hasFocus(m_input.element))
+        return false;
+    if (!m_ownWord)
+        return true;
+    askWhetherFocused();
+    return !m_ownWord->lost;
+}
+
+bool AtspiTypingTarget::isReadyForKeys()
+{
+    if (!m_ownWord)
+        return true;
+    if (!m_paused) {
+        m_paused = std::make_shared<bool>(false);
+        m_bus.pauseEvents(m_input.element.busName, [paused = m_paused] { *paused = true; });
+    }
+    return *m_paused;
+}
+
+// Does not wait: the answer counts at the next look.
+void AtspiTypingTarget::askWhetherFocused()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || m_ownWord->asking)
+        return;
+    m_ownWord->asking =
+        application->call(m_input.element.path, atspi::AccessibleInterface, "GetState",
+                          [word = m_ownWord](DBusMessage &reply) {
+                              ElementFacts facts;
+                              facts.setStates(reply.readUInt32s().value_or(QList<quint32>()));
+                              word->asking = false;
+                              word->lost = !facts.has(atspi::State::Focused);
+                          });
+}
+
+std::optional<qint64> AtspiTypingTarget::characterCount()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || isPassword(m_input.facts))
+        return std::nullopt;
+    if (!isEditingHost(m_input.facts)) {
+        std::optional<qint32> count;
+        Pipeline pipeline(*application);
+        pipeline.property(m_input.element.path, atspi::TextInterface, "CharacterCount", "i",
+                          [&](DBusMessage &reply) { count = reply.readInt32(); });
+        if (!pipeline.wait() || count.value_or(-1) < 0)
+            return std::nullopt;
+        if (*count == 0 || !holdsLastLineOpen(m_input.facts))
+            return count;
+        bool lastLineEmpty = false;
+        Pipeline last(*application);
+        last.call(
+            m_input.element.path, atspi::TextInterface, "GetText",
+            [&](DBusMessage &reply) { lastLineEmpty = reply.readBytes() == "\n"; }, "ii",
+            *count - 1, *count);
+        if (!last.wait())
+            return std::nullopt;
+        return *count - (lastLineEmpty ? 1 : 0);
+    }
+    // An editable region holds its paragraphs as elements: what counts is what it reads as.
+    const std::optional<QString> text = waitForRichText(*application, m_input.element.path);
+    return text ? std::optional(codePointCount(*text)) : std::nullopt;
+}
+
+bool AtspiTypingTarget::needsSoftLineBreaks()
+{
+    return isInWebPage(m_input.facts);
+}
+
+qint64 AtspiTypingTarget::selectedCharacterCount()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || isPassword(m_input.facts))
+        return 0;
+    qint32 start = 0;
+    qint32 end = 0;
+    qint32 count = 0;
+    qint32 selections = 0;
+    Pipeline pipeline(*application);
+    pipeline.call(m_input.element.path, atspi::TextInterface, "GetNSelections",
+                  [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
+    pipeline.call(
+        m_input.element.path, atspi::TextInterface, "GetSelection",
+        [&](DBusMessage &reply) {
+            start = reply.readInt32().value_or(0);
+            end = reply.readInt32().value_or(0);
+        },
+        "i", 0);
+    pipeline.property(m_input.element.path, atspi::TextInterface, "CharacterCount", "i",
+                      [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
+    if (!pipeline.wait() || selections <= 0)
+        return 0;
+    const auto [first, last] = std::minmax(start, end);
+    // A paragraph inside counts as one character there; all selected is all that it reads as.
+    if (isEditingHost(m_input.facts) && first <= 0 && last >= count)
+        return characterCount().value_or(0);
+    return std::max<qint64>(0, qint64(last) - first);
+}
+
+std::optional<QString> AtspiTypingTarget::textBeforeCaret()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || isPassword(m_input.facts))
+        return std::nullopt;
+    std::optional<qint32> caret;
+    Pipeline position(*application);
+    position.property(m_input.element.path, atspi::TextInterface, "CaretOffset", "i",
+                      [&](DBusMessage &reply) { caret = reply.readInt32(); });
+    if (!position.wait() || caret.value_or(-1) < 0)
+        return std::nullopt;
+    std::optional<QString> text;
+    Pipeline before(*application);
+    before.call(
+        m_input.element.path, atspi::TextInterface, "GetText",
+        [&](DBusMessage &reply) {
+            if (const std::optional<QByteArray> bytes = reply.readBytes())
+                text = QString::fromUtf8(*bytes);
+        },
+        "ii", std::max(0, *caret - longestBeforeCaret), *caret);
+    return before.wait() ? text : std::nullopt;
+}
+
+bool AtspiTypingTarget::takesTabs()
+{
+    return !isInWebPage(m_input.facts) && axRole(m_input.facts) == QLatin1String("AXTextArea");
+}
+
+bool AtspiTypingTarget::mayReorderKeys()
+{
+    // GTK 3 calls itself "gtk".
+    return m_input.facts.toolkit == "GTK";
+}
+
+} // namespace platform::linux_

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/atspi/AtspiBus.h"
+#include "platform/linux/focus/FocusTracker.h"
+#include "platform/linux/ports/TypingTarget.h"
+
+#include <memory>
+
+namespace platform::linux_
+{
+
+/// The input of another application that has the focus when this is made, for as long as text is
+/// typed into it. Where the input says itself whether it has the focus it is asked, and no
+/// application has to report events from isReadyForKeys() on. `bus` and `focus` must outlive it.
+/// Main thread only.
+class AtspiTypingTarget : public TypingTarget
+{
+public:
+    /// Nothing when no element of another application is known to have the focus.
+    static std::unique_ptr<TypingTarget> ofFocusedElement(AtspiBus &bus, FocusTracker &focus);
+    ~AtspiTypingTarget() override;
+
+    bool hasFocus() override;
+    bool isReadyForKeys() override;
+    std::optional<qint64> characterCount() override;
+    bool needsSoftLineBreaks() override;
+    qint64 selectedCharacterCount() override;
+    std::optional<QString> textBeforeCaret() override;
+    bool takesTabs() override;
+    bool mayReorderKeys() override;
+
+private:
+    /// What the element itself says about its focus.
+    struct OwnWord {
+        bool asking = false;
+        bool lost = false;
+    };
+
+    AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input);
+
+    AtspiApplication *answeringApplication();
+    void askWhetherFocused();
+
+    AtspiBus &m_bus;
+    FocusTracker &m_focus;
+    FocusTracker::Focus m_input;
+    /// Absent where the element does not say. Shared, because an answer may come later.
+    std::shared_ptr<OwnWord> m_ownWord;
+    /// Whether the application knows that the events are paused; absent while they are not.
+    std::shared_ptr<bool> m_paused;
+};
+
+} // namespace platform::linux_

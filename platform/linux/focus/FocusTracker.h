@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/atspi/AtspiBus.h"
+#include "platform/linux/ports/ActiveWindow.h"
+#include "platform/linux/reading/ElementFacts.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+
+#include <optional>
+
+namespace platform::linux_
+{
+
+/// Knows which element has the keyboard focus: by the events that applications send, checked
+/// against the window system's active window, and by asking where events are missing or wrong. The
+/// answer is kept, so that asking again costs nothing; a question that nobody waits for keeps it
+/// true. Main thread only.
+class FocusTracker : public QObject
+{
+    Q_OBJECT
+public:
+    enum class Kind {
+        /// The accessibility bus is not there.
+        Unknown,
+        /// No window has the keyboard.
+        Nothing,
+        /// One of our own windows.
+        Own,
+        /// An application that does not show what has the focus.
+        Application,
+        /// An application that does not answer at present, or is still being asked.
+        Waiting,
+        Element,
+    };
+
+    struct Focus {
+        Kind kind = Kind::Unknown;
+        qint32 pid = 0;
+        ObjectRef element;
+        ElementFacts facts;
+    };
+
+    FocusTracker(AtspiBus &bus, ActiveWindow &activeWindow, QObject *parent = nullptr);
+
+    /// Waits for an application at most AtspiApplication::patience, and only when it is not yet
+    /// known which of its elements has the focus.
+    Focus current();
+
+    /// Whether the element still has the focus, as far as is known without asking anyone.
+    bool hasFocus(const ObjectRef &element);
+
+    /// Whether the element is known to say itself that it has the focus, so that asking it tells.
+    bool saysFocus(const ObjectRef &element) const;
+
+    /// The active window, when it belongs to the application's process.
+    std::optional<quint32> windowOf(const QByteArray &busName);
+
+private:
+    struct ApplicationFocus {
+        /// What the application reported, and the editable region that it lies in.
+        ObjectRef reported;
+        ObjectRef element;
+        ElementFacts facts;
+        bool verified = false;
+        /// It never says that it is focused, but nothing else does either.
+        bool unconfirmed = false;
+        quint64 order = 0;
+        bool searching = false;
+        bool searched = false;
+        int fruitlessSearches = 0;
+        QElapsedTimer sinceSearch;
+        bool refreshing = false;
+        QElapsedTimer sinceRefresh;
+    };
+
+    void onFocusChanged(const ObjectRef &element, bool focused);
+    void onWindowActivated(const ObjectRef &window, bool active);
+    Focus inApplication(AtspiApplication &application);
+    bool verify(AtspiApplication &application, ApplicationFocus &focus, QDeadlineTimer deadline);
+    void search(AtspiApplication &application, ApplicationFocus &focus, QDeadlineTimer deadline);
+    void refresh(AtspiApplication &application, ApplicationFocus &focus);
+    AtspiApplication *applicationOf(const QList<qint32> &pids);
+    void forgetChecks();
+
+    AtspiBus &m_bus;
+    ActiveWindow &m_activeWindow;
+    QHash<QByteArray, ApplicationFocus> m_focus;
+    QByteArray m_lastReporter;
+    quint64 m_order = 0;
+    quint32 m_window = 0;
+    qint32 m_windowPid = 0;
+    qint32 m_answeredPid = 0;
+};
+
+/// Fetches what decisions need of one element, in one round trip. False when it is gone or did not
+/// answer in time.
+bool fetchFacts(AtspiApplication &application, const QByteArray &path, ElementFacts &facts,
+                QDeadlineTimer deadline = QDeadlineTimer(AtspiApplication::patience));
+
+} // namespace platform::linux_

@@ -1,0 +1,252 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "platform/linux/reading/RichText.h"
+
+#include <QPointer>
+#include <QSet>
+
+#include <algorithm>
+#include <memory>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+/// Beyond these a tree is broken or lies.
+constexpr int mostElements = 20'000;
+constexpr int deepest = 100;
+
+class Lines
+{
+public:
+    void add(QStringView text) { m_line += text; }
+
+    void endLine()
+    {
+        if (m_line.isEmpty())
+            return;
+        if (m_line.endsWith(QLatin1Char('\n')))
+            m_line.chop(1);
+        if (m_any)
+            m_text += QLatin1Char('\n');
+        m_text += m_line;
+        m_any = true;
+        m_line.clear();
+    }
+
+    QString take()
+    {
+        endLine();
+        return std::move(m_text);
+    }
+
+private:
+    QString m_text;
+    QString m_line;
+    bool m_any = false;
+};
+
+bool isPartOfText(const TextNode &node)
+{
+    return node.facts.is(atspi::Role::Static);
+}
+
+void compose(const TextNode &node, Lines &lines);
+
+void embed(const TextNode &child, Lines &lines)
+{
+    if (isInline(child.facts)) {
+        compose(child, lines);
+        return;
+    }
+    lines.endLine();
+    compose(child, lines);
+    lines.endLine();
+}
+
+void compose(const TextNode &node, Lines &lines)
+{
+    if (isPassword(node.facts))
+        return;
+    QStringView text = node.text;
+    const bool marked = !node.children.empty() && node.children.front().facts.tag == "::marker";
+    if (marked && text.startsWith(node.children.front().text))
+        text = text.mid(node.children.front().text.size());
+
+    // Toolkits differ in whether a plain piece of text is an element of its own besides being part
+    // of its parent's text; the embedded ones always are.
+    const auto embedded =
+        std::count_if(node.children.begin(), node.children.end(), [](const TextNode &child) {
+            return !isPartOfText(child) && child.facts.tag != "::marker";
+        });
+    if (embedded != text.count(QChar::ObjectReplacementCharacter)) {
+        for (const TextNode &child : node.children) {
+            if (child.facts.tag != "::marker")
+                embed(child, lines);
+        }
+        return;
+    }
+    auto next = node.children.begin();
+    qsizetype start = 0;
+    for (qsizetype i = 0; i <= text.size(); ++i) {
+        if (i < text.size() && text.at(i) != QChar::ObjectReplacementCharacter)
+            continue;
+        lines.add(text.mid(start, i - start));
+        start = i + 1;
+        if (i == text.size())
+            break;
+        while (isPartOfText(*next) || next->facts.tag == "::marker")
+            ++next;
+        embed(*next++, lines);
+    }
+}
+
+/// A reading under way. Lives as long as answers are outstanding.
+struct Reading : std::enable_shared_from_this<Reading> {
+    QPointer<AtspiApplication> application;
+    std::function<void(const std::optional<QString> &)> completion;
+    TextNode root;
+    QSet<QByteArray> seen;
+    int elements = 0;
+    int outstanding = 0;
+    bool failed = false;
+
+    ~Reading()
+    {
+        // The connection broke, and answers will not come.
+        if (completion)
+            completion(std::nullopt);
+    }
+
+    void ask(const QByteArray &path, const char *interface, const char *member,
+             const std::function<void(DBusMessage &)> &handler)
+    {
+        send(
+            [&](DBusConnection::Handler wrapped) {
+                return application->call(path, interface, member, std::move(wrapped));
+            },
+            handler);
+    }
+
+    template <typename Send>
+    void send(const Send &sender, const std::function<void(DBusMessage &)> &handler)
+    {
+        if (failed || !application)
+            return;
+        ++outstanding;
+        const bool sent = sender([self = shared_from_this(), handler](DBusMessage &reply) {
+            if (!self->failed)
+                handler(reply);
+            self->answered();
+        });
+        if (!sent) {
+            --outstanding;
+            failed = true;
+        }
+    }
+
+    void answered()
+    {
+        if (--outstanding > 0 || !completion)
+            return;
+        const auto done = std::exchange(completion, nullptr);
+        done(failed ? std::nullopt : std::optional(flatten(root)));
+    }
+
+    void read(TextNode *node, const QByteArray &path, int depth)
+    {
+        if (++elements > mostElements || depth > deepest || seen.contains(path)) {
+            failed = true;
+            return;
+        }
+        seen.insert(path);
+        node->facts.toolkit = application->toolkit();
+        ask(path, atspi::AccessibleInterface, "GetRole",
+            [node](DBusMessage &reply) { node->facts.role = reply.readUInt32().value_or(0); });
+        ask(path, atspi::AccessibleInterface, "GetAttributes", [node](DBusMessage &reply) {
+            node->facts.setAttributes(
+                reply.readDictionary().value_or(QList<std::pair<QByteArray, QByteArray>>()));
+        });
+        send(
+            [&](DBusConnection::Handler wrapped) {
+                return application->call(path, atspi::TextInterface, "GetText", std::move(wrapped),
+                                         "ii", 0, -1);
+            },
+            [this, node, path, depth](DBusMessage &reply) {
+                const auto text = reply.readString();
+                // Images and the like are embedded without a text of their own.
+                failed = failed || (!text && depth == 0);
+                if (isPassword(node->facts))
+                    return;
+                node->text = text.value_or(QString());
+                const bool hasMarker = node->facts.is(atspi::Role::ListItem);
+                if (hasMarker || node->text.contains(QChar::ObjectReplacementCharacter))
+                    readChildren(node, path, depth);
+            });
+    }
+
+    void readChildren(TextNode *node, const QByteArray &path, int depth)
+    {
+        ask(path, atspi::AccessibleInterface, "GetChildren",
+            [this, node, depth](DBusMessage &reply) {
+                const auto children = reply.readObjects().value_or(QList<ObjectRef>());
+                if (children.size() > mostElements) {
+                    failed = true;
+                    return;
+                }
+                node->children.resize(size_t(children.size()));
+                for (qsizetype i = 0; i < children.size(); ++i) {
+                    if (!children.at(i).isNull())
+                        read(&node->children[size_t(i)], children.at(i).path, depth + 1);
+                }
+            });
+    }
+};
+
+} // namespace
+
+QString flatten(const TextNode &node)
+{
+    // A plain input's line breaks are all the user's.
+    const QByteArray &tag = node.facts.tag;
+    if (node.children.empty() && (tag.isEmpty() || tag == "textarea" || tag == "input")) {
+        QString text = QString(node.text).remove(QChar::ObjectReplacementCharacter);
+        if (holdsLastLineOpen(node.facts) && text.endsWith(QLatin1Char('\n')))
+            text.chop(1);
+        return text;
+    }
+    Lines lines;
+    compose(node, lines);
+    return lines.take();
+}
+
+void readRichText(AtspiApplication &application, const QByteArray &path,
+                  std::function<void(const std::optional<QString> &)> completion)
+{
+    const auto reading = std::make_shared<Reading>();
+    reading->application = &application;
+    reading->completion = std::move(completion);
+    reading->read(&reading->root, path, 0);
+}
+
+std::optional<QString> waitForRichText(AtspiApplication &application, const QByteArray &path,
+                                       QDeadlineTimer deadline)
+{
+    struct Result {
+        bool done = false;
+        std::optional<QString> text;
+    };
+    const auto result = std::make_shared<Result>();
+    readRichText(application, path, [result](const std::optional<QString> &text) {
+        result->done = true;
+        result->text = text;
+    });
+    if (!application.waitFor([result] { return result->done; }, deadline))
+        application.missedDeadline();
+    return result->text;
+}
+
+} // namespace platform::linux_

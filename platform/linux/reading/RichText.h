@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/atspi/AtspiApplication.h"
+#include "platform/linux/reading/ElementFacts.h"
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace platform::linux_
+{
+
+/// One element of a text, with those that are embedded in it.
+struct TextNode {
+    ElementFacts facts;
+    /// What the Text interface says; every embedded element is one U+FFFC.
+    QString text;
+    std::vector<TextNode> children;
+};
+
+/// The text as the user sees it: what is embedded stands in its place, blocks begin a new line,
+/// and a line break that only holds an empty line open, as editors put at the end of a paragraph,
+/// counts as none. List markers are the page's, not the user's.
+QString flatten(const TextNode &node);
+
+/// Reads the whole text of the element, embedded elements included, without waiting. `completion`
+/// is called once, from within the application's answer; with nothing when the application does not
+/// say or what it says has no end.
+void readRichText(AtspiApplication &application, const QByteArray &path,
+                  std::function<void(const std::optional<QString> &)> completion);
+
+/// The same, waiting for it at most until the deadline; an application that misses it is marked as
+/// not answering.
+std::optional<QString>
+waitForRichText(AtspiApplication &application, const QByteArray &path,
+                QDeadlineTimer deadline = QDeadlineTimer(AtspiApplication::patience));
+
+} // namespace platform::linux_

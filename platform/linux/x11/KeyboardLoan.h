@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/x11/XcbConnection.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+#include <vector>
+
+namespace platform::linux_
+{
+
+class FloatingPanels;
+
+/// The keyboard, borrowed by a panel from the window that had it, and given back.
+///
+/// A panel that leaves the screen while it has the keyboard gives it back by itself. Main thread
+/// only.
+class KeyboardLoan : public QObject
+{
+    Q_OBJECT
+public:
+    KeyboardLoan(XcbConnection &connection, FloatingPanels &panels);
+    ~KeyboardLoan() override;
+
+    void take(QWidget *panel);
+
+    /// Gives the keyboard back. `completion` is called once: at once with true when nothing was
+    /// borrowed; with true as soon as the lender has it; with false when the lender is gone, or has
+    /// not got it after two seconds.
+    void giveBack(std::function<void(bool)> completion);
+
+    /// True while a panel has the keyboard, or the lender is about to get it.
+    bool isOut();
+
+private:
+    void handle(const xcb_generic_event_t *event);
+    void check();
+    void finish(bool returned);
+    bool isInside(xcb_window_t window, xcb_window_t ancestor);
+
+    XcbConnection &m_connection;
+    FloatingPanels &m_panels;
+    /// The window that had the input focus, and the active window around it.
+    xcb_window_t m_lender = XCB_NONE;
+    xcb_window_t m_activeWindow = XCB_NONE;
+    QPointer<QWidget> m_borrower;
+    bool m_returning = false;
+    std::vector<std::function<void(bool)>> m_completions;
+    QTimer m_insist;
+    QTimer m_deadline;
+};
+
+} // namespace platform::linux_

@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "platform/linux/x11/X11Workspace.h"
+
+#include "platform/linux/x11/StartupNotification.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QEvent>
+#include <QUrl>
+#include <QWidget>
+#include <QWindow>
+
+#include <gio/gio.h>
+#include <xcb/res.h>
+
+#include <algorithm>
+
+namespace platform::linux_
+{
+
+namespace
+{
+
+// EWMH, _NET_WM_STATE and source indication.
+constexpr quint32 stateRemove = 0;
+constexpr quint32 stateAdd = 1;
+constexpr quint32 sourceApplication = 1;
+constexpr quint32 sourcePager = 2;
+
+} // namespace
+
+X11Workspace::X11Workspace()
+    : m_connection(XcbConnection::open())
+    , m_panels(m_connection.get())
+{
+    if (m_connection)
+        m_keyboard = std::make_unique<KeyboardLoan>(*m_connection, m_panels);
+}
+
+X11Workspace::~X11Workspace() = default;
+
+std::optional<RunningApplication> X11Workspace::runningApplication(std::int32_t pid)
+{
+    QString windowClass;
+    if (m_connection) {
+        // The window class says more than the process where one program has many faces.
+        const auto active = m_connection->item(m_connection->root(), "_NET_ACTIVE_WINDOW");
+        if (active && *active != XCB_NONE && processOf(*active) == pid) {
+            // WM_CLASS is two strings, instance and class, each with its NUL (ICCCM 4.1.2.5).
+            const QList<QByteArray> parts = m_connection->bytes(*active, "WM_CLASS").split('\0');
+            if (parts.size() > 1)
+                windowClass = QString::fromUtf8(parts[1]);
+        }
+    }
+    const std::optional<QString> name = m_names.nameOf(pid, windowClass);
+    if (!name)
+        return {};
+    RunningApplication application;
+    application.processIdentifier = pid;
+    if (!name->isEmpty())
+        application.localizedName = name;
+    return application;
+}
+
+std::optional<std::int32_t> X11Workspace::frontmostApplication()
+{
+    if (!m_connection)
+        return {};
+    if (m_keyboard->isOut())
+        return std::int32_t(QCoreApplication::applicationPid());
+    if (m_connection->windowManagerSupports("_NET_ACTIVE_WINDOW")) {
+        const auto active = m_connection->item(m_connection->root(), "_NET_ACTIVE_WINDOW");
+        return active && *active != XCB_NONE ? processOf(*active) : std::nullopt;
+    }
+    const xcb_window_t focus = m_connection->inputFocus();
+    return focus > XCB_INPUT_FOCUS_POINTER_ROOT ? processOf(focus) : std::nullopt;
+}
+
+std::optional<std::int32_t> X11Workspace::processOf(xcb_window_t window)
+{
+    if (const auto pid = m_connection->item(window, "_NET_WM_PID"))
+        return std::int32_t(*pid);
+    // X-Resource 1.2: the server knows which process on this machine is behind a connection.
+    xcb_connection_t *c = m_connection->get();
+    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(c, &xcb_res_id);
+    if (!extension || !extension->present)
+        return {};
+    const xcb_res_client_id_spec_t spec = {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const XcbPtr<xcb_res_query_client_ids_reply_t> reply(
+        xcb_res_query_client_ids_reply(c, xcb_res_query_client_ids(c, 1, &spec), nullptr));
+    if (!reply)
+        return {};
+    for (auto it = xcb_res_query_client_ids_ids_iterator(reply.get()); it.rem > 0;
+         xcb_res_client_id_value_next(&it)) {
+        if ((it.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) &&
+            xcb_res_client_id_value_value_length(it.data) > 0)
+            return std::int32_t(*xcb_res_client_id_value_value(it.data));
+    }
+    return {};
+}
+
+void X11Workspace::setActivationPolicy(QWidget *window, ActivationPolicy policy)
+{
+    if (!window || !m_connection)
+        return;
+    if (!m_policies.contains(window)) {
+        window->installEventFilter(this);
+        connect(window, &QObject::destroyed, this, [this, window] { m_policies.remove(window); });
+    }
+    m_policies.insert(window, policy);
+    applyPolicy(window, window->isVisible());
+}
+
+void X11Workspace::applyPolicy(QWidget *window, bool mapped)
+{
+    if (!window->internalWinId())
+        return;
+    const bool skip = m_policies.value(window) == ActivationPolicy::Accessory;
+    const xcb_window_t id = xcb_window_t(window->internalWinId());
+    const quint32 taskbar = m_connection->atom("_NET_WM_STATE_SKIP_TASKBAR");
+    const quint32 pager = m_connection->atom("_NET_WM_STATE_SKIP_PAGER");
+    if (mapped) {
+        m_connection->sendToWindowManager(
+            id, "_NET_WM_STATE",
+            {skip ? stateAdd : stateRemove, taskbar, pager, sourceApplication});
+        return;
+    }
+    // The window manager reads the property when the window is mapped, and not before.
+    QList<quint32> states = m_connection->items(id, "_NET_WM_STATE");
+    states.removeAll(taskbar);
+    states.removeAll(pager);
+    if (skip)
+        states << taskbar << pager;
+    xcb_connection_t *c = m_connection->toolkit();
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, id, m_connection->atom("_NET_WM_STATE"),
+                        XCB_ATOM_ATOM, 32, uint32_t(states.size()), states.constData());
+    xcb_flush(c);
+}
+
+bool X11Workspace::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show && watched->isWidgetType()) {
+        applyPolicy(static_cast<QWidget *>(watched), false);
+    } else if (event->type() == QEvent::Expose && watched->isWindowType()) {
+        QWidget *window = m_activateWhenExposed;
+        if (window && window->windowHandle() == watched && window->windowHandle()->isExposed()) {
+            watched->removeEventFilter(this);
+            requestActivation(window);
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void X11Workspace::activate(QWidget *window)
+{
+    if (!window)
+        return;
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    if (!m_connection) {
+        window->activateWindow();
+        return;
+    }
+    if (const QByteArray startupId = qgetenv("DESKTOP_STARTUP_ID"); !startupId.isEmpty()) {
+        qunsetenv("DESKTOP_STARTUP_ID");
+        completeStartup(*m_connection, startupId);
+    }
+    // A window manager that keeps programs from stealing the focus compares this time with that of
+    // the user's last action elsewhere (EWMH, _NET_WM_USER_TIME).
+    const quint32 now = m_connection->serverTime();
+    xcb_change_property(m_connection->toolkit(), XCB_PROP_MODE_REPLACE,
+                        xcb_window_t(window->winId()), m_connection->atom("_NET_WM_USER_TIME"),
+                        XCB_ATOM_CARDINAL, 32, 1, &now);
+    xcb_flush(m_connection->toolkit());
+
+    m_activateWhenExposed = window;
+    if (window->windowHandle()->isExposed())
+        requestActivation(window);
+    else
+        window->windowHandle()->installEventFilter(this);
+}
+
+void X11Workspace::requestActivation(QWidget *window)
+{
+    m_activateWhenExposed.clear();
+    const xcb_window_t id = xcb_window_t(window->internalWinId());
+    if (m_connection->windowManagerSupports("_NET_ACTIVE_WINDOW")) {
+        m_connection->sendToWindowManager(id, "_NET_ACTIVE_WINDOW",
+                                          {sourcePager, m_connection->serverTime(), 0});
+        return;
+    }
+    xcb_set_input_focus(m_connection->get(), XCB_INPUT_FOCUS_PARENT, id, XCB_CURRENT_TIME);
+    xcb_flush(m_connection->get());
+}
+
+void X11Workspace::preparePanel(QWidget *panel, bool becomesKeyOnlyIfNeeded)
+{
+    m_panels.prepare(panel, becomesKeyOnlyIfNeeded);
+}
+
+void X11Workspace::focusPanel(QWidget *panel)
+{
+    if (m_keyboard)
+        m_keyboard->take(panel);
+}
+
+void X11Workspace::restoreFocus(std::function<void(bool)> completion)
+{
+    if (m_keyboard)
+        m_keyboard->giveBack(std::move(completion));
+    else
+        completion(true);
+}
+
+bool X11Workspace::open(const QUrl &url)
+{
+    // Unlike the usual helper scripts, this knows at once when there is no program for the URL.
+    GError *error = nullptr;
+    const bool opened =
+        g_app_info_launch_default_for_uri(url.toEncoded().constData(), nullptr, &error);
+    if (!opened)
+        qWarning().noquote() << "Cannot open" << url.scheme()
+                             << "address:" << QString::fromUtf8(error->message);
+    g_clear_error(&error);
+    return opened;
+}
+
+} // namespace platform::linux_
