@@ -18,6 +18,7 @@ ROOT = HERE.parents[1]
 sys.path[:0] = [str(HERE), str(ROOT / "tests" / "desktop")]
 
 import faults  # noqa: E402
+import figures  # noqa: E402
 import footprint  # noqa: E402
 import idle  # noqa: E402
 import latency  # noqa: E402
@@ -72,6 +73,9 @@ def main():
         help="one group of rows; may be given several times",
     )
     parser.add_argument("--quick", action="store_true", help="a few samples each")
+    parser.add_argument(
+        "--record", metavar="MACHINE", help="keep the figures in bench/figures/MACHINE.json"
+    )
     parser.add_argument("--list", action="store_true", help="name the groups")
     options = parser.parse_args()
     if options.list:
@@ -116,6 +120,8 @@ def main():
     for name, problem in failures.items():
         print(f"{name}: NOT MEASURED: {problem.strip()}")
     print(f"samples: {results}")
+    if options.record:
+        figures.record(ROOT / "bench" / "figures", options.record, before, rows)
     return 1 if failures or any(row.reached is False for row in rows) else 0
 
 
