@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include "MetricPostInstance.h"
+#include "Environment.h"
+#include "MetricPost/MetricPostInstance.h"
 
 #include <QTemporaryDir>
 

@@ -3,7 +3,7 @@
 
 #include "quillet/analytics/SharedMetricPost.h"
 
-#include "MetricPost.h"
+#include "MetricPost/MetricPost.h"
 
 #include <memory>
 

@@ -4,7 +4,7 @@
 #include "quillet/application/Application.h"
 
 #include "BuildConstants.h"
-#include "MetricPost.h"
+#include "MetricPost/MetricPost.h"
 #include "quillet/analytics/SharedMetricPost.h"
 #include "quillet/button/FloatingButtonManager.h"
 #include "quillet/focus/AccessibilityObserver.h"

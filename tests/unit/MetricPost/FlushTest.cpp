@@ -34,9 +34,8 @@ struct Flushing : testing::Test {
     double wait() const { return request.networkRequestsAllowedAfterTime() - *sandbox.now; }
 
     Sandbox sandbox;
-    const Environment environment = sandbox.environment();
     Delegate delegate;
-    Flush flush{u"http://collector.test/base"_qs, false, environment};
+    Flush flush{u"http://collector.test/base"_qs, false, sandbox.requestSurroundings()};
     FlushRequest &request = flush.flushRequest();
 };
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "LoopbackServer.h"
-#include "MetricPost.h"
-#include "MetricPostLogger.h"
+#include "MetricPost/MetricPost.h"
+#include "MetricPost/MetricPostLogger.h"
 #include "MetricPostManager.h"
 #include "QtHTTPTransport.h"
 #include "TestSupport.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "MetricPostLogger.h"
+#include "MetricPost/MetricPostLogger.h"
 
 #include <QFile>
 #include <QTemporaryDir>

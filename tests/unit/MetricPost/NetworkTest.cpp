@@ -22,9 +22,9 @@ struct Wire : testing::Test {
     requestTo(const QString &url,
               std::chrono::milliseconds limit = FlushRequest::standardAnswerLimit)
     {
-        Environment environment = sandbox.environment();
-        environment.transport = transport;
-        return std::make_unique<FlushRequest>(url, environment, limit);
+        FlushRequest::Surroundings surroundings = sandbox.requestSurroundings();
+        surroundings.transport = transport;
+        return std::make_unique<FlushRequest>(url, surroundings, limit);
     }
     static bool send(FlushRequest &request, bool gzip = false)
     {

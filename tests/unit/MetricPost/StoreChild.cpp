@@ -5,8 +5,9 @@
 //   metricpost_child lock FILE MILLISECONDS    holds the write lock that long
 //   metricpost_child track FOLDER TOKEN        tracks without end; prints a dot for each stored row
 //   metricpost_child starve FOLDER TOKEN       tracks while files cannot grow
-#include "MetricPostInstance.h"
-#include "MetricPostLogger.h"
+#include "Environment.h"
+#include "MetricPost/MetricPostInstance.h"
+#include "MetricPost/MetricPostLogger.h"
 #include "QtHTTPTransport.h"
 #include "SettingsUserDefaults.h"
 

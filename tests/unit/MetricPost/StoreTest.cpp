@@ -211,16 +211,16 @@ TEST_F(Store, SmallValuesStandUnderTheirKeysAndAreDroppedWhenDamaged)
 
 TEST_F(Store, LegacyFilesMoveIntoTheDatabaseAndTheDefaultsOnce)
 {
-    const Environment environment = sandbox.environment();
-    const QDir archive(*environment.legacyArchiveFolder);
+    const auto folder = sandbox.environment().legacyArchiveFolder;
+    const QDir archive(*folder);
     ASSERT_TRUE(archive.mkpath(u"."_qs));
     const auto put = [&](const QString &kind, const QByteArray &bytes) {
         QFile target(archive.filePath(u"metricpost-ab12cd-"_qs + kind));
         ASSERT_TRUE(target.open(QIODevice::WriteOnly));
         target.write(bytes);
     };
-    MetricPostPersistence persistence(u"ab12cd"_qs, environment);
-    EXPECT_FALSE(MetricPostPersistence::needMigration(u"ab12cd"_qs, environment));
+    MetricPostPersistence persistence(u"ab12cd"_qs, sandbox.storeSurroundings());
+    EXPECT_FALSE(MetricPostPersistence::needMigration(u"ab12cd"_qs, folder));
     put(u"events"_qs, *KeyedArchive::archive(ValueList{Properties{{u"event"_qs, u"first"_qs}},
                                                        Properties{{u"event"_qs, u"second"_qs}}}));
     put(u"people"_qs, "damaged");
@@ -229,7 +229,7 @@ TEST_F(Store, LegacyFilesMoveIntoTheDatabaseAndTheDefaultsOnce)
         *KeyedArchive::archive(Properties{{u"distinctId"_qs, u"who"_qs},
                                           {u"superProperties"_qs, Properties{{u"s"_qs, 1}}},
                                           {u"timedEvents"_qs, Properties{{u"t"_qs, 2.0}}}}));
-    EXPECT_TRUE(MetricPostPersistence::needMigration(u"ab12cd"_qs, environment));
+    EXPECT_TRUE(MetricPostPersistence::needMigration(u"ab12cd"_qs, folder));
     LogCapture log;
     persistence.migrate();
     EXPECT_TRUE(log.contains(u"error can't unarchive file"_qs));
@@ -241,7 +241,7 @@ TEST_F(Store, LegacyFilesMoveIntoTheDatabaseAndTheDefaultsOnce)
     EXPECT_EQ(MetricPostPersistence::loadSuperProperties(u"ab12cd"_qs, suite).size(), 1);
     EXPECT_EQ(MetricPostPersistence::loadTimedEvents(u"ab12cd"_qs, suite).size(), 1);
     EXPECT_EQ(MetricPostPersistence::loadOptOutStatusFlag(u"ab12cd"_qs, suite), false);
-    EXPECT_FALSE(MetricPostPersistence::needMigration(u"ab12cd"_qs, environment));
+    EXPECT_FALSE(MetricPostPersistence::needMigration(u"ab12cd"_qs, folder));
     persistence.migrate();
     EXPECT_EQ(persistence.loadEntitiesInBatch(PersistenceType::events).size(), 2);
 }

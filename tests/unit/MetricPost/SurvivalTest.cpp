@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "MPDB.h"
-#include "MetricPostInstance.h"
+#include "MetricPost/MetricPostInstance.h"
 #include "TestSupport.h"
 
 #include <QElapsedTimer>

@@ -3,7 +3,7 @@
 
 #include "TestSupport.h"
 
-#include "MetricPostLogger.h"
+#include "MetricPost/MetricPostLogger.h"
 
 #include <QFile>
 
@@ -103,6 +103,18 @@ Environment Sandbox::environment() const
         .defaultServerURL = QStringLiteral("http://collector.test"),
         .doNotTrack = doNotTrack,
     };
+}
+
+MetricPostPersistence::Surroundings Sandbox::storeSurroundings() const
+{
+    const Environment all = environment();
+    return {all.now, all.cachesFolder, all.userDefaults, all.legacyArchiveFolder, {}};
+}
+
+FlushRequest::Surroundings Sandbox::requestSurroundings() const
+{
+    const Environment all = environment();
+    return {all.transport, all.now, all.random};
 }
 
 QString Sandbox::databasePath(const QString &letters) const

@@ -4,9 +4,11 @@
 #pragma once
 
 #include "Environment.h"
+#include "FlushRequest.h"
 #include "JSONHandler.h"
-#include "MetricPostInstance.h"
-#include "MetricPostLogging.h"
+#include "MetricPost/MetricPostInstance.h"
+#include "MetricPost/MetricPostLogging.h"
+#include "MetricPostPersistence.h"
 #include "SettingsUserDefaults.h"
 #include "support/WaitUntil.h"
 
@@ -59,6 +61,8 @@ HTTPOutcome answer(int status, const QByteArray &body, const QByteArray &retryAf
 struct Sandbox {
     /// Built with what is set at that moment.
     Environment environment() const;
+    MetricPostPersistence::Surroundings storeSurroundings() const;
+    FlushRequest::Surroundings requestSurroundings() const;
     QString databasePath(const QString &letters) const;
     int storedEvents(const QString &letters) const;
 

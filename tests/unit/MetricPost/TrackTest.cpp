@@ -45,9 +45,9 @@ struct Tracking : testing::Test {
     Sandbox sandbox;
     const Environment environment = sandbox.environment();
     SerialQueue queue{u"test"_qs};
-    SessionMetadata metadata{queue, environment};
-    MetricPostPersistence persistence{u"tok"_qs, environment};
-    Track track{u"tok"_qs, u"tok"_qs, metadata, persistence, environment};
+    SessionMetadata metadata{queue, environment.now, environment.random};
+    MetricPostPersistence persistence{u"tok"_qs, sandbox.storeSurroundings()};
+    Track track{u"tok"_qs, u"tok"_qs, metadata, persistence, sandbox.defaults};
     Owner owner;
     MetricPostIdentity identity{u"$device:d"_qs, {}, u"d"_qs, {}, {}, {}};
 };

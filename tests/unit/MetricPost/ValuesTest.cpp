@@ -6,7 +6,7 @@
 #include "JSONHandler.h"
 #include "KeyedArchive.h"
 #include "LoopbackServer.h"
-#include "MPAssert.h"
+#include "MetricPost/MPAssert.h"
 #include "TestSupport.h"
 
 #include <QRandomGenerator>

@@ -4,7 +4,7 @@
 #include "quillet/analytics/SharedMetricPost.h"
 
 #include "LoopbackServer.h"
-#include "MetricPost.h"
+#include "MetricPost/MetricPost.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
