@@ -20,14 +20,19 @@ MAY_INCLUDE = {
     "commands": [],
 
     # The analytics client, from the ground up.
-    "MetricPost/log": [],
+    "MetricPost/include": [],
     "MetricPost/threads": [],
-    "MetricPost/values": ["MetricPost/log"],
-    "MetricPost/store": ["MetricPost/values", "MetricPost/threads", "MetricPost/log"],
-    "MetricPost/upload": ["MetricPost/store", "MetricPost/values", "MetricPost/threads",
+    "MetricPost/log": ["MetricPost/include", "MetricPost/threads"],
+    "MetricPost/values": ["MetricPost/include", "MetricPost/log"],
+    "MetricPost/store": ["MetricPost/include", "MetricPost/values", "MetricPost/threads",
+                         "MetricPost/log"],
+    "MetricPost/upload": ["MetricPost/include", "MetricPost/values", "MetricPost/threads",
                           "MetricPost/log"],
-    "MetricPost": ["MetricPost/upload", "MetricPost/store", "MetricPost/values",
-                   "MetricPost/threads", "MetricPost/log"],
+    "MetricPost/tracking": ["MetricPost/include", "MetricPost/store", "MetricPost/values",
+                            "MetricPost/threads", "MetricPost/log"],
+    "MetricPost/instance": ["MetricPost/include", "MetricPost/tracking", "MetricPost/store",
+                            "MetricPost/upload", "MetricPost/values", "MetricPost/threads",
+                            "MetricPost/log"],
 
     # The writing backend.
     "backend/engine": ["commands"],
@@ -57,7 +62,7 @@ MAY_INCLUDE = {
 
     # The application.
     "quillet/diagnostics": [],
-    "quillet/analytics": ["MetricPost"],
+    "quillet/analytics": ["MetricPost/include"],
     "quillet/widgets": [],
     "quillet/focus": ["platform", "quillet/diagnostics"],
     "quillet/writing": ["commands", "quillet/diagnostics"],
@@ -67,7 +72,8 @@ MAY_INCLUDE = {
                        "quillet/diagnostics"],
     "quillet/window": ["platform", "quillet/widgets"],
     "quillet/shell": ["platform", "quillet/diagnostics"],
-    "quillet/application": ["platform", "MetricPost", "quillet/analytics", "quillet/button",
+    "quillet/application": ["platform", "MetricPost/include", "quillet/analytics",
+                            "quillet/button",
                             "quillet/diagnostics", "quillet/focus", "quillet/popup",
                             "quillet/shell", "quillet/widgets", "quillet/window",
                             "quillet/writing"],
