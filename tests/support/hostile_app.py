@@ -17,6 +17,8 @@ Usage: hostile_app.py LIE, one of
   focus-storm        2,000 focus events a second between two inputs
   silent             it never answers
   password           its input is a password field; prints every call that reaches it
+  private-command    its private address runs a command that leaves the file "ran" in HOME
+  private-impostor   its private address is the socket of another process, which prints what it gets
   slow-farewell      it does nothing for a second after a client has left the bus, and prints
                      "early" when a key comes meanwhile, "key" for one that comes later
 
@@ -39,6 +41,7 @@ FRAME, INPUT, OTHER, DOCUMENT = ("/org/a11y/atspi/accessible/" + n for n in "123
 KEY_PRESS_MASK = 1
 IS_DOCUMENT = LIE in ("endless-tree", "vanishing", "many-children")
 FOCUSED = DOCUMENT if IS_DOCUMENT else INPUT
+IMPOSTOR = os.path.join(os.environ["HOME"], "impostor")
 
 
 class Writer:
@@ -253,6 +256,10 @@ def answer(name, path, member, body):
         return "as", ["org.a11y.atspi." + each for each in names]
     if member == "GetAttributes":
         return "a{ss}", []
+    if member == "GetApplicationBusAddress" and LIE == "private-command":
+        return "s", "unixexec:path=/usr/bin/touch,argv1=" + os.environ["HOME"] + "/ran"
+    if member == "GetApplicationBusAddress" and LIE == "private-impostor":
+        return "s", "unix:path=" + IMPOSTOR
     if member == "GetChildren":
         return "a(so)", [(name, child) for child in children(name, path)]
     if member == "GetExtents":
@@ -276,6 +283,18 @@ def answer(name, path, member, body):
         if wanted in ("Name", "Description", "ToolkitName", "Version"):
             return "v", ("s", "hostile")
     return None
+
+
+def listen_as_another_process():
+    listener = socket.socket(socket.AF_UNIX)
+    listener.bind(IMPOSTOR)
+    if os.fork():
+        listener.close()
+        return
+    listener.listen()
+    while True:
+        client, _ = listener.accept()
+        print("got", client.recv(100), flush=True)
 
 
 def show_window():
@@ -317,6 +336,8 @@ def main():
         check=True,
     ).stdout.strip()
     bus = Bus(address)
+    if LIE == "private-impostor":
+        listen_as_another_process()
     window = show_window()
     event = ("focused", 1, 0, ("i", 0), (bus.name, ROOT))
     begin = time.monotonic()

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/Accessibility.h"
-#include "platform/linux/atspi/DBusConnection.h"
+#include "platform/linux/atspi/DBusMessage.h"
 
 #include <QAccessible>
 

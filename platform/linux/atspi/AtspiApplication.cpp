@@ -4,18 +4,22 @@
 #include "platform/linux/atspi/AtspiApplication.h"
 
 #include "platform/linux/atspi/AtspiProtocol.h"
+#include "platform/linux/atspi/DBusConnection.h"
+#include "platform/linux/atspi/PrivateSocket.h"
+
+#include <unistd.h>
 
 namespace platform::linux_
 {
 
-AtspiApplication::AtspiApplication(QByteArray busName, qint32 pid, DBusConnection *bus)
+AtspiApplication::AtspiApplication(QByteArray busName, qint32 pid, CallChannel *bus)
     : m_busName(std::move(busName))
     , m_pid(pid)
     , m_bus(bus)
 {
 }
 
-void AtspiApplication::setListener(DBusConnection *listener)
+void AtspiApplication::setListener(CallChannel *listener)
 {
     m_listener = listener;
     m_askedForPrivate = m_private != nullptr;
@@ -30,7 +34,7 @@ void AtspiApplication::missedDeadline()
                      [this](DBusMessage &) { m_probing = false; });
 }
 
-DBusConnection *AtspiApplication::connection()
+CallChannel *AtspiApplication::connection()
 {
     introduce();
     if (m_private && m_private->isReady())
@@ -38,7 +42,7 @@ DBusConnection *AtspiApplication::connection()
     return m_bus;
 }
 
-QByteArray AtspiApplication::destination(const DBusConnection *to) const
+QByteArray AtspiApplication::destination(const CallChannel *to) const
 {
     return to == m_bus ? m_busName : QByteArray();
 }
@@ -51,14 +55,26 @@ void AtspiApplication::askForPrivate()
     m_listener->call(
         m_busName, atspi::rootPath, atspi::ApplicationInterface, "GetApplicationBusAddress",
         noting([this](DBusMessage &reply) {
-            const auto address = reply.readBytes();
-            if (!address || address->isEmpty() || m_private)
-                return;
-            m_private = DBusConnection::open(*address, DBusConnection::Kind::Peer, this);
-            if (m_private)
-                connect(m_private, &DBusConnection::closed, m_private, &QObject::deleteLater);
+            if (const auto address = reply.readBytes())
+                connectDirectly(*address);
         }),
-        DBusConnection::WithoutLimit);
+        CallChannel::WithoutLimit);
+}
+
+// The address is the application's own claim: it may name a transport that runs a command, or the
+// socket of another process. In doubt all calls stay on the bus.
+void AtspiApplication::connectDirectly(const QByteArray &address)
+{
+    const auto socket = parsePrivateAddress(address);
+    if (m_private || !socket)
+        return;
+    const int descriptor = connectToProcess(*socket, m_pid, geteuid());
+    if (descriptor < 0)
+        return;
+    DBusConnection *const direct = DBusConnection::openPeer(descriptor, this);
+    m_private = direct;
+    if (direct)
+        connect(direct, &DBusConnection::closed, direct, &QObject::deleteLater);
 }
 
 void AtspiApplication::introduce()
@@ -72,10 +88,10 @@ void AtspiApplication::introduce()
                     if (reply.enterVariant("s"))
                         m_toolkit = reply.readBytes().value_or(QByteArray());
                 }),
-                DBusConnection::WithoutLimit, "ss", atspi::ApplicationInterface, "ToolkitName");
+                CallChannel::WithoutLimit, "ss", atspi::ApplicationInterface, "ToolkitName");
 }
 
-DBusConnection::Handler AtspiApplication::noting(DBusConnection::Handler handler)
+CallChannel::Handler AtspiApplication::noting(CallChannel::Handler handler)
 {
     // The connections may outlive the application's entry: they are the bus's.
     return [self = QPointer(this), handler = std::move(handler)](DBusMessage &message) {
@@ -89,14 +105,14 @@ DBusConnection::Handler AtspiApplication::noting(DBusConnection::Handler handler
 sd_bus_message *AtspiApplication::newCall(const QByteArray &path, const char *interface,
                                           const char *member)
 {
-    DBusConnection *to = connection();
+    CallChannel *to = connection();
     return to ? to->newCall(destination(to), path, interface, member) : nullptr;
 }
 
-bool AtspiApplication::send(sd_bus_message *message, DBusConnection::Handler handler)
+bool AtspiApplication::send(sd_bus_message *message, CallChannel::Handler handler)
 {
-    DBusConnection *to = connection();
-    return to && to->send(message, noting(std::move(handler)), DBusConnection::WithoutLimit);
+    CallChannel *to = connection();
+    return to && to->send(message, noting(std::move(handler)), CallChannel::WithoutLimit);
 }
 
 bool AtspiApplication::waitFor(const std::function<bool()> &done, QDeadlineTimer deadline)
@@ -109,7 +125,7 @@ bool AtspiApplication::waitFor(const std::function<bool()> &done, QDeadlineTimer
 }
 
 void Pipeline::property(const QByteArray &path, const char *interface, const char *name,
-                        const char *type, DBusConnection::Handler handler)
+                        const char *type, CallChannel::Handler handler)
 {
     call(
         path, atspi::PropertiesInterface, "Get",
@@ -129,7 +145,7 @@ bool Pipeline::wait(QDeadlineTimer deadline)
     return !m_failed;
 }
 
-DBusConnection::Handler Pipeline::counting(DBusConnection::Handler handler)
+CallChannel::Handler Pipeline::counting(CallChannel::Handler handler)
 {
     return [open = std::weak_ptr<int>(m_open), handler = std::move(handler)](DBusMessage &reply) {
         const auto count = open.lock();

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/atspi/DBusConnection.h"
+#include "platform/linux/atspi/CallChannel.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -24,11 +24,11 @@ public:
     /// What a blocking question may cost the user interface, the time to connect included.
     static constexpr int patience = 200; // milliseconds
 
-    AtspiApplication(QByteArray busName, qint32 pid, DBusConnection *bus);
+    AtspiApplication(QByteArray busName, qint32 pid, CallChannel *bus);
 
-    /// The connection over which it is asked for its private one; null for none at present. To
-    /// at-spi2-atk whoever has asked that listens, until that connection is closed.
-    void setListener(DBusConnection *listener);
+    /// The connection over which it is asked for its private one; null for none at present.
+    /// at-spi2-atk counts a client that has asked as a listener until that connection is closed.
+    void setListener(CallChannel *listener);
 
     const QByteArray &busName() const { return m_busName; }
     qint32 pid() const { return m_pid; }
@@ -41,33 +41,34 @@ public:
     /// Marks it as not answering, and asks it something whose answer clears the mark.
     void missedDeadline();
 
-    /// Sends a call without waiting; see DBusConnection::call().
+    /// Sends a call without waiting; see CallChannel::call().
     template <typename... Args>
     bool call(const QByteArray &path, const char *interface, const char *member,
-              DBusConnection::Handler handler, const char *types = "", Args... args)
+              CallChannel::Handler handler, const char *types = "", Args... args)
     {
-        DBusConnection *to = connection();
+        CallChannel *to = connection();
         return to && to->call(destination(to), path, interface, member, noting(std::move(handler)),
-                              DBusConnection::WithoutLimit, types, args...);
+                              CallChannel::WithoutLimit, types, args...);
     }
     sd_bus_message *newCall(const QByteArray &path, const char *interface, const char *member);
-    bool send(sd_bus_message *message, DBusConnection::Handler handler);
+    bool send(sd_bus_message *message, CallChannel::Handler handler);
 
     /// Waits for `done` on whichever connections answers may come, at most until the deadline.
     bool waitFor(const std::function<bool()> &done, QDeadlineTimer deadline);
 
 private:
-    DBusConnection *connection();
-    QByteArray destination(const DBusConnection *to) const;
-    DBusConnection::Handler noting(DBusConnection::Handler handler);
+    CallChannel *connection();
+    QByteArray destination(const CallChannel *to) const;
+    CallChannel::Handler noting(CallChannel::Handler handler);
     void introduce();
     void askForPrivate();
+    void connectDirectly(const QByteArray &address);
 
     QByteArray m_busName;
     qint32 m_pid;
-    QPointer<DBusConnection> m_bus;
-    QPointer<DBusConnection> m_listener;
-    QPointer<DBusConnection> m_private;
+    QPointer<CallChannel> m_bus;
+    QPointer<CallChannel> m_listener;
+    QPointer<CallChannel> m_private;
     QByteArray m_toolkit;
     bool m_introduced = false;
     bool m_askedForPrivate = false;
@@ -88,7 +89,7 @@ public:
 
     template <typename... Args>
     void call(const QByteArray &path, const char *interface, const char *member,
-              DBusConnection::Handler handler, const char *types = "", Args... args)
+              CallChannel::Handler handler, const char *types = "", Args... args)
     {
         if (m_application.call(path, interface, member, counting(std::move(handler)), types,
                                args...))
@@ -99,13 +100,13 @@ public:
 
     /// Reads a property; the handler finds the variant's contents entered.
     void property(const QByteArray &path, const char *interface, const char *name, const char *type,
-                  DBusConnection::Handler handler);
+                  CallChannel::Handler handler);
 
     /// False when the application did not answer all in time; it is then marked.
     bool wait(QDeadlineTimer deadline = QDeadlineTimer(AtspiApplication::patience));
 
 private:
-    DBusConnection::Handler counting(DBusConnection::Handler handler);
+    CallChannel::Handler counting(CallChannel::Handler handler);
 
     AtspiApplication &m_application;
     std::shared_ptr<int> m_open;

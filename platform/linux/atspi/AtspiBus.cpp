@@ -77,7 +77,7 @@ AtspiBus::~AtspiBus() = default;
 
 void AtspiBus::connectSession()
 {
-    m_session = DBusConnection::open(m_sessionAddress, DBusConnection::Kind::Bus, this);
+    m_session = DBusConnection::openBus(m_sessionAddress, this);
     if (!m_session) {
         setService(Service::Missing, false);
         retry();
@@ -204,7 +204,7 @@ void AtspiBus::connectBus(const QByteArray &address)
 
 DBusConnection *AtspiBus::connectTo(const QByteArray &address)
 {
-    DBusConnection *connection = DBusConnection::open(address, DBusConnection::Kind::Bus, this);
+    DBusConnection *connection = DBusConnection::openBus(address, this);
     if (connection) {
         connect(connection, &DBusConnection::closed, this, [this] {
             disconnectBus();

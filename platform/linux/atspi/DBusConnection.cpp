@@ -7,6 +7,7 @@
 
 #include <ctime>
 #include <poll.h>
+#include <unistd.h>
 
 namespace platform::linux_
 {
@@ -30,171 +31,13 @@ quint64 monotonicMicroseconds()
 
 } // namespace
 
-bool ObjectRef::isNull() const
-{
-    return busName.isEmpty() || path.isEmpty() || path.endsWith("/null");
-}
-
-bool DBusMessage::isError() const
-{
-    return sd_bus_message_is_method_error(m_message, nullptr) > 0;
-}
-
-QByteArray DBusMessage::errorName() const
-{
-    const sd_bus_error *error = sd_bus_message_get_error(m_message);
-    return error ? QByteArray(error->name) : QByteArray();
-}
-
-QByteArray DBusMessage::sender() const
-{
-    return sd_bus_message_get_sender(m_message);
-}
-
-QByteArray DBusMessage::path() const
-{
-    return sd_bus_message_get_path(m_message);
-}
-
-QByteArray DBusMessage::member() const
-{
-    return sd_bus_message_get_member(m_message);
-}
-
-std::optional<QString> DBusMessage::readString()
-{
-    const char *text = nullptr;
-    if (isError() || sd_bus_message_read_basic(m_message, SD_BUS_TYPE_STRING, &text) <= 0)
-        return std::nullopt;
-    return QString::fromUtf8(text);
-}
-
-std::optional<QByteArray> DBusMessage::readBytes()
-{
-    const char *text = nullptr;
-    if (isError() || sd_bus_message_read_basic(m_message, SD_BUS_TYPE_STRING, &text) <= 0)
-        return std::nullopt;
-    return QByteArray(text);
-}
-
-std::optional<qint32> DBusMessage::readInt32()
-{
-    qint32 value = 0;
-    if (isError() || sd_bus_message_read_basic(m_message, SD_BUS_TYPE_INT32, &value) <= 0)
-        return std::nullopt;
-    return value;
-}
-
-std::optional<quint32> DBusMessage::readUInt32()
-{
-    quint32 value = 0;
-    if (isError() || sd_bus_message_read_basic(m_message, SD_BUS_TYPE_UINT32, &value) <= 0)
-        return std::nullopt;
-    return value;
-}
-
-std::optional<bool> DBusMessage::readBool()
-{
-    int value = 0;
-    if (isError() || sd_bus_message_read_basic(m_message, SD_BUS_TYPE_BOOLEAN, &value) <= 0)
-        return std::nullopt;
-    return value != 0;
-}
-
-std::optional<double> DBusMessage::readDouble()
-{
-    double value = 0;
-    if (isError() || sd_bus_message_read_basic(m_message, SD_BUS_TYPE_DOUBLE, &value) <= 0)
-        return std::nullopt;
-    return value;
-}
-
-std::optional<ObjectRef> DBusMessage::readObject()
-{
-    const char *name = nullptr;
-    const char *path = nullptr;
-    if (isError() || sd_bus_message_read(m_message, "(so)", &name, &path) <= 0)
-        return std::nullopt;
-    return ObjectRef{name, path};
-}
-
-std::optional<QList<ObjectRef>> DBusMessage::readObjects()
-{
-    if (isError() || sd_bus_message_enter_container(m_message, SD_BUS_TYPE_ARRAY, "(so)") <= 0)
-        return std::nullopt;
-    QList<ObjectRef> objects;
-    const char *name = nullptr;
-    const char *path = nullptr;
-    while (sd_bus_message_read(m_message, "(so)", &name, &path) > 0)
-        objects.append(ObjectRef{name, path});
-    exit();
-    return objects;
-}
-
-std::optional<QList<QByteArray>> DBusMessage::readStrings()
-{
-    if (isError() || sd_bus_message_enter_container(m_message, SD_BUS_TYPE_ARRAY, "s") <= 0)
-        return std::nullopt;
-    QList<QByteArray> strings;
-    const char *text = nullptr;
-    while (sd_bus_message_read_basic(m_message, SD_BUS_TYPE_STRING, &text) > 0)
-        strings.append(text);
-    exit();
-    return strings;
-}
-
-std::optional<QList<quint32>> DBusMessage::readUInt32s()
-{
-    const void *data = nullptr;
-    size_t size = 0;
-    if (isError() || sd_bus_message_read_array(m_message, SD_BUS_TYPE_UINT32, &data, &size) < 0)
-        return std::nullopt;
-    const auto *first = static_cast<const quint32 *>(data);
-    return QList<quint32>(first, first + size / sizeof(quint32));
-}
-
-std::optional<QList<std::pair<QByteArray, QByteArray>>> DBusMessage::readDictionary()
-{
-    if (isError() || sd_bus_message_enter_container(m_message, SD_BUS_TYPE_ARRAY, "{ss}") <= 0)
-        return std::nullopt;
-    QList<std::pair<QByteArray, QByteArray>> entries;
-    const char *key = nullptr;
-    const char *value = nullptr;
-    while (sd_bus_message_read(m_message, "{ss}", &key, &value) > 0)
-        entries.append(std::pair<QByteArray, QByteArray>(key, value));
-    exit();
-    return entries;
-}
-
-bool DBusMessage::enterVariant(const char *contents)
-{
-    return !isError() &&
-           sd_bus_message_enter_container(m_message, SD_BUS_TYPE_VARIANT, contents) > 0;
-}
-
-bool DBusMessage::enterStruct(const char *contents)
-{
-    return !isError() &&
-           sd_bus_message_enter_container(m_message, SD_BUS_TYPE_STRUCT, contents) > 0;
-}
-
-bool DBusMessage::exit()
-{
-    return sd_bus_message_exit_container(m_message) >= 0;
-}
-
-bool DBusMessage::skip(const char *types)
-{
-    return !isError() && sd_bus_message_skip(m_message, types) >= 0;
-}
-
-DBusConnection *DBusConnection::open(const QByteArray &address, Kind kind, QObject *parent)
+DBusConnection *DBusConnection::openBus(const QByteArray &address, QObject *parent)
 {
     sd_bus *bus = nullptr;
     if (address.isEmpty() || sd_bus_new(&bus) < 0)
         return nullptr;
     const bool opened = sd_bus_set_address(bus, address.constData()) >= 0 &&
-                        sd_bus_set_bus_client(bus, kind == Kind::Bus) >= 0 &&
+                        sd_bus_set_bus_client(bus, true) >= 0 &&
                         sd_bus_negotiate_fds(bus, false) >= 0 && sd_bus_start(bus) >= 0;
     if (!opened) {
         sd_bus_close_unref(bus);
@@ -203,8 +46,28 @@ DBusConnection *DBusConnection::open(const QByteArray &address, Kind kind, QObje
     return new DBusConnection(bus, parent);
 }
 
+DBusConnection *DBusConnection::openPeer(int descriptor, QObject *parent)
+{
+    sd_bus *bus = nullptr;
+    if (sd_bus_new(&bus) < 0) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    if (sd_bus_set_fd(bus, descriptor, descriptor) < 0) {
+        ::close(descriptor);
+        sd_bus_unref(bus);
+        return nullptr;
+    }
+    // From here on the descriptor is the bus's.
+    if (sd_bus_negotiate_fds(bus, false) < 0 || sd_bus_start(bus) < 0) {
+        sd_bus_close_unref(bus);
+        return nullptr;
+    }
+    return new DBusConnection(bus, parent);
+}
+
 DBusConnection::DBusConnection(sd_bus *bus, QObject *parent)
-    : QObject(parent)
+    : CallChannel(parent)
     , m_bus(bus)
 {
     const int fd = sd_bus_get_fd(bus);

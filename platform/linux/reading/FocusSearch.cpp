@@ -181,7 +181,7 @@ struct Search : std::enable_shared_from_this<Search> {
 } // namespace
 
 bool getMatches(AtspiApplication &application, const QByteArray &path, const MatchRule &rule,
-                DBusConnection::Handler handler)
+                CallChannel::Handler handler)
 {
     const bool continued = !rule.after.isEmpty();
     sd_bus_message *message = application.newCall(path, atspi::CollectionInterface,

@@ -26,7 +26,7 @@ struct MatchRule {
 /// Asks for the elements below `path` that match, in the order of the tree. The reply holds a list
 /// of objects. False when it could not be asked.
 bool getMatches(AtspiApplication &application, const QByteArray &path, const MatchRule &rule,
-                DBusConnection::Handler handler);
+                CallChannel::Handler handler);
 
 /// Finds the element that has the focus by asking the application: its active window, and below it
 /// whatever says that it is focused. `completion` is called once, from within the application's

@@ -125,7 +125,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
              const std::function<void(DBusMessage &)> &handler)
     {
         send(
-            [&](DBusConnection::Handler wrapped) {
+            [&](CallChannel::Handler wrapped) {
                 return application->call(path, interface, member, std::move(wrapped));
             },
             handler);
@@ -171,7 +171,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
                 reply.readDictionary().value_or(QList<std::pair<QByteArray, QByteArray>>()));
         });
         send(
-            [&](DBusConnection::Handler wrapped) {
+            [&](CallChannel::Handler wrapped) {
                 return application->call(path, atspi::TextInterface, "GetText", std::move(wrapped),
                                          "ii", 0, -1);
             },

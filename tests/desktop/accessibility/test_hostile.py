@@ -53,6 +53,17 @@ def test_lies_about_a_tree(attack, lie):
     assert probe("focus")["AXRole"] == "AXWebArea"
 
 
+def test_a_private_address_runs_nothing_and_reaches_nobody_else(desktop, attack):
+    for lie in ("private-command", "private-impostor"):
+        probe, program = attack(lie)
+        seen = probe("wait", "AXTextArea", program.pid)
+        assert seen["AXValue"] == "an honest text"  # over the bus
+        probe("serve", 300)
+        assert not pathlib.Path(desktop.folder, "ran").exists()
+        assert "got b'\\x00AUTH" not in program.output()
+        program.stop()
+
+
 def test_one_that_never_answers(attack):
     probe, program = attack("silent")
     times = []
