@@ -64,6 +64,10 @@ public:
     /// took it; with false when the window is gone or does not take it.
     virtual void restoreFocus(std::function<void(bool)> completion) = 0;
 
+    /// What this desktop session does not offer of what we need, and the way out, in one sentence
+    /// for the user; empty where everything works. It can change while we run.
+    virtual QString sessionLimitation() { return {}; }
+
     /// Asks the desktop to open `url` with the user's program for it. False when nothing does.
     virtual bool open(const QUrl &url) = 0;
 };
