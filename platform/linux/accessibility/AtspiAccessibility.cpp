@@ -383,6 +383,14 @@ AXError AtspiAccessibility::copyChildren(AtspiApplication &application, const QB
 AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const ObjectRef &element,
                                       const ElementFacts &facts, AXValue &value)
 {
+    const auto window = m_focus.windowOf(element.busName);
+    auto place = window ? m_activeWindow.geometry(*window) : std::nullopt;
+    const bool isGtk4 = facts.toolkit == "GTK";
+    if (!place && (isGtk4 || m_activeWindow.isPlaceNeeded()))
+        return AXError::NoValue;
+    // Of a place on the screen that they do not know, programs say what they like.
+    const auto coordinates =
+        place && place->countsFromWindow ? atspi::CoordType::Window : atspi::CoordType::Screen;
     const QDeadlineTimer deadline(AtspiApplication::patience);
     std::optional<QRect> extents;
     ObjectRef parent;
@@ -395,8 +403,7 @@ AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const Objec
         Pipeline pipeline(application);
         pipeline.call(
             element.path, atspi::ComponentInterface, "GetExtents",
-            [&](DBusMessage &reply) { extents = readExtents(reply); }, "u",
-            quint32(atspi::CoordType::Screen));
+            [&](DBusMessage &reply) { extents = readExtents(reply); }, "u", quint32(coordinates));
         askParent(pipeline, element.path, parent);
         if (!pipeline.wait(deadline))
             return AXError::CannotComplete;
@@ -417,8 +424,7 @@ AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const Objec
                       [&](DBusMessage &reply) { role = reply.readUInt32().value_or(0); });
         pipeline.call(
             parent.path, atspi::ComponentInterface, "GetExtents",
-            [&](DBusMessage &reply) { around = readExtents(reply); }, "u",
-            quint32(atspi::CoordType::Screen));
+            [&](DBusMessage &reply) { around = readExtents(reply); }, "u", quint32(coordinates));
         askParent(pipeline, parent.path, next);
         // Better a frame that is not clipped than none: a busy application may need long for all
         // that lies around its input.
@@ -432,17 +438,18 @@ AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const Objec
             topLevel = around;
         parent = next;
     }
-    const auto window = m_focus.windowOf(element.busName);
-    const auto place = window ? m_activeWindow.geometry(*window) : std::nullopt;
-    const bool relative = facts.toolkit == "GTK";
-    if (place && (topLevel || relative))
-        visible = ontoScreen(visible, topLevel.value_or(QRect(QPoint(), place->size())), *place,
-                             relative);
-    else if (relative)
-        return AXError::NoValue;
-    if (place && place->intersects(visible))
-        visible = visible.intersected(*place);
-    const QList<ScreenGeometry> screens = currentScreens();
+    QList<ScreenGeometry> screens = currentScreens();
+    if (place) {
+        place->countsFromWindow |= isGtk4;
+        visible =
+            ontoScreen(visible, topLevel.value_or(QRect(QPoint(), place->contents.size())), *place);
+        if (place->contents.intersects(visible))
+            visible = visible.intersected(place->contents);
+        if (place->inPoints) {
+            for (ScreenGeometry &screen : screens)
+                screen.scale = 1;
+        }
+    }
     if (!isPlausible(visible, screens))
         return AXError::NoValue;
     value = toPoints(visible, screens);

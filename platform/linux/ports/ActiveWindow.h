@@ -12,6 +12,18 @@
 namespace platform::linux_
 {
 
+/// Where a window lies, and what its program counts from when it reports the place of an element.
+struct WindowPlace {
+    /// The window's contents, without a shadow or frame that the program or the desktop draws.
+    QRect contents;
+    /// All that the program draws, with its shadow; the same as `contents` where that is unknown.
+    QRect surface;
+    /// The program does not know where on the screen its window is: it counts from the window.
+    bool countsFromWindow = false;
+    /// The numbers are points, not device pixels.
+    bool inPoints = false;
+};
+
 /// Which window has the keyboard, as the window system sees it: what an application says of itself
 /// is not enough to believe it. Main thread only; no call waits for another application.
 class ActiveWindow
@@ -30,9 +42,11 @@ public:
     virtual bool isAvailable() = 0;
     /// Absent when no window is active.
     virtual std::optional<Window> activeWindow() = 0;
-    /// Where the window's contents lie on the screen, in device pixels, without a shadow that the
-    /// application draws around them.
-    virtual std::optional<QRect> geometry(std::uint32_t window) = 0;
+    /// Where the window lies on the screen; absent when it is gone or nothing is known of it.
+    virtual std::optional<WindowPlace> geometry(std::uint32_t window) = 0;
+    /// Whether no program knows by itself where on the screen its window is, so that an element has
+    /// a place only where geometry() knows that of its window.
+    virtual bool isPlaceNeeded() { return false; }
 };
 
 } // namespace platform::linux_

@@ -36,17 +36,20 @@ bool isPlausible(const QRect &pixels, const QList<ScreenGeometry> &screens)
     return screens.isEmpty();
 }
 
-QRect ontoScreen(const QRect &element, const QRect &topLevel, const QRect &window, bool relative)
+QRect ontoScreen(const QRect &element, const QRect &topLevel, const WindowPlace &window)
 {
-    if (topLevel.isEmpty() || window.isEmpty())
+    if (topLevel.isEmpty() || window.contents.isEmpty())
         return element;
-    const int unit = std::clamp(qRound(double(window.width()) / topLevel.width()), 1, largestUnit);
-    const QRect pixels(element.topLeft() * unit, element.size() * unit);
-    if (!relative)
-        return pixels;
-    const QSize border = (window.size() - topLevel.size() * unit) / 2;
-    return pixels.translated(window.topLeft() - topLevel.topLeft() * unit +
-                             QPoint(std::max(0, border.width()), std::max(0, border.height())));
+    const int unit =
+        std::clamp(qRound(double(window.contents.width()) / topLevel.width()), 1, largestUnit);
+    const QRect scaled(element.topLeft() * unit, element.size() * unit);
+    if (!window.countsFromWindow)
+        return scaled;
+    const QSize size = topLevel.size() * unit;
+    const QRect &around = size == window.surface.size() ? window.surface : window.contents;
+    const QSize border = (around.size() - size) / 2;
+    return scaled.translated(around.topLeft() - topLevel.topLeft() * unit +
+                             QPoint(border.width(), border.height()));
 }
 
 QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens)

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/linux/ports/ActiveWindow.h"
+
 #include <QList>
 #include <QRect>
 #include <QRectF>
@@ -27,11 +29,12 @@ struct ScreenGeometry {
 /// Whether an application's extents can be those of something on a screen.
 bool isPlausible(const QRect &pixels, const QList<ScreenGeometry> &screens);
 
-/// Where an element lies on the screen, in device pixels, by what its application says of it and of
-/// its top-level window, and by where the window system has that window. Some applications count in
-/// units of a whole number of pixels; some, when `relative`, count from their window's corner,
-/// inside the border that they draw, because they do not know where the window is.
-QRect ontoScreen(const QRect &element, const QRect &topLevel, const QRect &window, bool relative);
+/// Where an element lies on the screen, in the units of `window`, by what its program says of it
+/// and of its top-level window, and by where the window system has that window. Some programs count
+/// in units of a whole number of pixels. A program that counts from its window counts from the
+/// corner of its surface, shadow included, when its top-level window is as large as that, else from
+/// the corner of the contents; what remains is a border of the same width on opposite sides.
+QRect ontoScreen(const QRect &element, const QRect &topLevel, const WindowPlace &window);
 
 /// Turns device pixels into points from the top left of the main screen, the first of `screens`.
 QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens);

@@ -134,7 +134,7 @@ std::optional<ActiveWindow::Window> X11ActiveWindow::activeWindow()
     return isAvailable() ? m_window : std::nullopt;
 }
 
-std::optional<QRect> X11ActiveWindow::geometry(std::uint32_t window)
+std::optional<WindowPlace> X11ActiveWindow::geometry(std::uint32_t window)
 {
     if (m_root == XCB_NONE || xcb_connection_has_error(m_connection.get()))
         return std::nullopt;
@@ -148,14 +148,15 @@ std::optional<QRect> X11ActiveWindow::geometry(std::uint32_t window)
     const auto shadow = owned(xcb_get_property_reply(connection, shadowCookie, nullptr));
     if (!size || !place)
         return std::nullopt;
-    QRect rect(place->dst_x, place->dst_y, size->width, size->height);
+    const QRect surface(place->dst_x, place->dst_y, size->width, size->height);
+    QRect contents = surface;
     if (shadow && shadow->format == 32 && xcb_get_property_value_length(shadow.get()) >= 16) {
         // Left, right, top, bottom.
         std::uint32_t edges[4] = {};
         std::memcpy(edges, xcb_get_property_value(shadow.get()), sizeof(edges));
-        rect.adjust(int(edges[0]), int(edges[2]), -int(edges[1]), -int(edges[3]));
+        contents.adjust(int(edges[0]), int(edges[2]), -int(edges[1]), -int(edges[3]));
     }
-    return rect;
+    return WindowPlace{contents, surface};
 }
 
 } // namespace platform::linux_

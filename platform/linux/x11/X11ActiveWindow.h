@@ -25,7 +25,7 @@ public:
 
     bool isAvailable() override;
     std::optional<Window> activeWindow() override;
-    std::optional<QRect> geometry(std::uint32_t window) override;
+    std::optional<WindowPlace> geometry(std::uint32_t window) override;
 
 private:
     struct Disconnect {

@@ -146,18 +146,32 @@ TEST(Geometry, PixelsBecomePointsOfTheMainScreen)
     EXPECT_EQ(toPoints(QRect(100, 50, 200, 30), screens), QRectF(100 - 1920, 50, 200, 30));
 }
 
-TEST(Geometry, ExtentsThatAreRelativeOrInUnitsFindTheirPlace)
+TEST(Geometry, ExtentsFindTheirPlaceByWhatTheProgramCountsFrom)
 {
     const QRect element(10, 47, 300, 100);
+    const auto at = [&](const QRect &topLevel, const QRect &contents, const QRect &surface,
+                        bool countsFromWindow) {
+        return ontoScreen(element, topLevel, {contents, surface, countsFromWindow, false});
+    };
+    const QRect bordered(290, 190, 700, 520);
     // A border of five pixels that the toolkit draws around what it counts from.
-    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 690, 510), QRect(290, 190, 700, 520), true),
-              QRect(305, 242, 300, 100));
-    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 690, 510), QRect(290, 190, 700, 520), false),
-              element);
-    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 350, 260), QRect(100, 50, 700, 520), true),
+    EXPECT_EQ(at(QRect(0, 0, 690, 510), bordered, bordered, true), QRect(305, 242, 300, 100));
+    EXPECT_EQ(at(QRect(0, 0, 690, 510), bordered, bordered, false), element);
+    EXPECT_EQ(at(QRect(0, 0, 350, 260), QRect(100, 50, 700, 520), QRect(100, 50, 700, 520), true),
               QRect(120, 144, 600, 200));
-    EXPECT_EQ(ontoScreen(element, QRect(0, 0, 1, 1), QRect(0, 0, 700, 520), false).width(), 1200)
+    EXPECT_EQ(at(QRect(0, 0, 1, 1), QRect(0, 0, 700, 520), {}, false).width(), 1200)
         << "a lie about the window stays within bounds";
+
+    const QRect contents(100, 80, 600, 337);
+    const QRect withShadow(74, 57, 652, 389);
+    EXPECT_EQ(at(QRect(0, 0, 600, 337), contents, withShadow, true).topLeft(), QPoint(110, 127))
+        << "counts from the contents";
+    EXPECT_EQ(at(QRect(0, 0, 652, 389), contents, withShadow, true).topLeft(), QPoint(84, 104))
+        << "counts from the shadow's corner";
+    EXPECT_EQ(at(QRect(26, 23, 600, 337), contents, withShadow, true).topLeft(), QPoint(84, 104))
+        << "counts from the shadow's corner and says so";
+    EXPECT_EQ(at(QRect(0, 0, 652, 389), contents, contents, true).topLeft(), QPoint(84, 101))
+        << "a shadow that the window system does not tell of is taken for an even one";
 }
 
 TEST(CodePoints, RangesAreInUtf16Units)
