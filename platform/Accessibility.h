@@ -37,6 +37,35 @@ enum class AXError : int {
     NotEnoughPrecision = -25214,
 };
 
+/// What became of a text that was to be written into an input.
+struct WriteOutcome {
+    enum class Kind : std::uint8_t {
+        /// The input holds exactly the text.
+        Written,
+        /// The input holds the text as its program has changed it: tabs that became spaces, a final
+        /// line feed, the program's own correction while typing.
+        ChangedByProgram,
+        NotWritten,
+    };
+
+    Kind kind = Kind::Written;
+    /// How many characters, as the user sees them, the program has changed.
+    qint64 changedCharacters = 0;
+    /// The focus left the input while keys were on their way: some may have reached another input.
+    bool keysMayBeElsewhere = false;
+    /// The input holds neither the text nor what it held before.
+    bool isDamaged = false;
+    /// Why it was not written.
+    AXError error = AXError::Success;
+
+    bool isWritten() const { return kind != Kind::NotWritten; }
+
+    static WriteOutcome written() { return {}; }
+    static WriteOutcome notWritten(AXError why) { return {Kind::NotWritten, 0, false, false, why}; }
+
+    friend bool operator==(const WriteOutcome &, const WriteOutcome &) = default;
+};
+
 /// A handle to one element of any application's user interface. A value: copies are cheap and
 /// compare equal when they name the same element, whether or not it still exists. A
 /// default-constructed handle names nothing.
@@ -122,10 +151,11 @@ public:
 
     /// Sets one attribute. `completion` is called exactly once on the main thread, before the call
     /// returns where the element takes the value at once, later where the value has to be typed
-    /// and read back.
-    virtual void AXUIElementSetAttributeValue(const AXUIElement &element, const QString &attribute,
-                                              const AXValue &value,
-                                              std::function<void(AXError)> completion) = 0;
+    /// and read back. Success is what has been read back, never the application's word.
+    virtual void
+    AXUIElementSetAttributeValue(const AXUIElement &element, const QString &attribute,
+                                 const AXValue &value,
+                                 std::function<void(const WriteOutcome &)> completion) = 0;
 
     /// The process that the element belongs to. On failure `pid` is left alone.
     virtual AXError AXUIElementGetPid(const AXUIElement &element, std::int32_t &pid) = 0;

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/Accessibility.h"
+
 #include <QList>
 #include <QString>
 #include <QTextBoundaryFinder>
@@ -37,22 +39,30 @@ inline QList<KeyboardEvent> keyboardEvents(const QString &text)
 /// What became of a sequence of synthetic keyboard events.
 enum class TypingResult {
     Typed,
+    /// The target does not have the focus in the window that it was read in, or is none to type
+    /// into: nothing was typed.
+    NoTarget,
     /// The user pressed a key, or the focus left the input: the rest was not typed.
     Interrupted,
+    /// The focus left the input while keys were on their way: the rest was not typed, and some keys
+    /// may have reached another input.
+    Misplaced,
     /// The system did not take the events.
     Failed,
 };
 
-/// Posts keyboard input as if the user had typed it, into whatever holds the keyboard focus.
-/// Main thread only.
+/// Posts keyboard input as if the user had typed it. Main thread only.
 class KeyboardEvents
 {
 public:
     virtual ~KeyboardEvents() = default;
 
-    /// Posts `events` in order. Returns at once; `completion` is called exactly once on the main
-    /// thread. Only one sequence is under way at a time: a second call waits for the first.
-    virtual void CGEventPost(const QList<KeyboardEvent> &events,
+    /// Posts `events` in order, as long as `target` has the focus: the element that the text was
+    /// read from, in the window in which it had the focus then. Nothing is posted into another
+    /// element, another window or a terminal. Returns at once; `completion` is called exactly once
+    /// on the main thread. Only one sequence is under way at a time: a second call waits for the
+    /// first.
+    virtual void CGEventPost(const AXUIElement &target, const QList<KeyboardEvent> &events,
                              std::function<void(TypingResult)> completion) = 0;
 };
 

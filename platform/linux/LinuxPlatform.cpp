@@ -22,10 +22,34 @@ namespace platform
 namespace
 {
 
+/// Types into the elements of the accessibility service.
+class LinuxKeyboard : public KeyboardEvents
+{
+public:
+    LinuxKeyboard(linux_::AtspiAccessibility &accessibility, linux_::Typist &typist)
+        : m_accessibility(accessibility)
+        , m_typist(typist)
+    {
+    }
+
+    void CGEventPost(const AXUIElement &target, const QList<KeyboardEvent> &events,
+                     std::function<void(TypingResult)> completion) override
+    {
+        m_typist.type(m_accessibility.typingTarget(target), events, std::move(completion));
+    }
+
+private:
+    linux_::AtspiAccessibility &m_accessibility;
+    linux_::Typist &m_typist;
+};
+
 /// The Linux desktop: AT-SPI 2 and X11.
 class LinuxPlatform : public Platform
 {
 public:
+    // What is being typed into is known from the accessibility service.
+    ~LinuxPlatform() override { m_typist.stop(); }
+
     Accessibility &accessibility() override { return m_accessibility; }
     KeyboardEvents &keyboard() override { return m_keyboard; }
     Workspace &workspace() override { return m_workspace; }
@@ -36,9 +60,9 @@ private:
     linux_::LinuxInstallation m_installation;
     linux_::X11Workspace m_workspace;
     linux_::X11ActiveWindow m_activeWindow;
-    linux_::AtspiAccessibility m_accessibility{m_keyboard, m_activeWindow, m_settings};
-    /// Ends first: what it is typing into is known from the accessibility.
-    linux_::XTestKeyboard m_keyboard{[this] { return m_accessibility.typingTarget(); }};
+    linux_::XTestKeyboard m_typist;
+    linux_::AtspiAccessibility m_accessibility{m_typist, m_activeWindow, m_settings};
+    LinuxKeyboard m_keyboard{m_accessibility, m_typist};
 };
 
 } // namespace

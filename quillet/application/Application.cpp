@@ -116,7 +116,7 @@ void Application::createObserver()
                                               m_platform->workspace(), BackendService::shared(),
                                               *m_endpoint, SharedMetricPost::shared()});
         FloatingButtonManager &manager = FloatingButtonManager::shared();
-        connect(&manager, &FloatingButtonManager::textNotWritten, this,
+        connect(&manager, &FloatingButtonManager::textApplied, this,
                 &Application::keepUnwrittenText);
         AccessibilityObserver::prepareShared(
             {m_platform->accessibility(), m_platform->workspace(), manager,
@@ -129,11 +129,19 @@ void Application::createObserver()
     AccessibilityObserver::shared();
 }
 
-void Application::keepUnwrittenText(const QString &text)
+void Application::keepUnwrittenText(const QString &text, const platform::WriteOutcome &outcome)
 {
+    if (outcome.isWritten())
+        return;
     QGuiApplication::clipboard()->setText(text);
-    m_notice.tell(QStringLiteral("Quillet could not write the text into the other application. "
-                                 "It is on the clipboard, so you can paste it."));
+    QString notice = QStringLiteral("Quillet could not write the text into the other application. "
+                                    "It is on the clipboard, so you can paste it.");
+    if (outcome.keysMayBeElsewhere)
+        notice += QStringLiteral(" The keyboard went to another input meanwhile: some of the text "
+                                 "may have gone there.");
+    if (outcome.isDamaged)
+        notice += QStringLiteral(" Look at your text: a part of it may have changed.");
+    m_notice.tell(notice);
 }
 
 void Application::adviseOnFocusedApplication()

@@ -20,7 +20,8 @@ class Application : public QObject
     Q_OBJECT
 
 public:
-    /// `startupId` is the desktop's id of this start. `showWizard`: also for a user who has seen it.
+    /// `startupId` is the desktop's id of this start. `showWizard`: also for a user who has seen
+    /// it.
     Application(const QByteArray &startupId, bool showWizard);
     ~Application() override;
 
@@ -33,7 +34,7 @@ private:
     QWidget *makeHomeView(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     QWidget *makeWizard(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     void createObserver();
-    void keepUnwrittenText(const QString &text);
+    void keepUnwrittenText(const QString &text, const platform::WriteOutcome &outcome);
     void adviseOnFocusedApplication();
 
     std::unique_ptr<platform::Platform> m_platform;

@@ -19,6 +19,7 @@
 using platform::AXError;
 using platform::AXUIElement;
 using platform::TypingResult;
+using platform::WriteOutcome;
 
 namespace
 {
@@ -27,6 +28,23 @@ std::optional<FloatingButtonManager::Collaborators> &preparedCollaborators()
 {
     static std::optional<FloatingButtonManager::Collaborators> prepared;
     return prepared;
+}
+
+QString lineFor(TypingResult result)
+{
+    switch (result) {
+    case TypingResult::Typed:
+        return QStringLiteral("✅ Typed text into WebArea via simulated input");
+    case TypingResult::NoTarget:
+        return QStringLiteral("⚠️ Nothing typed — the keyboard is elsewhere");
+    case TypingResult::Interrupted:
+        return QStringLiteral("⚠️ Typing stopped — the keyboard went elsewhere");
+    case TypingResult::Misplaced:
+        return QStringLiteral("⚠️ Typing stopped — keys may have gone elsewhere");
+    case TypingResult::Failed:
+        break;
+    }
+    return QStringLiteral("❌ Failed to type text");
 }
 
 double mainScreenHeight()
@@ -170,20 +188,23 @@ void FloatingButtonManager::setText(const QString &text)
         return;
     }
     // The popup may have held the keyboard while the user edited the result.
-    m_collaborators.workspace.restoreFocus([self = QPointer(this), element = m_element,
-                                            text](bool restored) {
-        if (!self)
-            return;
-        if (!restored)
+    m_collaborators.workspace.restoreFocus(
+        [self = QPointer(this), element = m_element, text](bool restored) {
+            if (!self)
+                return;
+            if (restored) {
+                self->write(element, text);
+                return;
+            }
             printLine(QStringLiteral("⚠️ The input's window did not take the keyboard back"));
-        self->write(element, text);
-    });
+            Q_EMIT self->textApplied(text, WriteOutcome::notWritten(AXError::CannotComplete));
+        });
 }
 
 void FloatingButtonManager::write(const AXUIElement &element, const QString &text)
 {
     if (readText(element, QLatin1StringView("AXRole")) == QLatin1StringView("AXWebArea")) {
-        setWebAreaText(text);
+        setWebAreaText(element, text);
         return;
     }
     const QString value = QStringLiteral("AXValue");
@@ -192,34 +213,41 @@ void FloatingButtonManager::write(const AXUIElement &element, const QString &tex
         m_collaborators.accessibility.AXUIElementIsAttributeSettable(element, value, settable);
     if (error != AXError::Success || !settable) {
         printLine(QStringLiteral("❌ Cannot set AXValue on this element"));
-        Q_EMIT textNotWritten(text);
+        Q_EMIT textApplied(text, WriteOutcome::notWritten(error == AXError::Success
+                                                              ? AXError::AttributeUnsupported
+                                                              : error));
         return;
     }
     m_collaborators.accessibility.AXUIElementSetAttributeValue(
-        element, value, text, [self = QPointer(this), text](AXError result) {
-            if (result == AXError::Success) {
+        element, value, text, [self = QPointer(this), text](const WriteOutcome &outcome) {
+            if (outcome.isWritten())
                 printLine(QStringLiteral("✅ Text set successfully"));
-                return;
-            }
-            printLine(QStringLiteral("❌ Failed to set text: %1").arg(static_cast<int>(result)));
+            else
+                printLine(QStringLiteral("❌ Failed to set text: %1")
+                              .arg(static_cast<int>(outcome.error)));
+            if (outcome.kind == WriteOutcome::Kind::ChangedByProgram)
+                printLine(QStringLiteral("⚠️ The application changed %1 characters of the text")
+                              .arg(outcome.changedCharacters));
             if (self)
-                Q_EMIT self->textNotWritten(text);
+                Q_EMIT self->textApplied(text, outcome);
         });
 }
 
-void FloatingButtonManager::setWebAreaText(const QString &text)
+void FloatingButtonManager::setWebAreaText(const AXUIElement &element, const QString &text)
 {
     m_collaborators.keyboard.CGEventPost(
-        platform::keyboardEvents(text), [self = QPointer(this), text](TypingResult result) {
-            if (result == TypingResult::Typed) {
-                printLine(QStringLiteral("✅ Typed text into WebArea via simulated input"));
-                return;
-            }
-            printLine(result == TypingResult::Interrupted
-                          ? QStringLiteral("⚠️ Typing stopped — the keyboard went elsewhere")
-                          : QStringLiteral("❌ Failed to type text"));
+        element, platform::keyboardEvents(text),
+        [self = QPointer(this), text](TypingResult result) {
+            printLine(lineFor(result));
+            WriteOutcome outcome;
+            if (result != TypingResult::Typed)
+                outcome = WriteOutcome::notWritten(AXError::CannotComplete);
+            // Only what has been sent can have arrived.
+            outcome.isDamaged =
+                result == TypingResult::Interrupted || result == TypingResult::Misplaced;
+            outcome.keysMayBeElsewhere = result == TypingResult::Misplaced;
             if (self)
-                Q_EMIT self->textNotWritten(text);
+                Q_EMIT self->textApplied(text, outcome);
         });
 }
 

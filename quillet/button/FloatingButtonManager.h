@@ -18,8 +18,8 @@ class NonActivatingPanel;
 /// Owns the floating button and the popup that it opens, and reads and writes the text of the input
 /// that they belong to. There is at most one button: showing it anew replaces it.
 ///
-/// Main thread only. Nothing is reported to the caller; outcomes are printed. What could not be
-/// written is handed on through textNotWritten(), so that the user does not lose it.
+/// Main thread only. Nothing is reported to the caller; outcomes are printed. What became of a text
+/// is also told through textApplied(), so that the user does not lose one that was not written.
 class FloatingButtonManager : public FloatingPopupDelegate, public InputButton
 {
     Q_OBJECT
@@ -54,13 +54,13 @@ public:
     FloatingPopup *popup() const { return m_popup; }
 
 Q_SIGNALS:
-    /// `text` did not, or not wholly, arrive in the input.
-    void textNotWritten(const QString &text);
+    /// What became of a text that setText() was given; once for each.
+    void textApplied(const QString &text, const platform::WriteOutcome &outcome);
 
 private:
     QString getWebAreaText(const platform::AXUIElement &element);
     void write(const platform::AXUIElement &element, const QString &text);
-    void setWebAreaText(const QString &text);
+    void setWebAreaText(const platform::AXUIElement &element, const QString &text);
     std::optional<QString> readText(const platform::AXUIElement &element,
                                     QLatin1StringView attribute);
 

@@ -18,6 +18,7 @@ namespace fake
 using platform::AXError;
 using platform::AXUIElement;
 using platform::AXValue;
+using platform::WriteOutcome;
 
 /// One scripted element. Attributes that are not in `attributes` are unsupported.
 struct Element : AXUIElement::Data {
@@ -25,7 +26,7 @@ struct Element : AXUIElement::Data {
     QMap<QString, AXError> errors;
     std::int32_t pid = 0;
     bool settable = false;
-    AXError setResult = AXError::Success;
+    WriteOutcome outcome;
 
     bool equals(const Data &other) const override { return this == &other; }
 
@@ -100,10 +101,10 @@ public:
 
     void AXUIElementSetAttributeValue(const AXUIElement &element, const QString &attribute,
                                       const AXValue &value,
-                                      std::function<void(AXError)> completion) override
+                                      std::function<void(const WriteOutcome &)> completion) override
     {
         written.append({attribute, value});
-        completion(of(element).setResult);
+        completion(of(element).outcome);
     }
 
     AXError AXUIElementGetPid(const AXUIElement &element, std::int32_t &pid) override
@@ -128,12 +129,14 @@ private:
 class KeyboardEvents : public platform::KeyboardEvents
 {
 public:
+    AXUIElement target;
     QList<platform::KeyboardEvent> posted;
     platform::TypingResult result = platform::TypingResult::Typed;
 
-    void CGEventPost(const QList<platform::KeyboardEvent> &events,
+    void CGEventPost(const AXUIElement &into, const QList<platform::KeyboardEvent> &events,
                      std::function<void(platform::TypingResult)> completion) override
     {
+        target = into;
         posted += events;
         completion(result);
     }

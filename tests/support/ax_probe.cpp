@@ -16,8 +16,8 @@
 //
 // What is typed goes through xdotool, which is slow but does not depend on our own typing.
 
-#include "platform/KeyboardEvents.h"
 #include "platform/linux/accessibility/AtspiAccessibility.h"
+#include "platform/linux/ports/Typist.h"
 #include "platform/linux/x11/X11ActiveWindow.h"
 
 #include <QApplication>
@@ -39,11 +39,11 @@ using namespace platform::linux_;
 namespace
 {
 
-class ToolTyping : public KeyboardEvents
+class ToolTyping : public Typist
 {
 public:
-    void CGEventPost(const QList<KeyboardEvent> &events,
-                     std::function<void(TypingResult)> completion) override
+    void type(std::unique_ptr<TypingTarget>, const QList<KeyboardEvent> &events,
+              std::function<void(TypingResult)> completion) override
     {
         QStringList arguments{QStringLiteral("key"), QStringLiteral("--delay"),
                               QStringLiteral("15")};
@@ -115,12 +115,16 @@ public:
             // The application sets the element that it has kept, whatever is focused now.
             focused(element);
             element = m_last;
-            std::optional<AXError> result;
-            m_ax.AXUIElementSetAttributeValue(element, QStringLiteral("AXValue"), first.toString(),
-                                              [&](AXError error) { result = error; });
-            while (!result)
+            std::optional<WriteOutcome> outcome;
+            m_ax.AXUIElementSetAttributeValue(
+                element, QStringLiteral("AXValue"), first.toString(),
+                [&](const WriteOutcome &result) { outcome = result; });
+            while (!outcome)
                 serve(5);
-            return {{command, int(*result)}};
+            return {{command, int(outcome->error)},
+                    {QStringLiteral("changed"), outcome->changedCharacters},
+                    {QStringLiteral("damaged"), outcome->isDamaged},
+                    {QStringLiteral("elsewhere"), outcome->keysMayBeElsewhere}};
         }
         if (command == QStringLiteral("contains")) {
             focused(element);

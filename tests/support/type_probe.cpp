@@ -5,9 +5,10 @@
 // came of it as one line of JSON: {"result": "typed", "milliseconds": 12.3, "coreSeconds": 0.02,
 // "codePoints": 45}, where coreSeconds is what all processor cores together have worked meanwhile.
 //
-//   type_probe [--blind | --recover | --read]
+//   type_probe [--blind | --recover | --announce | --read]
 //     --blind     without reading back from the input
 //     --recover   puts back what a killed probe has left, and types nothing
+//     --announce  prints {"found": true} once it knows the input; the text may come later
 //     --read      types nothing and prints the focused input's text, as {"text": "..."}; exits with
 //                 1 when there is no such input
 
@@ -40,8 +41,12 @@ const char *nameOf(platform::TypingResult result)
     switch (result) {
     case platform::TypingResult::Typed:
         return "typed";
+    case platform::TypingResult::NoTarget:
+        return "no target";
     case platform::TypingResult::Interrupted:
         return "interrupted";
+    case platform::TypingResult::Misplaced:
+        return "misplaced";
     case platform::TypingResult::Failed:
         break;
     }
@@ -52,10 +57,10 @@ const char *nameOf(platform::TypingResult result)
 class Watching
 {
 public:
-    explicit Watching(platform::KeyboardEvents &keyboard)
+    explicit Watching(Typist &typist)
     {
         m_settings.setValue(QStringLiteral("accessibility/allowed"), true);
-        m_accessibility.emplace(keyboard, m_activeWindow, m_settings);
+        m_accessibility.emplace(typist, m_activeWindow, m_settings);
     }
 
     /// The application knows the input before it types; finding it here is none of its time.
@@ -70,7 +75,7 @@ public:
                                             5);
     }
 
-    std::unique_ptr<TypingTarget> target() { return m_accessibility->typingTarget(); }
+    std::unique_ptr<TypingTarget> target() { return m_accessibility->typingTarget(m_input); }
 
 private:
     bool hasInput()
@@ -83,6 +88,7 @@ private:
         const auto *element = std::get_if<platform::AXUIElement>(&focused);
         if (!element)
             return false;
+        m_input = *element;
         m_accessibility->AXUIElementCopyAttributeValue(*element, QStringLiteral("AXEditable"),
                                                        editable);
         const bool *answer = std::get_if<bool>(&editable);
@@ -93,6 +99,16 @@ private:
     QSettings m_settings{m_folder.filePath(QStringLiteral("platform.conf")), QSettings::IniFormat};
     X11ActiveWindow m_activeWindow;
     std::optional<AtspiAccessibility> m_accessibility;
+    platform::AXUIElement m_input;
+};
+
+/// Whatever has the keyboard, of which nothing is known.
+class BlindTarget : public TypingTarget
+{
+public:
+    bool hasFocus() override { return true; }
+    std::optional<qint64> characterCount() override { return std::nullopt; }
+    bool needsSoftLineBreaks() override { return false; }
 };
 
 /// Seconds that all cores together have worked since the machine's start: the times of the first
@@ -139,13 +155,17 @@ int main(int argc, char *argv[])
     QObject::connect(&terminate, &QSocketNotifier::activated, &app,
                      [] { QCoreApplication::exit(143); });
 
+    XTestKeyboard keyboard;
     std::optional<Watching> watching;
-    XTestKeyboard keyboard([&watching] { return watching ? watching->target() : nullptr; });
     if (app.arguments().contains(QStringLiteral("--recover")))
         return 0;
     if (!app.arguments().contains(QStringLiteral("--blind"))) {
         watching.emplace(keyboard);
         watching->waitForInput();
+    }
+    if (app.arguments().contains(QStringLiteral("--announce"))) {
+        std::puts("{\"found\": true}");
+        std::fflush(stdout);
     }
 
     QFile input;
@@ -155,15 +175,20 @@ int main(int argc, char *argv[])
     const double workedBefore = workingTime();
     QElapsedTimer clock;
     clock.start();
-    keyboard.CGEventPost(platform::keyboardEvents(text), [&](platform::TypingResult result) {
-        const QJsonObject report{
-            {QStringLiteral("result"), QString::fromLatin1(nameOf(result))},
-            {QStringLiteral("milliseconds"), static_cast<double>(clock.nsecsElapsed()) / 1e6},
-            {QStringLiteral("coreSeconds"), workingTime() - workedBefore},
-            {QStringLiteral("codePoints"), static_cast<qint64>(text.toUcs4().size())},
-        };
-        std::puts(QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
-        QCoreApplication::quit();
-    });
-    return QCoreApplication::exec();
+    std::unique_ptr<TypingTarget> target =
+        watching ? watching->target() : std::make_unique<BlindTarget>();
+    keyboard.type(
+        std::move(target), platform::keyboardEvents(text), [&](platform::TypingResult result) {
+            const QJsonObject report{
+                {QStringLiteral("result"), QString::fromLatin1(nameOf(result))},
+                {QStringLiteral("milliseconds"), static_cast<double>(clock.nsecsElapsed()) / 1e6},
+                {QStringLiteral("coreSeconds"), workingTime() - workedBefore},
+                {QStringLiteral("codePoints"), static_cast<qint64>(text.toUcs4().size())},
+            };
+            std::puts(QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
+            QCoreApplication::quit();
+        });
+    const int status = QCoreApplication::exec();
+    keyboard.stop();
+    return status;
 }

@@ -43,9 +43,9 @@ template <typename Data> const Data *as(const AXUIElement &element)
     return dynamic_cast<const Data *>(element.data());
 }
 
-AXUIElement remote(const ObjectRef &ref)
+AXUIElement remote(const ObjectRef &ref, std::uint32_t window = 0)
 {
-    return AXUIElement(std::make_shared<RemoteElement>(ref));
+    return AXUIElement(std::make_shared<RemoteElement>(ref, window));
 }
 
 std::optional<QRect> readExtents(DBusMessage &reply)
@@ -88,9 +88,9 @@ bool clipsItsContents(quint32 role)
 
 } // namespace
 
-AtspiAccessibility::AtspiAccessibility(KeyboardEvents &keyboard, ActiveWindow &activeWindow,
+AtspiAccessibility::AtspiAccessibility(Typist &typist, ActiveWindow &activeWindow,
                                        QSettings &settings, const QByteArray &sessionBus)
-    : m_keyboard(keyboard)
+    : m_typist(typist)
     , m_activeWindow(activeWindow)
     , m_settings(settings)
     , m_bus(sessionBus)
@@ -173,7 +173,7 @@ AXError AtspiAccessibility::copyFocusedElement(AXValue &value)
         return AXError::Success;
     case FocusTracker::Kind::Element:
         remember(m_lastFocus.element, m_lastFocus.facts);
-        value = remote(m_lastFocus.element);
+        value = remote(m_lastFocus.element, m_lastFocus.window);
         return AXError::Success;
     }
     return AXError::Failure;
@@ -476,7 +476,7 @@ AXError AtspiAccessibility::copyFocusedBelow(const RemoteElement &element, AXVal
         if (!pipeline.wait())
             return AXError::CannotComplete;
         if (parent == element.ref()) {
-            value = remote(focus.element);
+            value = remote(focus.element, focus.window);
             return AXError::Success;
         }
         if (parent.isNull() || parent.busName != element.ref().busName)
@@ -537,13 +537,16 @@ AXError AtspiAccessibility::AXUIElementIsAttributeSettable(const AXUIElement &el
     return AXError::Success;
 }
 
-void AtspiAccessibility::AXUIElementSetAttributeValue(const AXUIElement &element,
-                                                      const QString &attribute,
-                                                      const AXValue &value,
-                                                      std::function<void(AXError)> completion)
+void AtspiAccessibility::AXUIElementSetAttributeValue(
+    const AXUIElement &element, const QString &attribute, const AXValue &value,
+    std::function<void(const WriteOutcome &)> completion)
 {
+    const auto refuse = [&completion](AXError error) {
+        completion(WriteOutcome::notWritten(error));
+    };
     if (const auto *own = as<OwnElement>(element)) {
-        completion(OwnWindows::setAttributeValue(*own, attribute, value));
+        const AXError error = OwnWindows::setAttributeValue(*own, attribute, value);
+        error == AXError::Success ? completion(WriteOutcome::written()) : refuse(error);
         return;
     }
     const auto *other = as<RemoteElement>(element);
@@ -560,11 +563,12 @@ void AtspiAccessibility::AXUIElementSetAttributeValue(const AXUIElement &element
     if (error == AXError::Success)
         error = factsOf(*other, application, facts);
     if (error != AXError::Success) {
-        completion(error);
+        refuse(error);
         return;
     }
-    auto *writer = new ValueWriter(*application, other->ref(), facts, *text, m_focus, m_keyboard,
-                                   std::move(completion));
+    auto *writer = new ValueWriter(
+        *application, other->ref(), facts, *text, m_focus, m_typist,
+        [this, element] { return typingTarget(element); }, std::move(completion));
     writer->setParent(this);
     writer->start();
     // Most applications take the value at once. One that types is waited for in the event loop.
@@ -660,9 +664,14 @@ bool AtspiAccessibility::copyTreeText(const AXUIElement &element,
     return true;
 }
 
-std::unique_ptr<TypingTarget> AtspiAccessibility::typingTarget()
+std::unique_ptr<TypingTarget> AtspiAccessibility::typingTarget(const AXUIElement &element)
 {
-    return AtspiTypingTarget::ofFocusedElement(m_bus, m_focus);
+    const auto *other = as<RemoteElement>(element);
+    AtspiApplication *application = nullptr;
+    ElementFacts facts;
+    if (!other || !hasConsent() || factsOf(*other, application, facts) != AXError::Success)
+        return nullptr;
+    return AtspiTypingTarget::of(m_bus, m_focus, other->ref(), std::move(facts), other->window());
 }
 
 QString AtspiAccessibility::adviceForFocusedApplication()

@@ -12,17 +12,13 @@
 
 #include <memory>
 
-namespace platform
-{
-class KeyboardEvents;
-}
-
 namespace platform::linux_
 {
 
 class ConsentWindow;
 class RemoteElement;
 class TypingTarget;
+class Typist;
 
 /// The accessibility service of the Linux desktop: AT-SPI 2. See platform/Accessibility.h for what
 /// the operations promise. Main thread only.
@@ -34,9 +30,9 @@ class AtspiAccessibility : public QObject, public Accessibility
 {
     Q_OBJECT
 public:
-    /// `settings` keeps the user's consent; `keyboard` types into inputs that take no other way;
+    /// `settings` keeps the user's consent; `typist` types into inputs that take no other way;
     /// all three must outlive this object. `sessionBus`: address, empty for the environment's.
-    AtspiAccessibility(KeyboardEvents &keyboard, ActiveWindow &activeWindow, QSettings &settings,
+    AtspiAccessibility(Typist &typist, ActiveWindow &activeWindow, QSettings &settings,
                        const QByteArray &sessionBus = {});
     ~AtspiAccessibility() override;
 
@@ -48,9 +44,10 @@ public:
     AXError AXUIElementCopyAttributeNames(const AXUIElement &element, QStringList &names) override;
     AXError AXUIElementIsAttributeSettable(const AXUIElement &element, const QString &attribute,
                                            bool &settable) override;
-    void AXUIElementSetAttributeValue(const AXUIElement &element, const QString &attribute,
-                                      const AXValue &value,
-                                      std::function<void(AXError)> completion) override;
+    void
+    AXUIElementSetAttributeValue(const AXUIElement &element, const QString &attribute,
+                                 const AXValue &value,
+                                 std::function<void(const WriteOutcome &)> completion) override;
     AXError AXUIElementGetPid(const AXUIElement &element, std::int32_t &pid) override;
     Answer containsEditableText(const AXUIElement &element) override;
     bool copyTreeText(const AXUIElement &element,
@@ -59,9 +56,10 @@ public:
 
     AtspiBus &bus() { return m_bus; }
 
-    /// The focused input, for the typing engine; nothing when the focus is not in another
-    /// application's element.
-    std::unique_ptr<TypingTarget> typingTarget();
+    /// The element as an input to type into, in the window in which it had the focus when its
+    /// handle was made; nothing for what is no element of another application, for a terminal and
+    /// for a password.
+    std::unique_ptr<TypingTarget> typingTarget(const AXUIElement &element);
 
 private:
     struct KnownFacts {
@@ -95,7 +93,7 @@ private:
     void startSearch(AtspiApplication &application, const ObjectRef &document);
     void forgetAnswers(const QByteArray &busName);
 
-    KeyboardEvents &m_keyboard;
+    Typist &m_typist;
     ActiveWindow &m_activeWindow;
     QSettings &m_settings;
     AtspiBus m_bus;

@@ -44,11 +44,15 @@ private:
 class RemoteElement : public AXUIElement::Data
 {
 public:
-    explicit RemoteElement(ObjectRef ref)
+    explicit RemoteElement(ObjectRef ref, std::uint32_t window = 0)
         : m_ref(std::move(ref))
+        , m_window(window)
     {
     }
     const ObjectRef &ref() const { return m_ref; }
+    /// The window in which it had the focus when this handle was made; 0 when it was not the
+    /// focused element.
+    std::uint32_t window() const { return m_window; }
     bool equals(const Data &other) const override
     {
         const auto *remote = dynamic_cast<const RemoteElement *>(&other);
@@ -57,6 +61,7 @@ public:
 
 private:
     ObjectRef m_ref;
+    std::uint32_t m_window;
 };
 
 /// An element of one of our own windows.

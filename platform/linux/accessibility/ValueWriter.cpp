@@ -36,14 +36,15 @@ bool isValueSettable(const ElementFacts &facts, bool focused)
 }
 
 ValueWriter::ValueWriter(AtspiApplication &application, ObjectRef element, ElementFacts facts,
-                         QString text, FocusTracker &focus, KeyboardEvents &keyboard,
-                         std::function<void(AXError)> completion)
+                         QString text, FocusTracker &focus, Typist &typist, TargetProvider target,
+                         std::function<void(const WriteOutcome &)> completion)
     : m_application(&application)
     , m_element(std::move(element))
     , m_facts(std::move(facts))
     , m_text(withLineFeeds(std::move(text)))
     , m_focus(focus)
-    , m_keyboard(keyboard)
+    , m_typist(typist)
+    , m_target(std::move(target))
     , m_completion(std::move(completion))
 {
     connect(&application, &QObject::destroyed, this, [this] { finish(AXError::InvalidUIElement); });
@@ -188,7 +189,7 @@ void ValueWriter::typeOverSelection()
     }
     // Nothing to put in place of the selection: then a key that deletes it.
     const QString keys = m_text.isEmpty() ? QString(QChar(u'\b')) : m_text;
-    m_keyboard.CGEventPost(keyboardEvents(keys), [self = QPointer(this)](TypingResult result) {
+    m_typist.type(m_target(), keyboardEvents(keys), [self = QPointer(this)](TypingResult result) {
         if (!self || self->m_result)
             return;
         if (result != TypingResult::Typed) {
@@ -237,7 +238,8 @@ void ValueWriter::finish(AXError result)
 void ValueWriter::deliver()
 {
     if (const auto completion = std::exchange(m_completion, nullptr))
-        completion(*m_result);
+        completion(*m_result == AXError::Success ? WriteOutcome::written()
+                                                 : WriteOutcome::notWritten(*m_result));
     deleteLater();
 }
 

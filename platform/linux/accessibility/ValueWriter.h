@@ -4,8 +4,8 @@
 #pragma once
 
 #include "platform/Accessibility.h"
-#include "platform/KeyboardEvents.h"
 #include "platform/linux/focus/FocusTracker.h"
+#include "platform/linux/ports/Typist.h"
 
 #include <QObject>
 #include <QPointer>
@@ -23,9 +23,12 @@ class ValueWriter : public QObject
 {
     Q_OBJECT
 public:
+    /// Gives the element as an input to type into; nothing when it is none.
+    using TargetProvider = std::function<std::unique_ptr<TypingTarget>()>;
+
     ValueWriter(AtspiApplication &application, ObjectRef element, ElementFacts facts, QString text,
-                FocusTracker &focus, KeyboardEvents &keyboard,
-                std::function<void(AXError)> completion);
+                FocusTracker &focus, Typist &typist, TargetProvider target,
+                std::function<void(const WriteOutcome &)> completion);
 
     /// True when the completion can be called. Called from the event loop otherwise.
     bool isDone() const { return m_result.has_value(); }
@@ -50,8 +53,9 @@ private:
     ElementFacts m_facts;
     QString m_text;
     FocusTracker &m_focus;
-    KeyboardEvents &m_keyboard;
-    std::function<void(AXError)> m_completion;
+    Typist &m_typist;
+    TargetProvider m_target;
+    std::function<void(const WriteOutcome &)> m_completion;
     std::optional<AXError> m_result;
     QString m_lastRead;
     QElapsedTimer m_sinceProgress;

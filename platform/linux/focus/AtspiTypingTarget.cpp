@@ -16,22 +16,24 @@ constexpr qint32 longestBeforeCaret = 256;
 
 } // namespace
 
-std::unique_ptr<TypingTarget> AtspiTypingTarget::ofFocusedElement(AtspiBus &bus,
-                                                                  FocusTracker &focus)
+std::unique_ptr<TypingTarget> AtspiTypingTarget::of(AtspiBus &bus, FocusTracker &focus,
+                                                    ObjectRef element, ElementFacts facts,
+                                                    quint32 window)
 {
-    FocusTracker::Focus input = focus.current();
-    if (input.kind != FocusTracker::Kind::Element)
+    if (facts.is(atspi::Role::Terminal) || isPassword(facts))
         return nullptr;
-    return std::unique_ptr<TypingTarget>(new AtspiTypingTarget(bus, focus, std::move(input)));
+    return std::unique_ptr<TypingTarget>(
+        new AtspiTypingTarget(bus, focus, std::move(element), std::move(facts), window));
 }
 
-AtspiTypingTarget::AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input)
+AtspiTypingTarget::AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, ObjectRef element,
+                                     ElementFacts facts, quint32 window)
     : m_bus(bus)
     , m_focus(focus)
-    , m_input(std::move(input))
+    , m_element(std::move(element))
+    , m_facts(std::move(facts))
+    , m_window(window)
 {
-    if (m_focus.saysFocus(m_input.element))
-        m_ownWord = std::make_shared<OwnWord>();
 }
 
 AtspiTypingTarget::~AtspiTypingTarget()
@@ -42,13 +44,19 @@ AtspiTypingTarget::~AtspiTypingTarget()
 
 AtspiApplication *AtspiTypingTarget::answeringApplication()
 {
-    AtspiApplication *application = m_bus.application(m_input.element.busName);
+    AtspiApplication *application = m_bus.application(m_element.busName);
     return application && application->isAnswering() ? application : nullptr;
 }
 
 bool AtspiTypingTarget::hasFocus()
 {
-    if (!m_focus.hasFocus(m_input.element))
+    if (!m_begun) {
+        // The window may have got the keyboard back a moment ago.
+        const FocusTracker::Focus focus = m_focus.current();
+        return focus.kind == FocusTracker::Kind::Element && focus.element == m_element &&
+               focus.window == m_window;
+    }
+    if (!m_focus.hasFocus(m_element, m_window))
         return false;
     if (!m_ownWord)
         return true;
@@ -58,11 +66,16 @@ bool AtspiTypingTarget::hasFocus()
 
 bool AtspiTypingTarget::isReadyForKeys()
 {
+    if (!m_begun) {
+        m_begun = true;
+        if (m_focus.saysFocus(m_element))
+            m_ownWord = std::make_shared<OwnWord>();
+    }
     if (!m_ownWord)
         return true;
     if (!m_paused) {
         m_paused = std::make_shared<bool>(false);
-        m_bus.pauseEvents(m_input.element.busName, [paused = m_paused] { *paused = true; });
+        m_bus.pauseEvents(m_element.busName, [paused = m_paused] { *paused = true; });
     }
     return *m_paused;
 }
@@ -74,7 +87,7 @@ void AtspiTypingTarget::askWhetherFocused()
     if (!application || m_ownWord->asking)
         return;
     m_ownWord->asking =
-        application->call(m_input.element.path, atspi::AccessibleInterface, "GetState",
+        application->call(m_element.path, atspi::AccessibleInterface, "GetState",
                           [word = m_ownWord](DBusMessage &reply) {
                               ElementFacts facts;
                               facts.setStates(reply.readUInt32s().value_or(QList<quint32>()));
@@ -86,21 +99,21 @@ void AtspiTypingTarget::askWhetherFocused()
 std::optional<qint64> AtspiTypingTarget::characterCount()
 {
     AtspiApplication *application = answeringApplication();
-    if (!application || isPassword(m_input.facts))
+    if (!application || isPassword(m_facts))
         return std::nullopt;
-    if (!isEditingHost(m_input.facts)) {
+    if (!isEditingHost(m_facts)) {
         std::optional<qint32> count;
         Pipeline pipeline(*application);
-        pipeline.property(m_input.element.path, atspi::TextInterface, "CharacterCount", "i",
+        pipeline.property(m_element.path, atspi::TextInterface, "CharacterCount", "i",
                           [&](DBusMessage &reply) { count = reply.readInt32(); });
         if (!pipeline.wait() || count.value_or(-1) < 0)
             return std::nullopt;
-        if (*count == 0 || !holdsLastLineOpen(m_input.facts))
+        if (*count == 0 || !holdsLastLineOpen(m_facts))
             return count;
         bool lastLineEmpty = false;
         Pipeline last(*application);
         last.call(
-            m_input.element.path, atspi::TextInterface, "GetText",
+            m_element.path, atspi::TextInterface, "GetText",
             [&](DBusMessage &reply) { lastLineEmpty = reply.readBytes() == "\n"; }, "ii",
             *count - 1, *count);
         if (!last.wait())
@@ -108,41 +121,41 @@ std::optional<qint64> AtspiTypingTarget::characterCount()
         return *count - (lastLineEmpty ? 1 : 0);
     }
     // An editable region holds its paragraphs as elements: what counts is what it reads as.
-    const std::optional<QString> text = waitForRichText(*application, m_input.element.path);
+    const std::optional<QString> text = waitForRichText(*application, m_element.path);
     return text ? std::optional(codePointCount(*text)) : std::nullopt;
 }
 
 bool AtspiTypingTarget::needsSoftLineBreaks()
 {
-    return isInWebPage(m_input.facts);
+    return isInWebPage(m_facts);
 }
 
 qint64 AtspiTypingTarget::selectedCharacterCount()
 {
     AtspiApplication *application = answeringApplication();
-    if (!application || isPassword(m_input.facts))
+    if (!application || isPassword(m_facts))
         return 0;
     qint32 start = 0;
     qint32 end = 0;
     qint32 count = 0;
     qint32 selections = 0;
     Pipeline pipeline(*application);
-    pipeline.call(m_input.element.path, atspi::TextInterface, "GetNSelections",
+    pipeline.call(m_element.path, atspi::TextInterface, "GetNSelections",
                   [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
     pipeline.call(
-        m_input.element.path, atspi::TextInterface, "GetSelection",
+        m_element.path, atspi::TextInterface, "GetSelection",
         [&](DBusMessage &reply) {
             start = reply.readInt32().value_or(0);
             end = reply.readInt32().value_or(0);
         },
         "i", 0);
-    pipeline.property(m_input.element.path, atspi::TextInterface, "CharacterCount", "i",
+    pipeline.property(m_element.path, atspi::TextInterface, "CharacterCount", "i",
                       [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
     if (!pipeline.wait() || selections <= 0)
         return 0;
     const auto [first, last] = std::minmax(start, end);
     // A paragraph inside counts as one character there; all selected is all that it reads as.
-    if (isEditingHost(m_input.facts) && first <= 0 && last >= count)
+    if (isEditingHost(m_facts) && first <= 0 && last >= count)
         return characterCount().value_or(0);
     return std::max<qint64>(0, qint64(last) - first);
 }
@@ -150,18 +163,18 @@ qint64 AtspiTypingTarget::selectedCharacterCount()
 std::optional<QString> AtspiTypingTarget::textBeforeCaret()
 {
     AtspiApplication *application = answeringApplication();
-    if (!application || isPassword(m_input.facts))
+    if (!application || isPassword(m_facts))
         return std::nullopt;
     std::optional<qint32> caret;
     Pipeline position(*application);
-    position.property(m_input.element.path, atspi::TextInterface, "CaretOffset", "i",
+    position.property(m_element.path, atspi::TextInterface, "CaretOffset", "i",
                       [&](DBusMessage &reply) { caret = reply.readInt32(); });
     if (!position.wait() || caret.value_or(-1) < 0)
         return std::nullopt;
     std::optional<QString> text;
     Pipeline before(*application);
     before.call(
-        m_input.element.path, atspi::TextInterface, "GetText",
+        m_element.path, atspi::TextInterface, "GetText",
         [&](DBusMessage &reply) {
             if (const std::optional<QByteArray> bytes = reply.readBytes())
                 text = QString::fromUtf8(*bytes);
@@ -172,13 +185,13 @@ std::optional<QString> AtspiTypingTarget::textBeforeCaret()
 
 bool AtspiTypingTarget::takesTabs()
 {
-    return !isInWebPage(m_input.facts) && axRole(m_input.facts) == QLatin1String("AXTextArea");
+    return !isInWebPage(m_facts) && axRole(m_facts) == QLatin1String("AXTextArea");
 }
 
 bool AtspiTypingTarget::mayReorderKeys()
 {
     // GTK 3 calls itself "gtk".
-    return m_input.facts.toolkit == "GTK";
+    return m_facts.toolkit == "GTK";
 }
 
 } // namespace platform::linux_

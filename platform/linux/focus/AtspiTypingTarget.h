@@ -12,15 +12,16 @@
 namespace platform::linux_
 {
 
-/// The input of another application that has the focus when this is made, for as long as text is
-/// typed into it. Where the input says itself whether it has the focus it is asked, and no
-/// application has to report events from isReadyForKeys() on. `bus` and `focus` must outlive it.
-/// Main thread only.
+/// An input of another application, in one window, for as long as text is typed into it. Where the
+/// input says itself whether it has the focus it is asked, and no application has to report events
+/// from isReadyForKeys() on. `bus` and `focus` must outlive it. Main thread only.
 class AtspiTypingTarget : public TypingTarget
 {
 public:
-    /// Nothing when no element of another application is known to have the focus.
-    static std::unique_ptr<TypingTarget> ofFocusedElement(AtspiBus &bus, FocusTracker &focus);
+    /// `element` with what is known of it, in the window with that number. Nothing for a terminal
+    /// and for a password.
+    static std::unique_ptr<TypingTarget> of(AtspiBus &bus, FocusTracker &focus, ObjectRef element,
+                                            ElementFacts facts, quint32 window);
     ~AtspiTypingTarget() override;
 
     bool hasFocus() override;
@@ -39,14 +40,19 @@ private:
         bool lost = false;
     };
 
-    AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, FocusTracker::Focus input);
+    AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, ObjectRef element, ElementFacts facts,
+                      quint32 window);
 
     AtspiApplication *answeringApplication();
     void askWhetherFocused();
 
     AtspiBus &m_bus;
     FocusTracker &m_focus;
-    FocusTracker::Focus m_input;
+    const ObjectRef m_element;
+    const ElementFacts m_facts;
+    const quint32 m_window;
+    /// Whether keys may have been sent.
+    bool m_begun = false;
     /// Absent where the element does not say. Shared, because an answer may come later.
     std::shared_ptr<OwnWord> m_ownWord;
     /// Whether the application knows that the events are paused; absent while they are not.

@@ -152,6 +152,7 @@ FocusTracker::Focus FocusTracker::current()
         m_windowPid = application->pid();
     }
     Focus focus = inApplication(*application);
+    focus.window = m_activeWindow.isAvailable() ? m_window : 0;
     // While nothing is known of an application that the user has just turned to, it is at least
     // known that the focus is no longer where it was.
     if (focus.kind == Kind::Waiting && focus.pid != m_answeredPid)
@@ -318,6 +319,11 @@ bool FocusTracker::hasFocus(const ObjectRef &element)
         return m_lastReporter == element.busName;
     const auto window = m_activeWindow.activeWindow();
     return window && window->id == m_window && window->pids.contains(application->pid());
+}
+
+bool FocusTracker::hasFocus(const ObjectRef &element, quint32 window)
+{
+    return hasFocus(element) && (!m_activeWindow.isAvailable() || window == m_window);
 }
 
 bool FocusTracker::saysFocus(const ObjectRef &element) const

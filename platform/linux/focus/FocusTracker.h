@@ -43,6 +43,8 @@ public:
         qint32 pid = 0;
         ObjectRef element;
         ElementFacts facts;
+        /// The window that has the keyboard; 0 where the window system does not tell.
+        quint32 window = 0;
     };
 
     FocusTracker(AtspiBus &bus, ActiveWindow &activeWindow, QObject *parent = nullptr);
@@ -53,6 +55,8 @@ public:
 
     /// Whether the element still has the focus, as far as is known without asking anyone.
     bool hasFocus(const ObjectRef &element);
+    /// The same, in the window with that number.
+    bool hasFocus(const ObjectRef &element, quint32 window);
 
     /// Whether the element is known to say itself that it has the focus, so that asking it tells.
     bool saysFocus(const ObjectRef &element) const;

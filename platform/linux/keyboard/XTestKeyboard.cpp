@@ -49,13 +49,15 @@ constexpr int tick = 2;
 class XTestKeyboard::Engine : public QObject
 {
 public:
-    Engine(TargetProvider provider, const QByteArray &displayName);
+    explicit Engine(const QByteArray &displayName);
     ~Engine() override;
 
-    void post(const QList<KeyboardEvent> &events, std::function<void(TypingResult)> completion);
+    void post(std::unique_ptr<TypingTarget> target, const QList<KeyboardEvent> &events,
+              std::function<void(TypingResult)> completion);
 
 private:
     struct Sequence {
+        std::unique_ptr<TypingTarget> target;
         QList<KeyboardEvent> events;
         std::function<void(TypingResult)> completion;
     };
@@ -86,7 +88,6 @@ private:
     void drain(TypingResult result);
     void finish(TypingResult result);
 
-    TargetProvider m_provider;
     std::unique_ptr<XConnection> m_connection;
     std::unique_ptr<InputWatch> m_watch;
     std::unique_ptr<BorrowedKeys> m_borrowed;
@@ -118,11 +119,12 @@ private:
     std::optional<IndentRemoval> m_indent;
     qint64 m_phaseStart = 0;
     qint64 m_lastFocusCheck = 0;
+    /// Whether the input has lost the focus while it was typed into.
+    bool m_focusLost = false;
 };
 
-XTestKeyboard::Engine::Engine(TargetProvider provider, const QByteArray &displayName)
-    : m_provider(std::move(provider))
-    , m_connection(XConnection::open(displayName))
+XTestKeyboard::Engine::Engine(const QByteArray &displayName)
+    : m_connection(XConnection::open(displayName))
 {
     m_clock.start();
     m_timer.setSingleShot(true);
@@ -157,10 +159,11 @@ XTestKeyboard::Engine::~Engine()
     }
 }
 
-void XTestKeyboard::Engine::post(const QList<KeyboardEvent> &events,
+void XTestKeyboard::Engine::post(std::unique_ptr<TypingTarget> target,
+                                 const QList<KeyboardEvent> &events,
                                  std::function<void(TypingResult)> completion)
 {
-    m_waiting.push_back({events, std::move(completion)});
+    m_waiting.push_back({std::move(target), events, std::move(completion)});
     if (m_phase == Phase::Idle)
         startNext();
 }
@@ -174,8 +177,9 @@ void XTestKeyboard::Engine::startNext()
     m_phase = Phase::Waiting;
     m_phaseStart = m_clock.elapsed();
     m_fenceRequested = false;
+    m_focusLost = false;
     m_askedWhetherReady.reset();
-    m_target = m_provider ? m_provider() : nullptr;
+    m_target = std::move(m_current.target);
     m_timer.start(0);
 }
 
@@ -187,6 +191,10 @@ void XTestKeyboard::Engine::step()
         return;
     if (!m_connection || m_connection->broken()) {
         finish(TypingResult::Failed);
+        return;
+    }
+    if (!m_target) {
+        finish(TypingResult::NoTarget);
         return;
     }
     m_watch->poll();
@@ -227,9 +235,9 @@ void XTestKeyboard::Engine::wait()
         finish(TypingResult::Failed);
         return;
     }
-    const bool focused = moment->focus != 0 && (!m_target || m_target->hasFocus());
+    const bool focused = moment->focus != 0 && m_target->hasFocus();
     if (!focused && waited > focusLimit) {
-        finish(TypingResult::Interrupted);
+        finish(TypingResult::NoTarget);
         return;
     }
     if (moment->heldModifiers && waited > heldModifiersLimit) {
@@ -242,7 +250,7 @@ void XTestKeyboard::Engine::wait()
         m_timer.start(5);
         return;
     }
-    if (m_target && !m_target->isReadyForKeys()) {
+    if (!m_target->isReadyForKeys()) {
         if (!m_askedWhetherReady)
             m_askedWhetherReady = m_clock.elapsed();
         if (m_clock.elapsed() - *m_askedWhetherReady > readyLimit)
@@ -274,9 +282,8 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
         return false;
     m_ambient = m_locked & (m_borrowed->ignoresCapsLock() ? capsLock | numLock : numLock);
     const KeyboardMap::Lookup layout = map.lookup(m_group, m_ambient);
-    m_softLineBreaks = m_target && m_target->needsSoftLineBreaks();
-    m_keys =
-        planKeys(m_current.events, layout, {m_softLineBreaks, m_target && m_target->takesTabs()});
+    m_softLineBreaks = m_target->needsSoftLineBreaks();
+    m_keys = planKeys(m_current.events, layout, {m_softLineBreaks, m_target->takesTabs()});
     m_returnKey = layout.functionKey(XKB_KEY_Return).value_or(0);
     m_tabKey = layout.functionKey(XKB_KEY_Tab).value_or(0);
     m_backSpaceKey = layout.functionKey(XKB_KEY_BackSpace).value_or(0);
@@ -289,15 +296,13 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
     m_pings->begin(m_connection->pingableWindow(m_focus));
     if (!cutPlan(map))
         return false;
-    const bool oneByOne =
-        m_target && m_target->mayReorderKeys() && !m_connection->inputMethods().empty();
+    const bool oneByOne = m_target->mayReorderKeys() && !m_connection->inputMethods().empty();
     // What a deletion leaves cannot be told from its count beforehand.
     const bool grows = std::none_of(m_keys.begin(), m_keys.end(), [](const PlannedKey &key) {
         return key.kind == PlannedKey::Kind::BackSpace;
     });
     m_flow.emplace(*m_pings, m_target.get(), grows, oneByOne, m_clock);
-    if (m_target)
-        m_indent.emplace(*m_target);
+    m_indent.emplace(*m_target);
     return true;
 }
 
@@ -362,13 +367,16 @@ void XTestKeyboard::Engine::type()
 
 bool XTestKeyboard::Engine::mayGoOn()
 {
-    if (m_watch->userActed() || m_watch->focusLost() || m_watch->mapChanged())
+    if (m_watch->focusLost())
+        m_focusLost = true;
+    if (m_focusLost || m_watch->userActed() || m_watch->mapChanged())
         return false;
     const qint64 now = m_clock.elapsed();
-    if (!m_target || now - m_lastFocusCheck < focusPause)
+    if (now - m_lastFocusCheck < focusPause)
         return true;
     m_lastFocusCheck = now;
-    return m_target->hasFocus();
+    m_focusLost = !m_target->hasFocus();
+    return !m_focusLost;
 }
 
 void XTestKeyboard::Engine::updateFlow()
@@ -491,6 +499,8 @@ void XTestKeyboard::Engine::finish(TypingResult result)
 {
     m_timer.stop();
     m_phase = Phase::Idle;
+    if (result == TypingResult::Interrupted && m_focusLost && m_flow && !m_flow->allShown())
+        result = TypingResult::Misplaced;
     if (m_connection && !m_connection->broken()) {
         m_watch->stop();
         m_borrowed->giveBack();
@@ -510,17 +520,23 @@ void XTestKeyboard::Engine::finish(TypingResult result)
     });
 }
 
-XTestKeyboard::XTestKeyboard(TargetProvider target, const QByteArray &displayName)
-    : m_engine(std::make_unique<Engine>(std::move(target), displayName))
+XTestKeyboard::XTestKeyboard(const QByteArray &displayName)
+    : m_engine(std::make_unique<Engine>(displayName))
 {
 }
 
 XTestKeyboard::~XTestKeyboard() = default;
 
-void XTestKeyboard::CGEventPost(const QList<KeyboardEvent> &events,
-                                std::function<void(TypingResult)> completion)
+void XTestKeyboard::type(std::unique_ptr<TypingTarget> target, const QList<KeyboardEvent> &events,
+                         std::function<void(TypingResult)> completion)
 {
-    m_engine->post(events, std::move(completion));
+    if (m_engine)
+        m_engine->post(std::move(target), events, std::move(completion));
+}
+
+void XTestKeyboard::stop()
+{
+    m_engine.reset();
 }
 
 } // namespace platform::linux_

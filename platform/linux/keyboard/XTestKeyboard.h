@@ -3,18 +3,16 @@
 
 #pragma once
 
-#include "platform/KeyboardEvents.h"
-#include "platform/linux/ports/TypingTarget.h"
+#include "platform/linux/ports/Typist.h"
 
 #include <QByteArray>
 
-#include <functional>
 #include <memory>
 
 namespace platform::linux_
 {
 
-/// Types text into the focused window of an X11 desktop: XTEST presses the keys, XKB lends the
+/// Types text into an input of an X11 desktop: XTEST presses the keys, XKB lends the
 /// characters that the user's layout does not have to keys that it leaves empty, and where those
 /// are too few to its letters, digits and signs.
 ///
@@ -25,21 +23,21 @@ namespace platform::linux_
 /// keyboard map is left as it was found; what a killed process has left is put back when the next
 /// one is created.
 ///
-/// Main thread only. Destroying it during a sequence waits until the keys on their way have been
-/// taken, up to five seconds, restores the map and drops the completions.
-class XTestKeyboard : public KeyboardEvents
+/// Main thread only.
+class XTestKeyboard : public Typist
 {
 public:
-    /// Gives the input that has the focus when a sequence starts; it may give none.
-    using TargetProvider = std::function<std::unique_ptr<TypingTarget>()>;
-
     /// `displayName` as XOpenDisplay takes it; empty for $DISPLAY. Without a usable X server every
     /// sequence ends as Failed.
-    explicit XTestKeyboard(TargetProvider target, const QByteArray &displayName = {});
+    explicit XTestKeyboard(const QByteArray &displayName = {});
     ~XTestKeyboard() override;
 
-    void CGEventPost(const QList<KeyboardEvent> &events,
-                     std::function<void(TypingResult)> completion) override;
+    void type(std::unique_ptr<TypingTarget> target, const QList<KeyboardEvent> &events,
+              std::function<void(TypingResult)> completion) override;
+
+    /// Ends for good: waits until the keys on their way have been taken, up to five seconds,
+    /// restores the map, and drops targets and completions. The destructor does the same.
+    void stop();
 
 private:
     class Engine;

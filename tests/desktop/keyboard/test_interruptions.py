@@ -70,6 +70,34 @@ def test_nothing_goes_into_another_window(editor):
     check_prefix(wait_until(editor.read, "the text"))
 
 
+def test_only_what_was_found_is_typed_into(build):
+    """The focus goes elsewhere after the input was found and before the first key."""
+    page = """<textarea id=first style="width:95%;height:500px"></textarea>
+        <textarea id=second></textarea>
+        <script>second.oninput = () => document.title = "second got " + second.value</script>"""
+    with Session() as desktop:
+        editor = Input(desktop, build, "textarea", page)
+        log = desktop.start(["xev", "-event", "keyboard"])
+        other = desktop.wait_for_window("Event Tester")
+        for leaves in (lambda: desktop.key("Tab"), lambda: desktop.activate(other)):
+            editor.focus()
+            wait_until(editor.has_focus, "the page")
+            probe = subprocess.Popen(
+                [editor.probe, "--announce"],
+                env=desktop.env,
+                text=True,
+                stdin=subprocess.PIPE,
+                stdout=subprocess.PIPE,
+            )
+            assert "found" in probe.stdout.readline()
+            leaves()
+            time.sleep(0.5)
+            got, _ = probe.communicate("ls\n")
+            assert '"no target"' in got
+        assert "KeyPress" not in log.output()
+        assert "got" not in desktop.run(["xdotool", "getwindowname", str(editor.window)])
+
+
 def test_a_page_that_moves_the_focus_gets_no_more_than_is_on_its_way(build):
     text, moves_after, most_on_their_way = make("latin", 5000, seed=6), 200, 384
     page = (

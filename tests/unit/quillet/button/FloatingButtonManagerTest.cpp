@@ -19,6 +19,8 @@ using fake::makeElement;
 using platform::AXError;
 using platform::AXUIElement;
 using platform::KeyboardEvent;
+using platform::TypingResult;
+using platform::WriteOutcome;
 
 namespace
 {
@@ -28,8 +30,12 @@ class ManagerTest : public testing::Test
 protected:
     ManagerTest()
     {
-        QObject::connect(&manager, &FloatingButtonManager::textNotWritten, &manager,
-                         [this](const QString &text) { notWritten.append(text); });
+        QObject::connect(&manager, &FloatingButtonManager::textApplied, &manager,
+                         [this](const QString &text, const WriteOutcome &outcome) {
+                             outcomes.append(outcome);
+                             if (!outcome.isWritten())
+                                 notWritten.append(text);
+                         });
     }
 
     /// Makes `element` the manager's input, without a frame and so without a button.
@@ -53,6 +59,7 @@ protected:
     BackendService backend;
     fake::Endpoint endpoint;
     fake::Tracker tracker;
+    QList<WriteOutcome> outcomes;
     QStringList notWritten;
     FloatingButtonManager manager{{ax, keyboard, workspace, backend, endpoint, tracker}};
 };
@@ -153,8 +160,9 @@ TEST_F(ManagerTest, WritesTheValueOfAnInput)
     EXPECT_EQ(lineOfSetText("one"), QStringLiteral("❌ Cannot set AXValue on this element"));
     input->settable = true;
     EXPECT_EQ(lineOfSetText("two"), QStringLiteral("✅ Text set successfully"));
-    input->setResult = AXError::Failure;
+    input->outcome = WriteOutcome::notWritten(AXError::Failure);
     EXPECT_EQ(lineOfSetText("three"), QStringLiteral("❌ Failed to set text: -25200"));
+    EXPECT_EQ(outcomes.last(), input->outcome);
 
     ASSERT_EQ(ax.written.size(), 2);
     EXPECT_EQ(ax.written[0].first, QStringLiteral("AXValue"));
@@ -162,6 +170,18 @@ TEST_F(ManagerTest, WritesTheValueOfAnInput)
     EXPECT_TRUE(keyboard.posted.isEmpty());
     EXPECT_EQ(notWritten, (QStringList{QStringLiteral("one"), QStringLiteral("three")}));
     EXPECT_EQ(workspace.focusRestored, 3) << "the keyboard is back before anything is written";
+
+    workspace.focusCanBeRestored = false;
+    lineOfSetText("four");
+    EXPECT_EQ(ax.written.size(), 2) << "the keyboard did not come back";
+    EXPECT_EQ(notWritten.last(), QStringLiteral("four"));
+
+    workspace.focusCanBeRestored = true;
+    input->outcome = {.kind = WriteOutcome::Kind::ChangedByProgram, .changedCharacters = 2};
+    EXPECT_EQ(lineOfSetText("five"),
+              QStringLiteral("✅ Text set successfully|"
+                             "⚠️ The application changed 2 characters of the text"));
+    EXPECT_EQ(outcomes.last(), input->outcome);
 }
 
 TEST_F(ManagerTest, TypesIntoAWebArea)
@@ -177,10 +197,24 @@ TEST_F(ManagerTest, TypesIntoAWebArea)
         for (bool down : {true, false})
             expected.append({down, QString::fromUtf8(character)});
     EXPECT_EQ(keyboard.posted, expected);
+    EXPECT_EQ(keyboard.target, AXUIElement(page));
 
-    keyboard.result = platform::TypingResult::Interrupted;
-    lineOfSetText("again");
-    EXPECT_EQ(notWritten, QStringList{QStringLiteral("again")});
+    for (const auto &[result, damaged, elsewhere] :
+         {std::tuple{TypingResult::NoTarget, false, false},
+          std::tuple{TypingResult::Interrupted, true, false},
+          std::tuple{TypingResult::Misplaced, true, true}}) {
+        keyboard.result = result;
+        lineOfSetText("again");
+        EXPECT_FALSE(outcomes.last().isWritten());
+        EXPECT_EQ(outcomes.last().isDamaged, damaged);
+        EXPECT_EQ(outcomes.last().keysMayBeElsewhere, elsewhere);
+    }
+
+    workspace.focusCanBeRestored = false;
+    keyboard.posted.clear();
+    lineOfSetText("nowhere");
+    EXPECT_TRUE(keyboard.posted.isEmpty()) << "the keyboard did not come back";
+    EXPECT_EQ(notWritten.last(), QStringLiteral("nowhere"));
 }
 
 TEST(DragFriendlyButton, TellsAClickFromADrag)
