@@ -63,7 +63,7 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication application(argc, argv);
-    QGuiApplication::setDesktopFileName(QStringLiteral("quillet"));
+    QGuiApplication::setDesktopFileName(BuildConstants::AppId);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillet.svg")));
     const bool showWizard = parseCommandLine();
     return Application(startupId, showWizard).run();

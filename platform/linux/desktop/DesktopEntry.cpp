@@ -39,7 +39,8 @@ QByteArray escapedString(const QString &text)
 QByteArray desktopEntryFor(const QByteArray &bundledEntry, const QString &bundle)
 {
     const QString program = bundle + QStringLiteral("/bin/quillet");
-    const QString icon = bundle + QStringLiteral("/share/icons/hicolor/scalable/apps/quillet.svg");
+    const QString icon =
+        bundle + QStringLiteral("/share/icons/hicolor/scalable/apps/" QUILLET_APP_ID ".svg");
     QList<QByteArray> lines = bundledEntry.split('\n');
     for (QByteArray &line : lines) {
         if (line.startsWith("Exec=quillet")) // whatever its arguments

@@ -14,6 +14,6 @@ namespace platform::linux_
 QByteArray desktopEntryFor(const QByteArray &bundledEntry, const QString &bundle);
 
 /// Where in a bundle its desktop entry lies.
-inline constexpr char16_t bundledEntryPath[] = u"/share/applications/quillet.desktop";
+inline constexpr char16_t bundledEntryPath[] = u"/share/applications/" QUILLET_APP_ID ".desktop";
 
 } // namespace platform::linux_

@@ -136,7 +136,7 @@ void LinuxInstallation::writeDesktopEntry(const QString &bundle) const
 {
     QFile bundled(bundle + QString::fromUtf16(bundledEntryPath));
     const QString folder = m_places.dataHome + QStringLiteral("/applications");
-    QSaveFile entry(folder + QStringLiteral("/quillet.desktop"));
+    QSaveFile entry(folder + QStringLiteral("/" QUILLET_APP_ID ".desktop"));
     const bool written = bundled.open(QIODevice::ReadOnly) && QDir().mkpath(folder) &&
                          entry.open(QIODevice::WriteOnly) &&
                          entry.write(desktopEntryFor(bundled.readAll(), bundle)) >= 0 &&

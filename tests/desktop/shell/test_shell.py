@@ -9,6 +9,8 @@ import signal
 
 from session import wait_until
 
+ENTRY = "io.github.quillet.Quillet.desktop"
+
 
 def start(desktop, build, environment=None):
     return desktop.start([str(build / "tests/desktop/shell/quillet_shell_probe")], environment)
@@ -126,7 +128,7 @@ def test_an_unpacked_bundle_installs_itself(desktop, build):
     os.makedirs(os.path.join(bundle, "bin"))
     os.makedirs(os.path.join(bundle, "share/applications"))
     shutil.copy(build / "tests/desktop/shell/quillet_shell_probe", bundle + "/bin/quillet")
-    shutil.copy(build.parents[1] / "packaging/quillet.desktop", bundle + "/share/applications")
+    shutil.copy(build / "packaging" / ENTRY, bundle + "/share/applications")
     unpacked = desktop.start([bundle + "/bin/quillet"])
     wait_for_main_window(desktop)  # the alert
     desktop.key("Return")
@@ -147,7 +149,7 @@ def test_an_unpacked_bundle_installs_itself(desktop, build):
     wait_until(running_copies, "the installed copy")
     window = wait_for_main_window(desktop)
     assert "600x600" in desktop.run(["xwininfo", "-id", str(window)])
-    with open(desktop.env["XDG_DATA_HOME"] + "/applications/quillet.desktop") as entry:
+    with open(desktop.env["XDG_DATA_HOME"] + "/applications/" + ENTRY) as entry:
         assert f'Exec="{installed}"\n' in entry.read()
 
     # The unpacked one now hands over without asking.

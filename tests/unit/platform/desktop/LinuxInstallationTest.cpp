@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -44,7 +45,7 @@ protected:
     {
         write(m_root + s("/status"), "Name:\tquillet\nTracerPid:\t0\n");
         write(m_bundle + s("/bin/quillet"), "#!/bin/sh\n", 0755);
-        write(m_bundle + s("/share/applications/quillet.desktop"),
+        write(m_bundle + s("/share/applications/" QUILLET_APP_ID ".desktop"),
               "[Desktop Entry]\nName=Quillet\nTryExec=quillet\nExec=quillet\nIcon=quillet\n");
         write(m_bundle + s("/share/readonly/secret"), "s", 0400);
         ::chmod(QFile::encodeName(m_bundle + s("/share/readonly")).constData(), 0555);
@@ -129,10 +130,12 @@ TEST_F(LinuxInstallationTest, CopiesTheBundleAndTellsTheDesktop)
               0);
     EXPECT_STREQ(link, "bin/quillet");
 
-    const QByteArray entry = read(m_places.dataHome + s("/applications/quillet.desktop"));
+    const QByteArray entry =
+        read(m_places.dataHome + s("/applications/" QUILLET_APP_ID ".desktop"));
     EXPECT_EQ(entry, "[Desktop Entry]\nName=Quillet\nTryExec=" + target.toUtf8() +
-                         "/bin/quillet\nExec=\"" + target.toUtf8() + "/bin/quillet\"\nIcon=" +
-                         target.toUtf8() + "/share/icons/hicolor/scalable/apps/quillet.svg\n");
+                         "/bin/quillet\nExec=\"" + target.toUtf8() +
+                         "/bin/quillet\"\nIcon=" + target.toUtf8() +
+                         "/share/icons/hicolor/scalable/apps/" QUILLET_APP_ID ".svg\n");
 
     EXPECT_EQ(installation.copyBundle(m_bundle, target), s("File exists"));
 }
@@ -145,7 +148,7 @@ TEST_F(LinuxInstallationTest, AFailedCopyLeavesNothingBehind)
     const QDir folder(m_places.home + s("/.local/opt"));
     EXPECT_EQ(folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList());
-    EXPECT_FALSE(QFile::exists(m_places.dataHome + s("/applications/quillet.desktop")));
+    EXPECT_FALSE(QFile::exists(m_places.dataHome + s("/applications/" QUILLET_APP_ID ".desktop")));
 
     // No room: the reason is told as the system has it.
     ASSERT_TRUE(QFile::remove(m_bundle + s("/share/zzz")));
@@ -190,8 +193,10 @@ TEST_F(LinuxInstallationTest, AlertsAnswerWithTheChosenButton)
             auto *alert = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
             ASSERT_NE(alert, nullptr);
             shown = alert->text() + s("|") + alert->informativeText();
+            EXPECT_EQ(alert->textFormat(), Qt::PlainText);
+            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
             if (button < 0)
-                alert->reject();
+                QApplication::sendEvent(alert, &escape);
             else
                 alert->buttons().at(button)->click();
         });
