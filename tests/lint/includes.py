@@ -45,19 +45,24 @@ MAY_INCLUDE = {
                         "backend/engine", "commands"],
     "backend": ["backend/engine", "backend/http", "backend/model", "backend/offline", "commands"],
 
-    # The platform's contract, and the Linux adapter from the ground up.
+    # The platform's contract, and the Linux adapter from the ground up. The accessibility bus's
+    # side (atspi, reading, focus, accessibility) and the window system's (x11, keyboard) meet in
+    # ports.
     "platform": [],
-    "platform/linux/atspi": ["platform"],
-    "platform/linux/x11": ["platform"],
-    "platform/linux/keyboard": ["platform", "platform/linux/x11"],
-    "platform/linux/reading": ["platform", "platform/linux/atspi"],
-    "platform/linux/desktop": ["platform", "platform/linux/x11"],
-    "platform/linux/focus": ["platform", "platform/linux/atspi", "platform/linux/reading"],
-    "platform/linux/accessibility": ["platform", "platform/linux/atspi", "platform/linux/reading",
-                                     "platform/linux/focus"],
-    "platform/linux": ["platform", "platform/linux/atspi", "platform/linux/x11",
-                       "platform/linux/keyboard", "platform/linux/reading",
-                       "platform/linux/desktop", "platform/linux/focus",
+    "platform/linux/ports": [],
+    "platform/linux/desktop": ["platform"],
+    "platform/linux/x11": ["platform", "platform/linux/ports", "platform/linux/desktop"],
+    "platform/linux/keyboard": ["platform", "platform/linux/ports", "platform/linux/x11"],
+    "platform/linux/atspi": [],
+    "platform/linux/diagnosis": ["platform"],
+    "platform/linux/reading": ["platform", "platform/linux/ports", "platform/linux/atspi"],
+    "platform/linux/focus": ["platform", "platform/linux/ports", "platform/linux/atspi",
+                             "platform/linux/reading"],
+    "platform/linux/accessibility": ["platform", "platform/linux/ports", "platform/linux/atspi",
+                                     "platform/linux/reading", "platform/linux/focus"],
+    "platform/linux": ["platform", "platform/linux/ports", "platform/linux/desktop",
+                       "platform/linux/x11", "platform/linux/keyboard", "platform/linux/atspi",
+                       "platform/linux/reading", "platform/linux/focus",
                        "platform/linux/accessibility"],
 
     # The application.
@@ -72,6 +77,7 @@ MAY_INCLUDE = {
                        "quillet/diagnostics"],
     "quillet/window": ["platform", "quillet/widgets"],
     "quillet/shell": ["platform", "quillet/diagnostics"],
+    "quillet/doctor": ["platform"],
     "quillet/application": ["platform", "MetricPost/include", "quillet/analytics",
                             "quillet/button",
                             "quillet/diagnostics", "quillet/focus", "quillet/popup",
