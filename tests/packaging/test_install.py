@@ -3,12 +3,14 @@
 """The files of an installation agree with each other and with the programs, in any place."""
 
 import os
+import pathlib
 import re
 import shutil
 import subprocess
 
 import pytest
 
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 APP_ID = "io.github.quillet.Quillet"
 
 
@@ -75,3 +77,25 @@ def test_no_installed_text_names_the_place_where_it_was_made(prefix):
     for file in prefix.rglob("*"):
         if file.is_file() and file.stat().st_size < 100_000 and file.parent.name != "bin":
             assert os.environ["QUILLET_BUILD_DIR"].encode() not in file.read_bytes(), file
+
+
+def lines_of(path):
+    return [line for line in (ROOT / path).read_text().splitlines() if line and line[0] != "#"]
+
+
+def field(name, control):
+    text = re.search(rf"^{name}:((?:\n .*)+)", control, re.M)[1]
+    names = [re.sub(r" *[(<\[].*", "", item).strip(" ,") for item in text.strip().split(",\n")]
+    return {item for item in names if not item.startswith("${")}
+
+
+def test_all_lists_of_packages_say_the_same():
+    control = (ROOT / "debian/control").read_text()
+    assert field("Depends", control) == set(lines_of("packaging/runtime-depends.txt"))
+    assert field("Recommends", control) == set(lines_of("packaging/runtime-recommends.txt"))
+    listed = (ROOT / "packaging/packages.txt").read_text()
+    needed = set(listed.partition("[build]\n")[2].partition("\n\n")[0].split())
+    # What every Debian build has, and what only makes ours quicker.
+    needed -= {"g++", "ccache"}
+    tests_only = {"debhelper-compat", "libgtest-dev", "libgmock-dev"}
+    assert field("Build-Depends", control) - tests_only == needed
