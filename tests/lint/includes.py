@@ -49,7 +49,8 @@ MAY_INCLUDE = {
     # side (atspi, reading, focus, accessibility) and the window system's (x11, keyboard) meet in
     # ports.
     "platform": [],
-    "platform/linux/ports": [],
+    "platform/text": [],
+    "platform/linux/ports": ["platform", "platform/text"],
     "platform/linux/desktop": ["platform"],
     "platform/linux/x11": ["platform", "platform/linux/ports", "platform/linux/desktop"],
     "platform/linux/keyboard": ["platform", "platform/linux/ports", "platform/linux/x11"],

@@ -53,7 +53,7 @@ private:
 struct Lexicon::Data {
     explicit Data(const QString &dictionaries)
         : american(dictionaries, QStringLiteral("en_US"))
-        , folder(dictionaries)
+        , m_folder(dictionaries)
     {
         trie.load(resource(u"words.txt"));
         for (const QList<QString> &row : resourceTable(u"misspellings.tsv")) {
@@ -69,10 +69,10 @@ struct Lexicon::Data {
     /// The British dictionary is needed for few words and slow to load.
     Dictionary &britishDictionary()
     {
-        std::call_once(britishOnce, [this] {
-            british = std::make_unique<Dictionary>(folder, QStringLiteral("en_GB"));
+        std::call_once(m_britishOnce, [this] {
+            m_british = std::make_unique<Dictionary>(m_folder, QStringLiteral("en_GB"));
         });
-        return *british;
+        return *m_british;
     }
 
     WordTrie trie;
@@ -81,9 +81,9 @@ struct Lexicon::Data {
     QSet<QString> extra;
 
 private:
-    QString folder;
-    std::once_flag britishOnce;
-    std::unique_ptr<Dictionary> british;
+    QString m_folder;
+    std::once_flag m_britishOnce;
+    std::unique_ptr<Dictionary> m_british;
 };
 
 Lexicon::Lexicon(const QString &dictionaries)
