@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "backend/offline/language/LanguageModel.h"
+#include "backend/offline/rules/LanguageRule.h"
 #include "backend/offline/rules/Rule.h"
 #include "backend/offline/words/LanguageDetector.h"
 #include "backend/offline/words/Lexicon.h"
@@ -33,10 +35,15 @@ private:
     using Stage = std::vector<std::unique_ptr<Rule>>;
 
     QString afterStage(const Stage &stage, const QString &text) const;
+    QString afterLanguageRules(const QString &text) const;
 
+    LanguageModel m_model;
+    Tagger m_tagger;
+    Inflections m_inflections;
     const Lexicon &m_lexicon;
     const LanguageDetector &m_detector;
     std::vector<Stage> m_stages;
+    std::vector<std::unique_ptr<LanguageRule>> m_languageRules;
 };
 
 } // namespace offline

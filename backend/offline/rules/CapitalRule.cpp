@@ -90,7 +90,12 @@ bool CapitalRule::opensCarelessly(const Document &document, size_t number) const
         const bool listed = gap.contains(u'-') || gap.contains(u'*') || gap.contains(u'\u2022') ||
                             gap.contains(u'\t');
         const bool indented = gap.size() > 1 && gap.endsWith(u"  ");
-        return whole && !listed && !indented && number == 0 && isSpokenOpening(first.lower);
+        // A whole sentence of several words is prose, whatever it begins with.
+        constexpr int clearSentence = 5;
+        const bool clear = sentence.end - sentence.first >= clearSentence &&
+                           m_lexicon.level(first.lower) >= commonOpening + 2;
+        return whole && !listed && !indented && number == 0 &&
+               (clear || isSpokenOpening(first.lower));
     }
     const Sentence &before = document.sentences()[number - 1];
     const bool ellipsis = gap.contains(u"..") || gap.contains(u'\u2026');

@@ -10,40 +10,153 @@
 namespace offline
 {
 
+namespace
+{
+
+bool isVowel(QChar c)
+{
+    return QStringView(u"aeiouy").contains(c);
+}
+
+/// Written so on purpose: initials, "goin", "maketh".
+bool isDeliberate(const QString &lower)
+{
+    return std::none_of(lower.begin(), lower.end(), isVowel) || lower.endsWith(u"eth") ||
+           lower.size() < 3;
+}
+
+/// Short words that are written together with the next one: "ofcourse".
+bool runsTogether(const QString &word)
+{
+    static const QStringList words =
+        QStringLiteral("an the in of on at to for as by with from is it no every each any some so "
+                       "this that very more not do")
+            .split(u' ');
+    return words.contains(word);
+}
+
+/// Contractions that "doens't" or "did'nt" stand for.
+QStringList contractionsLike(const QString &lower)
+{
+    static const QStringList contractions =
+        QStringLiteral("don't doesn't didn't can't couldn't won't wouldn't shouldn't isn't aren't "
+                       "wasn't weren't haven't hasn't hadn't they're we're you're i'm it's that's "
+                       "let's there's i've we've you've they've they'll we'll you'll")
+            .split(u' ');
+    const auto letters = [](QString word) {
+        word.remove(u'\'');
+        std::sort(word.begin(), word.end());
+        return word;
+    };
+    const QString own = letters(lower);
+    QStringList result;
+    for (const QString &contraction : contractions) {
+        if (contraction.front() == lower.front() && letters(contraction) == own)
+            result.append(contraction);
+    }
+    return result;
+}
+
+} // namespace
+
 bool SpellingRule::isCandidate(const Document &document, int index) const
 {
     const Word &word = document.word(index);
     if (word.lower.isEmpty() || word.hyphenated || !document.isEnglish(word))
         return false;
     if (word.letters == LetterCase::Capital)
-        return document.isFirstOfSentence(index) && document.sentenceOf(word).end > index + 1;
+        return document.sentenceOf(word).end > document.sentenceOf(word).first + 1;
     return word.letters == LetterCase::Lower;
+}
+
+QString SpellingRule::correction(const Document &document, const Context &context, int index,
+                                 bool doubtful) const
+{
+    constexpr double costWeight = 0.25; // factors of ten for a tenth of a letter
+    constexpr double clear = 0.3;       // of the best candidate over the second
+    constexpr double sure = -1.0;
+    constexpr double surer = 1.0;
+    constexpr double frequency = 0.1; // for each level of the word list
+    constexpr int commonPart = 9;
+    constexpr int smallSlip = 14;
+    const Word &word = document.word(index);
+    if (word.lower.contains(u'\'')) {
+        const QStringList forms = contractionsLike(word.lower);
+        return forms.size() == 1 ? forms.front() : QString();
+    }
+    const std::vector<WordTrie::Candidate> candidates = m_lexicon.candidates(word.lower);
+    double best = -1000;
+    double second = -1000;
+    QString chosen;
+    int cost = 0;
+    for (const WordTrie::Candidate &candidate : candidates) {
+        const double likely = context.score(index, 1, {candidate.word});
+        const double score = likely - costWeight * candidate.cost + frequency * candidate.level;
+        if (score > best) {
+            second = best;
+            best = score;
+            chosen = candidate.word;
+            cost = candidate.cost;
+        } else {
+            second = std::max(second, score);
+        }
+    }
+    for (qsizetype at = 2; at + 2 <= word.lower.size(); ++at) {
+        const QString left = word.lower.left(at);
+        const QString right = word.lower.mid(at);
+        if (!runsTogether(left) || m_lexicon.level(right) < commonPart)
+            continue;
+        const double score = context.score(index, 1, {left, right});
+        if (score > best) {
+            second = best;
+            best = score;
+            chosen = left + u' ' + right;
+        } else {
+            second = std::max(second, score);
+        }
+    }
+    if (chosen.isEmpty())
+        return {};
+    if (m_lexicon.isCommonMisspelling(word.lower))
+        return chosen;
+    const double gain = best - context.score(index, 1, {word.lower});
+    // A short word is like many others by chance, a long one like few.
+    const double needed = doubtful || word.lower.size() <= 5            ? surer
+                          : word.lower.size() >= 9 && cost <= smallSlip ? sure - 1.5
+                                                                        : sure;
+    if (isDeliberate(word.lower) || chosen == word.lower + u'g')
+        return {};
+    if (best - second < clear || gain < needed)
+        return {};
+    return chosen;
 }
 
 void SpellingRule::check(const Document &document, EditList &edits) const
 {
     const int count = int(document.words().size());
-    QHash<QString, int> uses;
-    for (const Word &word : document.words())
-        ++uses[word.lower];
-
-    QHash<QString, QString> corrections;
+    std::optional<Context> context;
+    QHash<QString, bool> known;
     for (int i = 0; i < count; ++i) {
         if (!isCandidate(document, i) || document.isMentioned(i))
             continue;
         const Word &word = document.word(i);
-        auto correction = corrections.constFind(word.lower);
-        if (correction == corrections.constEnd())
-            correction = corrections.insert(word.lower, m_lexicon.correction(word.lower));
-        if (correction->isEmpty())
+        auto found = known.constFind(word.lower);
+        if (found == known.constEnd())
+            found = known.insert(word.lower, m_lexicon.knows(word.lower) ||
+                                                 (!m_lexicon.isCommonMisspelling(word.lower) &&
+                                                  m_model.knows(word.lower)));
+        if (*found)
             continue;
-        // A word that the writer uses again is a term of theirs, and one with a
-        // capital may be a name, unless many people write the mistake.
-        const bool doubtful = uses.value(word.lower) > 1 || word.letters == LetterCase::Capital;
-        if (doubtful && !m_lexicon.isCommonMisspelling(word.lower))
+        if (!context)
+            context.emplace(m_model, document);
+        const bool capital = word.letters == LetterCase::Capital;
+        if (capital && !document.isFirstOfSentence(i) && !m_lexicon.isCommonMisspelling(word.lower))
+            continue;
+        const QString right = correction(document, *context, i, capital);
+        if (right.isEmpty())
             continue;
         const QStringView original = QStringView(document.text()).mid(word.start, word.length);
-        edits.replace(word.start, word.length, inCaseOf(original, *correction));
+        edits.replace(word.start, word.length, inCaseOf(original, right));
     }
 }
 

@@ -3,20 +3,26 @@
 
 #pragma once
 
+#include "backend/offline/language/Context.h"
 #include "backend/offline/rules/Rule.h"
 #include "backend/offline/words/Lexicon.h"
+
+#include <optional>
 
 namespace offline
 {
 
-/// Misspelt words, where the engine is sure of the right one. Names, code,
-/// shouted words, quoted single words and other languages stay as they are.
+/// Misspelt words. The right word is chosen by the kind of mistake that it takes
+/// and by how likely the language model finds it between its neighbours. Names,
+/// code, shouted words, quoted single words and other languages stay as they
+/// are; so does a word for which no candidate is likely.
 class SpellingRule : public Rule
 {
 public:
-    /// `lexicon` must outlive the rule.
-    explicit SpellingRule(const Lexicon &lexicon)
+    /// The arguments must outlive the rule.
+    SpellingRule(const Lexicon &lexicon, const LanguageModel &model)
         : m_lexicon(lexicon)
+        , m_model(model)
     {
     }
 
@@ -24,8 +30,11 @@ public:
 
 private:
     bool isCandidate(const Document &document, int index) const;
+    QString correction(const Document &document, const Context &context, int index,
+                       bool doubtful) const;
 
     const Lexicon &m_lexicon;
+    const LanguageModel &m_model;
 };
 
 } // namespace offline

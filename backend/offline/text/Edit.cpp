@@ -18,6 +18,16 @@ void EditList::replace(qsizetype start, qsizetype length, const QString &replace
     m_edits.emplace_hint(next, start, Edit{start + length, replacement});
 }
 
+void EditList::review(const Review &review)
+{
+    for (auto edit = m_edits.begin(); edit != m_edits.end();) {
+        const auto replacement = review(edit->first, edit->second.end, edit->second.replacement);
+        if (replacement)
+            edit->second.replacement = *replacement;
+        edit = replacement ? std::next(edit) : m_edits.erase(edit);
+    }
+}
+
 QString EditList::applied(const QString &text) const
 {
     if (m_edits.empty())

@@ -5,7 +5,9 @@
 
 #include <QString>
 
+#include <functional>
 #include <map>
+#include <optional>
 
 namespace offline
 {
@@ -19,6 +21,12 @@ class EditList
 public:
     /// Replace `length` UTF-16 units from `start` on.
     void replace(qsizetype start, qsizetype length, const QString &replacement);
+
+    /// What an edit is to write instead: nothing to drop it.
+    using Review = std::function<std::optional<QString>(qsizetype start, qsizetype end,
+                                                        const QString &replacement)>;
+    void review(const Review &review);
+
     bool isEmpty() const { return m_edits.empty(); }
 
     /// The text with the edits made; `text` itself when there is none.

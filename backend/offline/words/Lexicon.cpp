@@ -121,8 +121,18 @@ bool Lexicon::isCompound(const QString &lower) const
             words.level(whole.mid(prefix.size())) >= 0)
             return true;
     }
-    if (lower.endsWith(u's') && words.level(whole.chopped(1)) >= 0 && !lower.endsWith(u"ss"))
+    const bool plural = lower.endsWith(u's') && !lower.endsWith(u"ss") && !lower.endsWith(u"ys");
+    if (plural && words.level(whole.chopped(1)) >= 0)
         return true;
+    // "changeups", "trainable"
+    static constexpr QStringView endings[] = {u"up",  u"ups",  u"er",   u"ers", u"able",
+                                              u"ish", u"like", u"wise", u"fest"};
+    for (const QStringView ending : endings) {
+        if (lower.endsWith(ending) && words.level(whole.chopped(ending.size())) >= wellKnown)
+            return true;
+    }
+    if (lower.endsWith(u"full"))
+        return false; // "wonderfull"
     for (qsizetype i = shortestPart; i <= lower.size() - shortestPart; ++i) {
         if (words.level(whole.left(i)) >= wellKnown && words.level(whole.mid(i)) >= wellKnown)
             return true;
@@ -147,16 +157,16 @@ int Lexicon::level(QStringView lower) const
     return data().trie.level(lower);
 }
 
-QString Lexicon::correction(const QString &lower) const
+std::vector<WordTrie::Candidate> Lexicon::candidates(const QString &lower) const
 {
     const Data &known = data();
     const auto common = known.misspellings.constFind(lower);
     if (common != known.misspellings.constEnd())
-        return *common;
+        return {{*common, 0, 15}};
     // Without a dictionary every rarer word would count as a mistake.
     if (!known.american.isOpen() || knows(lower) || isCompound(lower))
         return {};
-    return known.trie.correction(lower).value_or(QString());
+    return known.trie.candidates(lower);
 }
 
 bool Lexicon::isCommonMisspelling(const QString &lower) const

@@ -37,10 +37,10 @@ public:
     /// How common a lower-case word is: 15 to 0, -1 for not in the list.
     int level(QStringView lower) const;
 
-    /// The right form of a misspelt lower-case word, or an empty string when it
-    /// is right or the engine is not sure. `corrects(x)` never names a word that
-    /// `knows` refuses.
-    QString correction(const QString &lower) const;
+    /// The words that an unknown lower-case word may stand for, the best first;
+    /// none for one that a writer may have built on purpose. A common misspelling
+    /// has only its right form, of no cost.
+    std::vector<WordTrie::Candidate> candidates(const QString &lower) const;
 
     /// Whether the word stands in the list of common misspellings.
     bool isCommonMisspelling(const QString &lower) const;

@@ -28,7 +28,7 @@ constexpr int soundAlike = 7;
 constexpr int neighbouringKey = 8;
 constexpr int rarity = 2;  // for each level below the most common ...
 constexpr int rarest = 10; // ... in the comparison of candidates not below this many
-constexpr int clearMargin = 5;
+constexpr size_t maxCandidates = 12;
 
 bool isVowel(char c)
 {
@@ -76,7 +76,7 @@ int looseLetter(char letter, char before)
 } // namespace
 
 /// One search: rows of the edit-distance table, one for each letter of the path
-/// from the root, and the two best candidates so far.
+/// from the root, and the best candidates so far.
 struct WordTrie::Search {
     using Row = std::array<int, longestWord + 2>;
 
@@ -85,11 +85,9 @@ struct WordTrie::Search {
     int limit = 0;
     std::array<Row, longestWord + 4> rows;
     char path[longestWord + 4] = {};
-    int best = 1000;
-    int bestCost = 0;
-    int bestLevel = 0;
-    int second = 1000;
-    char bestWord[longestWord + 4] = {};
+    std::vector<Candidate> best; ///< the best first
+
+    static int score(int cost, int level) { return cost + std::min(15 - level, rarest) * rarity; }
 
     void offer(int cost, int level, int depth)
     {
@@ -97,17 +95,15 @@ struct WordTrie::Search {
         const bool swappedStart = path[0] == word[1] && path[1] == word[0];
         if (path[0] != word[0] && !swappedStart)
             return;
-        const int score = cost + std::min(15 - level, rarest) * rarity;
-        if (score < best) {
-            second = best;
-            best = score;
-            bestCost = cost;
-            bestLevel = level;
-            std::memcpy(bestWord, path, size_t(depth));
-            bestWord[depth] = 0;
-        } else if (score < second) {
-            second = score;
-        }
+        const auto worse = [&](const Candidate &other) {
+            return score(cost, level) < score(other.cost, other.level);
+        };
+        const auto place = std::find_if(best.begin(), best.end(), worse);
+        if (place == best.end() && best.size() >= maxCandidates)
+            return;
+        best.insert(place, Candidate{QString::fromLatin1(path, depth), cost, level});
+        if (best.size() > maxCandidates)
+            best.pop_back();
     }
 };
 
@@ -172,21 +168,21 @@ int WordTrie::level(QStringView word) const
     return m_nodes[size_t(node)].level;
 }
 
-std::optional<QString> WordTrie::correction(QStringView misspelling) const
+std::vector<WordTrie::Candidate> WordTrie::candidates(QStringView misspelling) const
 {
     if (misspelling.size() < shortestCorrected || misspelling.size() > longestWord ||
         m_nodes.empty())
-        return std::nullopt;
+        return {};
     Search search;
     for (const QChar c : misspelling) {
         if (!isAsciiLower(c))
-            return std::nullopt;
+            return {};
         search.word[search.length++] = char(c.unicode());
     }
     // Short words have many neighbours: there only the commonest slips count.
-    search.limit = search.length <= 5   ? swapped
-                   : search.length <= 6 ? silentLetter
-                   : search.length <= 9 ? 2 * vowelForVowel
+    search.limit = search.length <= 4   ? silentLetter
+                   : search.length <= 5 ? arbitrary
+                   : search.length <= 7 ? 2 * vowelForVowel
                                         : arbitrary + silentLetter;
     search.rows[0][0] = 0;
     for (int j = 1; j <= search.length; ++j) {
@@ -194,14 +190,7 @@ std::optional<QString> WordTrie::correction(QStringView misspelling) const
                             looseLetter(search.word[j - 1], j > 1 ? search.word[j - 2] : '\0');
     }
     descend(search, 0, 0);
-    // Two mistakes in one word are only believed when the word is a common one.
-    const int acceptable = search.length <= 4            ? swapped + 8
-                           : search.bestCost > arbitrary ? 2 * vowelForVowel + 12
-                                                         : arbitrary + 21;
-    if (search.bestCost + (15 - search.bestLevel) * rarity > acceptable ||
-        search.second - search.best < clearMargin)
-        return std::nullopt;
-    return QString::fromLatin1(search.bestWord);
+    return std::move(search.best);
 }
 
 void WordTrie::descend(Search &search, qint32 node, int depth) const

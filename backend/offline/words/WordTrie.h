@@ -7,7 +7,6 @@
 #include <QString>
 #include <QStringView>
 
-#include <optional>
 #include <vector>
 
 namespace offline
@@ -26,11 +25,18 @@ public:
     /// the list does not have it.
     int level(QStringView word) const;
 
-    /// The word that `misspelling` (lower case, a-z) stands for, when one
-    /// candidate is clearly more probable than all others. Candidates are ranked
-    /// by the kind of mistake they take (swapped letters, doubled or missing
-    /// letters, sound-alikes, neighbouring keys) and by how common they are.
-    std::optional<QString> correction(QStringView misspelling) const;
+    /// A word that a misspelling may stand for.
+    struct Candidate {
+        QString word;
+        int cost = 0;  ///< of the mistake, in tenths of an arbitrary letter
+        int level = 0; ///< as level() gives it
+    };
+
+    /// The words that `misspelling` (lower case, a-z) may stand for, the best
+    /// first, at most a dozen. They are ranked by the kind of mistake that they
+    /// take (swapped letters, doubled or missing letters, sound-alikes,
+    /// neighbouring keys) and by how common they are.
+    std::vector<Candidate> candidates(QStringView misspelling) const;
 
 private:
     struct Node {
