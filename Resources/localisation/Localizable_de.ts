@@ -1,0 +1,577 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>Localizable</name>
+    <message>
+        <source>improve</source>
+        <translation>Verbessern</translation>
+    </message>
+    <message>
+        <source>tone-changer</source>
+        <translation>Ton ändern</translation>
+    </message>
+    <message>
+        <source>reply</source>
+        <translation>Antworten</translation>
+    </message>
+    <message>
+        <source>translate</source>
+        <translation>Übersetzen</translation>
+    </message>
+    <message>
+        <source>more</source>
+        <translation>Mehr</translation>
+    </message>
+    <message>
+        <source>quick-improve</source>
+        <translation>Schnell verbessern</translation>
+    </message>
+    <message>
+        <source>check-grammar</source>
+        <translation>Grammatik prüfen</translation>
+    </message>
+    <message>
+        <source>elevate</source>
+        <translation>Gehobener</translation>
+    </message>
+    <message>
+        <source>expand</source>
+        <translation>Ausführlicher</translation>
+    </message>
+    <message>
+        <source>clear</source>
+        <translation>Klarer</translation>
+    </message>
+    <message>
+        <source>concise</source>
+        <translation>Kürzer</translation>
+    </message>
+    <message>
+        <source>emojify</source>
+        <translation>Mit Emojis</translation>
+    </message>
+    <message>
+        <source>friendly</source>
+        <translation>Freundlich</translation>
+    </message>
+    <message>
+        <source>happy</source>
+        <translation>Fröhlich</translation>
+    </message>
+    <message>
+        <source>confident</source>
+        <translation>Selbstbewusst</translation>
+    </message>
+    <message>
+        <source>romantic</source>
+        <translation>Romantisch</translation>
+    </message>
+    <message>
+        <source>sarcastic</source>
+        <translation>Sarkastisch</translation>
+    </message>
+    <message>
+        <source>professional</source>
+        <translation>Sachlich</translation>
+    </message>
+    <message>
+        <source>witty</source>
+        <translation>Geistreich</translation>
+    </message>
+    <message>
+        <source>flirty</source>
+        <translation>Kokett</translation>
+    </message>
+    <message>
+        <source>reply-msg-copy</source>
+        <translation>Auf Nachricht antworten</translation>
+    </message>
+    <message>
+        <source>english</source>
+        <translation>Englisch</translation>
+    </message>
+    <message>
+        <source>italian</source>
+        <translation>Italienisch</translation>
+    </message>
+    <message>
+        <source>french</source>
+        <translation>Französisch</translation>
+    </message>
+    <message>
+        <source>spanish</source>
+        <translation>Spanisch</translation>
+    </message>
+    <message>
+        <source>catalan</source>
+        <translation>Katalanisch</translation>
+    </message>
+    <message>
+        <source>german</source>
+        <translation>Deutsch</translation>
+    </message>
+    <message>
+        <source>chinese</source>
+        <translation>Chinesisch</translation>
+    </message>
+    <message>
+        <source>japanese</source>
+        <translation>Japanisch</translation>
+    </message>
+    <message>
+        <source>portuguese</source>
+        <translation>Portugiesisch</translation>
+    </message>
+    <message>
+        <source>russian</source>
+        <translation>Russisch</translation>
+    </message>
+    <message>
+        <source>greek</source>
+        <translation>Griechisch</translation>
+    </message>
+    <message>
+        <source>hindi</source>
+        <translation>Hindi</translation>
+    </message>
+    <message>
+        <source>arabic</source>
+        <translation>Arabisch</translation>
+    </message>
+    <message>
+        <source>ukrainian</source>
+        <translation>Ukrainisch</translation>
+    </message>
+    <message>
+        <source>korean</source>
+        <translation>Koreanisch</translation>
+    </message>
+    <message>
+        <source>polish</source>
+        <translation>Polnisch</translation>
+    </message>
+    <message>
+        <source>hungarian</source>
+        <translation>Ungarisch</translation>
+    </message>
+    <message>
+        <source>armenian</source>
+        <translation>Armenisch</translation>
+    </message>
+    <message>
+        <source>croatian</source>
+        <translation>Kroatisch</translation>
+    </message>
+    <message>
+        <source>thai</source>
+        <translation>Thai</translation>
+    </message>
+    <message>
+        <source>malay</source>
+        <translation>Malaiisch</translation>
+    </message>
+    <message>
+        <source>bengali</source>
+        <translation>Bengalisch</translation>
+    </message>
+    <message>
+        <source>vietnamese</source>
+        <translation>Vietnamesisch</translation>
+    </message>
+    <message>
+        <source>settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>send-feedback</source>
+        <translation>Rückmeldung senden</translation>
+    </message>
+    <message>
+        <source>share</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>rate</source>
+        <translation>Bewerten</translation>
+    </message>
+    <message>
+        <source>cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>reload</source>
+        <translation>Reload</translation>
+    </message>
+    <message>
+        <source>apply</source>
+        <translation>Übernehmen</translation>
+    </message>
+    <message>
+        <source>Quillet could not write the text into the other application. It is on the clipboard, so you can paste it.</source>
+        <translation>Quillet konnte den Text nicht in die andere Anwendung schreiben. Er ist in der Zwischenablage, Sie können ihn einfügen.</translation>
+    </message>
+    <message>
+        <source>Install Quillet</source>
+        <translation>Quillet installieren</translation>
+    </message>
+    <message>
+        <source>Quillet needs to be installed in the Applications folder.</source>
+        <translation>Quillet muss in den Programme-Ordner installiert werden.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installieren</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Install Failed</source>
+        <translation>Installation fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Could not copy Quillet to Applications: </source>
+        <translation>Quillet konnte nicht zu den Programmen kopiert werden: </translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Open Quillet</source>
+        <translation>Quillet öffnen</translation>
+    </message>
+    <message>
+        <source>Send Feedback</source>
+        <translation>Rückmeldung senden</translation>
+    </message>
+    <message>
+        <source>Check for Updates</source>
+        <translation>Nach Aktualisierungen suchen</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Please write to %1.</source>
+        <translation>Es konnte kein E-Mail-Programm geöffnet werden. Bitte schreiben Sie an %1.</translation>
+    </message>
+    <message>
+        <source>Your system&apos;s package manager keeps Quillet up to date, together with your other programs.</source>
+        <translation>Die Paketverwaltung Ihres Systems hält Quillet zusammen mit Ihren anderen Programmen aktuell.</translation>
+    </message>
+    <message>
+        <source>New versions of Quillet are published at %1.</source>
+        <translation>Neue Versionen von Quillet erscheinen unter %1.</translation>
+    </message>
+    <message>
+        <source>Not configured</source>
+        <translation>Nicht eingerichtet</translation>
+    </message>
+    <message>
+        <source>Checking...</source>
+        <translation>Wird geprüft …</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Wird geladen …</translation>
+    </message>
+    <message>
+        <source>All looks great!</source>
+        <translation>Alles in Ordnung!</translation>
+    </message>
+    <message>
+        <source>Beta test</source>
+        <translation>Betatest</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to be used
+across all your favourite apps</source>
+        <translation>Quillet ist bereit, in allen
+Ihren Lieblingsprogrammen</translation>
+    </message>
+    <message>
+        <source>Configure Quillet</source>
+        <translation>Quillet einrichten</translation>
+    </message>
+    <message>
+        <source>Quillet Status</source>
+        <translation>Status von Quillet</translation>
+    </message>
+    <message>
+        <source>Premium Status</source>
+        <translation>Premium-Status</translation>
+    </message>
+    <message>
+        <source>You have full access to all AI features.</source>
+        <translation>Sie können alle KI-Funktionen nutzen.</translation>
+    </message>
+    <message>
+        <source>Open Accessibility Settings</source>
+        <translation>Einstellungen der Barrierefreiheit öffnen</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>A quill turning a draft into clear text</source>
+        <translation>Eine Feder, die einen Entwurf in klaren Text verwandelt</translation>
+    </message>
+    <message>
+        <source>Welcome to Quillet</source>
+        <translation>Willkommen bei Quillet</translation>
+    </message>
+    <message>
+        <source>Set up you Quillet in a few easy steps to start communicating with confidence</source>
+        <translation>Richten Sie Quillet in wenigen einfachen Schritten ein und schreiben Sie mit Zuversicht</translation>
+    </message>
+    <message>
+        <source>• Open Accessibility Settings
+• Toggle Quillet
+• Come back here</source>
+        <translation>• Einstellungen der Barrierefreiheit öffnen
+• Quillet einschalten
+• Hierher zurückkommen</translation>
+    </message>
+    <message>
+        <source>First turn on the switch beside Quillet in the accessibility settings. Then use the Quillet button at the top right of any text field.</source>
+        <translation>Schalten Sie zuerst in den Einstellungen der Barrierefreiheit den Schalter neben Quillet ein. Danach ist der Knopf von Quillet rechts oben in jedem Textfeld.</translation>
+    </message>
+    <message>
+        <source>Quillet is installed! Now you can try it!</source>
+        <translation>Quillet ist eingerichtet! Probieren Sie es aus!</translation>
+    </message>
+    <message>
+        <source>Type something below, then try Quillet&apos;s features.</source>
+        <translation>Schreiben Sie unten etwas und probieren Sie die Funktionen von Quillet aus.</translation>
+    </message>
+    <message>
+        <source>Quillet is ready</source>
+        <translation>Quillet ist bereit</translation>
+    </message>
+    <message>
+        <source>Great job!</source>
+        <translation>Sehr gut!</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to go. Start communicating with confidence in all your favourite apps!</source>
+        <translation>Quillet ist bereit. Schreiben Sie mit Zuversicht in allen Ihren Lieblingsprogrammen!</translation>
+    </message>
+    <message>
+        <source>Text to try Quillet on</source>
+        <translation>Text zum Ausprobieren von Quillet</translation>
+    </message>
+    <message>
+        <source>The writing service sent no answer. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>Der Schreibdienst hat keine Antwort gesendet. Ihr Text ist unverändert. Drücken Sie „Reload“, um es noch einmal zu versuchen.</translation>
+    </message>
+    <message>
+        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>Der Schreibdienst ist nicht erreichbar oder hat vor dem Ende der Antwort aufgehört. Ihr Text ist unverändert. Drücken Sie „Reload“, um es noch einmal zu versuchen.</translation>
+    </message>
+    <message>
+        <source>There is no text in this input yet. Write something, then choose the command again.</source>
+        <translation>In diesem Feld ist noch kein Text. Schreiben Sie etwas und wählen Sie den Befehl noch einmal.</translation>
+    </message>
+    <message>
+        <source>Message from Quillet</source>
+        <translation>Nachricht von Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <translation>Quillet läuft im Hintergrund weiter. Sein Symbol in der Leiste öffnet dieses Fenster wieder und beendet Quillet.</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
+        <translation>Quillet läuft im Hintergrund weiter. Starten Sie Quillet noch einmal, um dieses Fenster zu öffnen.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application. Its text is as it was.</source>
+        <translation>Quillet konnte nicht in die andere Anwendung schreiben. Ihr Text ist wie zuvor.</translation>
+    </message>
+    <message>
+        <source>Bring Back the Former Clipboard</source>
+        <translation>Vorherige Zwischenablage zurückholen</translation>
+    </message>
+    <message>
+        <source>Put back what was there</source>
+        <translation>Vorherigen Text wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Written</source>
+        <translation>Geschrieben</translation>
+    </message>
+    <message>
+        <source>Written; the program changed %1 characters</source>
+        <translation>Geschrieben; geänderte Zeichen durch das Programm: %1</translation>
+    </message>
+    <message>
+        <source>Not written</source>
+        <translation>Nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>Not written; the text is on the clipboard</source>
+        <translation>Nicht geschrieben; der Text ist in der Zwischenablage</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>Was sich geändert hat</translation>
+    </message>
+    <message>
+        <source>Click to take this change back</source>
+        <translation>Klicken, um diese Änderung zurückzunehmen</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Änderungen</translation>
+    </message>
+    <message>
+        <source>Show what has changed (Ctrl+D)</source>
+        <translation>Zeigen, was sich geändert hat (Strg+D)</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>Nichts hat sich geändert.</translation>
+    </message>
+    <message>
+        <source>%1 changes. Ctrl+D shows them.</source>
+        <translation>Änderungen: %1. Strg+D zeigt sie.</translation>
+    </message>
+    <message>
+        <source>Quillet Settings</source>
+        <translation>Einstellungen von Quillet</translation>
+    </message>
+    <message>
+        <source>Permission</source>
+        <translation>Berechtigung</translation>
+    </message>
+    <message>
+        <source>Change…</source>
+        <translation>Ändern …</translation>
+    </message>
+    <message>
+        <source>Change the permission</source>
+        <translation>Berechtigung ändern</translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Opens the commands for the input that you are in, or for what is selected in it.</source>
+        <translation>Öffnet die Befehle für das Feld, in dem Sie sind, oder für das, was darin ausgewählt ist.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keines</translation>
+    </message>
+    <message>
+        <source>No shortcut</source>
+        <translation>Kein Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Start Quillet when I log in, without a window</source>
+        <translation>Quillet beim Anmelden starten, ohne Fenster</translation>
+    </message>
+    <message>
+        <source>Language model</source>
+        <translation>Sprachmodell</translation>
+    </message>
+    <message>
+        <source>Without one, Quillet corrects and improves texts on this machine. For the other commands, name a server that speaks the chat completions interface.</source>
+        <translation>Ohne Sprachmodell korrigiert und verbessert Quillet Texte auf diesem Rechner. Für die anderen Befehle nennen Sie einen Server mit der Schnittstelle für Chat-Antworten.</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Modell</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Schlüssel</translation>
+    </message>
+    <message>
+        <source>Programs</source>
+        <translation>Programme</translation>
+    </message>
+    <message>
+        <source>Quillet stays out of these. The menu of its button, with the other mouse button, adds one.</source>
+        <translation>Aus diesen hält sich Quillet heraus. Das Menü seines Knopfes, mit der anderen Maustaste, fügt eines hinzu.</translation>
+    </message>
+    <message>
+        <source>Programs that Quillet stays out of</source>
+        <translation>Programme, aus denen sich Quillet heraushält</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>What is recorded</source>
+        <translation>Was aufgezeichnet wird</translation>
+    </message>
+    <message>
+        <source>That you have opened the wizard, clicked the button, run a command and which one, and applied a result. Never a text, nor the name of a program.</source>
+        <translation>Dass Sie den Assistenten geöffnet, den Knopf gedrückt, einen Befehl ausgeführt (und welchen) und ein Ergebnis übernommen haben. Nie ein Text, auch nicht der Name eines Programms.</translation>
+    </message>
+    <message>
+        <source>Quillet may read and write the inputs of your programs.</source>
+        <translation>Quillet darf die Eingabefelder Ihrer Programme lesen und schreiben.</translation>
+    </message>
+    <message>
+        <source>Quillet may not see your programs.</source>
+        <translation>Quillet darf Ihre Programme nicht sehen.</translation>
+    </message>
+    <message>
+        <source>These keys are not free: another program has them, or the system does not hand them out. Press others.</source>
+        <translation>Diese Tasten sind nicht frei: Ein anderes Programm hat sie, oder das System gibt sie nicht her. Drücken Sie andere.</translation>
+    </message>
+    <message>
+        <source>It will be copied to %1.</source>
+        <translation>Es wird nach %1 kopiert.</translation>
+    </message>
+    <message>
+        <source>Quillet can start when you log in, in the background, so that its button is there at once. You find this in the settings too.</source>
+        <translation>Quillet kann beim Anmelden im Hintergrund starten, damit sein Knopf gleich da ist. Sie finden das auch in den Einstellungen.</translation>
+    </message>
+    <message>
+        <source>Start at Login</source>
+        <translation>Beim Anmelden starten</translation>
+    </message>
+    <message>
+        <source>Only the selection</source>
+        <translation>Nur die Auswahl</translation>
+    </message>
+    <message>
+        <source>Not in %1</source>
+        <translation>Nicht in %1</translation>
+    </message>
+    <message>
+        <source>The keyboard went to another input meanwhile: some of the text may have gone there.</source>
+        <translation>Die Tastatur ging inzwischen an ein anderes Feld: Ein Teil des Textes kann dort gelandet sein.</translation>
+    </message>
+    <message>
+        <source>Look at your text: a part of it may have changed.</source>
+        <translation>Sehen Sie Ihren Text an: Ein Teil kann sich geändert haben.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application.</source>
+        <translation>Quillet konnte nicht in die andere Anwendung schreiben.</translation>
+    </message>
+    <message>
+        <source>Works in some programs</source>
+        <translation>Funktioniert in einigen Programmen</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,577 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es" sourcelanguage="en">
+<context>
+    <name>Localizable</name>
+    <message>
+        <source>improve</source>
+        <translation>Mejorar</translation>
+    </message>
+    <message>
+        <source>tone-changer</source>
+        <translation>Cambiar el tono</translation>
+    </message>
+    <message>
+        <source>reply</source>
+        <translation>Responder</translation>
+    </message>
+    <message>
+        <source>translate</source>
+        <translation>Traducir</translation>
+    </message>
+    <message>
+        <source>more</source>
+        <translation>Más</translation>
+    </message>
+    <message>
+        <source>quick-improve</source>
+        <translation>Mejora rápida</translation>
+    </message>
+    <message>
+        <source>check-grammar</source>
+        <translation>Revisar la gramática</translation>
+    </message>
+    <message>
+        <source>elevate</source>
+        <translation>Más elevado</translation>
+    </message>
+    <message>
+        <source>expand</source>
+        <translation>Ampliar</translation>
+    </message>
+    <message>
+        <source>clear</source>
+        <translation>Más claro</translation>
+    </message>
+    <message>
+        <source>concise</source>
+        <translation>Más conciso</translation>
+    </message>
+    <message>
+        <source>emojify</source>
+        <translation>Con emojis</translation>
+    </message>
+    <message>
+        <source>friendly</source>
+        <translation>Amistoso</translation>
+    </message>
+    <message>
+        <source>happy</source>
+        <translation>Alegre</translation>
+    </message>
+    <message>
+        <source>confident</source>
+        <translation>Seguro</translation>
+    </message>
+    <message>
+        <source>romantic</source>
+        <translation>Romántico</translation>
+    </message>
+    <message>
+        <source>sarcastic</source>
+        <translation>Sarcástico</translation>
+    </message>
+    <message>
+        <source>professional</source>
+        <translation>Profesional</translation>
+    </message>
+    <message>
+        <source>witty</source>
+        <translation>Ingenioso</translation>
+    </message>
+    <message>
+        <source>flirty</source>
+        <translation>Coqueto</translation>
+    </message>
+    <message>
+        <source>reply-msg-copy</source>
+        <translation>Responder al mensaje</translation>
+    </message>
+    <message>
+        <source>english</source>
+        <translation>Inglés</translation>
+    </message>
+    <message>
+        <source>italian</source>
+        <translation>Italiano</translation>
+    </message>
+    <message>
+        <source>french</source>
+        <translation>Francés</translation>
+    </message>
+    <message>
+        <source>spanish</source>
+        <translation>Español</translation>
+    </message>
+    <message>
+        <source>catalan</source>
+        <translation>Catalán</translation>
+    </message>
+    <message>
+        <source>german</source>
+        <translation>Alemán</translation>
+    </message>
+    <message>
+        <source>chinese</source>
+        <translation>Chino</translation>
+    </message>
+    <message>
+        <source>japanese</source>
+        <translation>Japonés</translation>
+    </message>
+    <message>
+        <source>portuguese</source>
+        <translation>Portugués</translation>
+    </message>
+    <message>
+        <source>russian</source>
+        <translation>Ruso</translation>
+    </message>
+    <message>
+        <source>greek</source>
+        <translation>Griego</translation>
+    </message>
+    <message>
+        <source>hindi</source>
+        <translation>Hindi</translation>
+    </message>
+    <message>
+        <source>arabic</source>
+        <translation>Árabe</translation>
+    </message>
+    <message>
+        <source>ukrainian</source>
+        <translation>Ucraniano</translation>
+    </message>
+    <message>
+        <source>korean</source>
+        <translation>Coreano</translation>
+    </message>
+    <message>
+        <source>polish</source>
+        <translation>Polaco</translation>
+    </message>
+    <message>
+        <source>hungarian</source>
+        <translation>Húngaro</translation>
+    </message>
+    <message>
+        <source>armenian</source>
+        <translation>Armenio</translation>
+    </message>
+    <message>
+        <source>croatian</source>
+        <translation>Croata</translation>
+    </message>
+    <message>
+        <source>thai</source>
+        <translation>Tailandés</translation>
+    </message>
+    <message>
+        <source>malay</source>
+        <translation>Malayo</translation>
+    </message>
+    <message>
+        <source>bengali</source>
+        <translation>Bengalí</translation>
+    </message>
+    <message>
+        <source>vietnamese</source>
+        <translation>Vietnamita</translation>
+    </message>
+    <message>
+        <source>settings</source>
+        <translation>Ajustes</translation>
+    </message>
+    <message>
+        <source>send-feedback</source>
+        <translation>Enviar comentarios</translation>
+    </message>
+    <message>
+        <source>share</source>
+        <translation>Compartir</translation>
+    </message>
+    <message>
+        <source>rate</source>
+        <translation>Valorar</translation>
+    </message>
+    <message>
+        <source>cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>reload</source>
+        <translation>Reload</translation>
+    </message>
+    <message>
+        <source>apply</source>
+        <translation>Aplicar</translation>
+    </message>
+    <message>
+        <source>Quillet could not write the text into the other application. It is on the clipboard, so you can paste it.</source>
+        <translation>Quillet no pudo escribir el texto en la otra aplicación. Está en el portapapeles: puede pegarlo.</translation>
+    </message>
+    <message>
+        <source>Install Quillet</source>
+        <translation>Instalar Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet needs to be installed in the Applications folder.</source>
+        <translation>Quillet debe instalarse en la carpeta de aplicaciones.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Instalar</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Salir</translation>
+    </message>
+    <message>
+        <source>Install Failed</source>
+        <translation>La instalación ha fallado</translation>
+    </message>
+    <message>
+        <source>Could not copy Quillet to Applications: </source>
+        <translation>No se pudo copiar Quillet a las aplicaciones: </translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Open Quillet</source>
+        <translation>Abrir Quillet</translation>
+    </message>
+    <message>
+        <source>Send Feedback</source>
+        <translation>Enviar comentarios</translation>
+    </message>
+    <message>
+        <source>Check for Updates</source>
+        <translation>Buscar actualizaciones</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Please write to %1.</source>
+        <translation>No se pudo abrir ningún programa de correo. Escriba a %1.</translation>
+    </message>
+    <message>
+        <source>Your system&apos;s package manager keeps Quillet up to date, together with your other programs.</source>
+        <translation>El gestor de paquetes del sistema mantiene Quillet al día junto con los demás programas.</translation>
+    </message>
+    <message>
+        <source>New versions of Quillet are published at %1.</source>
+        <translation>Las nuevas versiones de Quillet se publican en %1.</translation>
+    </message>
+    <message>
+        <source>Not configured</source>
+        <translation>Sin configurar</translation>
+    </message>
+    <message>
+        <source>Checking...</source>
+        <translation>Comprobando…</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Cargando…</translation>
+    </message>
+    <message>
+        <source>All looks great!</source>
+        <translation>¡Todo está bien!</translation>
+    </message>
+    <message>
+        <source>Beta test</source>
+        <translation>Prueba beta</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to be used
+across all your favourite apps</source>
+        <translation>Quillet está listo para usarse
+en todas sus aplicaciones favoritas</translation>
+    </message>
+    <message>
+        <source>Configure Quillet</source>
+        <translation>Configurar Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet Status</source>
+        <translation>Estado de Quillet</translation>
+    </message>
+    <message>
+        <source>Premium Status</source>
+        <translation>Estado premium</translation>
+    </message>
+    <message>
+        <source>You have full access to all AI features.</source>
+        <translation>Tiene acceso completo a todas las funciones de IA.</translation>
+    </message>
+    <message>
+        <source>Open Accessibility Settings</source>
+        <translation>Abrir los ajustes de accesibilidad</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Listo</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Siguiente</translation>
+    </message>
+    <message>
+        <source>A quill turning a draft into clear text</source>
+        <translation>Una pluma que convierte un borrador en un texto claro</translation>
+    </message>
+    <message>
+        <source>Welcome to Quillet</source>
+        <translation>Bienvenido a Quillet</translation>
+    </message>
+    <message>
+        <source>Set up you Quillet in a few easy steps to start communicating with confidence</source>
+        <translation>Configure Quillet en unos pocos pasos y comience a comunicarse con confianza</translation>
+    </message>
+    <message>
+        <source>• Open Accessibility Settings
+• Toggle Quillet
+• Come back here</source>
+        <translation>• Abra los ajustes de accesibilidad
+• Active Quillet
+• Vuelva aquí</translation>
+    </message>
+    <message>
+        <source>First turn on the switch beside Quillet in the accessibility settings. Then use the Quillet button at the top right of any text field.</source>
+        <translation>Active primero el interruptor junto a Quillet en los ajustes de accesibilidad. Después use el botón de Quillet, arriba a la derecha en cualquier campo de texto.</translation>
+    </message>
+    <message>
+        <source>Quillet is installed! Now you can try it!</source>
+        <translation>¡Quillet está instalado! ¡Ya puede probarlo!</translation>
+    </message>
+    <message>
+        <source>Type something below, then try Quillet&apos;s features.</source>
+        <translation>Escriba algo abajo y pruebe las funciones de Quillet.</translation>
+    </message>
+    <message>
+        <source>Quillet is ready</source>
+        <translation>Quillet está listo</translation>
+    </message>
+    <message>
+        <source>Great job!</source>
+        <translation>¡Muy bien!</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to go. Start communicating with confidence in all your favourite apps!</source>
+        <translation>Quillet está listo. ¡Comience a comunicarse con confianza en todas sus aplicaciones favoritas!</translation>
+    </message>
+    <message>
+        <source>Text to try Quillet on</source>
+        <translation>Texto para probar Quillet</translation>
+    </message>
+    <message>
+        <source>The writing service sent no answer. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>El servicio de escritura no ha respondido. Su texto no ha cambiado. Pulse «Reload» para intentarlo de nuevo.</translation>
+    </message>
+    <message>
+        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>No se pudo acceder al servicio de escritura o se detuvo antes de completar la respuesta. Su texto no ha cambiado. Pulse «Reload» para intentarlo de nuevo.</translation>
+    </message>
+    <message>
+        <source>There is no text in this input yet. Write something, then choose the command again.</source>
+        <translation>Aún no hay texto en este campo. Escriba algo y elija la orden de nuevo.</translation>
+    </message>
+    <message>
+        <source>Message from Quillet</source>
+        <translation>Mensaje de Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <translation>Quillet sigue en segundo plano. Su icono en la bandeja vuelve a abrir esta ventana y cierra Quillet.</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
+        <translation>Quillet sigue en segundo plano. Inicie Quillet de nuevo para abrir esta ventana.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application. Its text is as it was.</source>
+        <translation>Quillet no pudo escribir en la otra aplicación. Su texto está como antes.</translation>
+    </message>
+    <message>
+        <source>Bring Back the Former Clipboard</source>
+        <translation>Recuperar el portapapeles anterior</translation>
+    </message>
+    <message>
+        <source>Put back what was there</source>
+        <translation>Restaurar el texto anterior</translation>
+    </message>
+    <message>
+        <source>Written</source>
+        <translation>Escrito</translation>
+    </message>
+    <message>
+        <source>Written; the program changed %1 characters</source>
+        <translation>Escrito; caracteres cambiados por el programa: %1</translation>
+    </message>
+    <message>
+        <source>Not written</source>
+        <translation>No escrito</translation>
+    </message>
+    <message>
+        <source>Not written; the text is on the clipboard</source>
+        <translation>No escrito; el texto está en el portapapeles</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>Qué ha cambiado</translation>
+    </message>
+    <message>
+        <source>Click to take this change back</source>
+        <translation>Haga clic para deshacer este cambio</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Cambios</translation>
+    </message>
+    <message>
+        <source>Show what has changed (Ctrl+D)</source>
+        <translation>Mostrar qué ha cambiado (Ctrl+D)</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>No ha cambiado nada.</translation>
+    </message>
+    <message>
+        <source>%1 changes. Ctrl+D shows them.</source>
+        <translation>Cambios: %1. Ctrl+D los muestra.</translation>
+    </message>
+    <message>
+        <source>Quillet Settings</source>
+        <translation>Ajustes de Quillet</translation>
+    </message>
+    <message>
+        <source>Permission</source>
+        <translation>Permiso</translation>
+    </message>
+    <message>
+        <source>Change…</source>
+        <translation>Cambiar…</translation>
+    </message>
+    <message>
+        <source>Change the permission</source>
+        <translation>Cambiar el permiso</translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation>Atajo de teclado</translation>
+    </message>
+    <message>
+        <source>Opens the commands for the input that you are in, or for what is selected in it.</source>
+        <translation>Abre las órdenes para el campo en el que está o para lo que está seleccionado en él.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Ninguno</translation>
+    </message>
+    <message>
+        <source>No shortcut</source>
+        <translation>Sin atajo</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Inicio</translation>
+    </message>
+    <message>
+        <source>Start Quillet when I log in, without a window</source>
+        <translation>Iniciar Quillet al iniciar la sesión, sin ventana</translation>
+    </message>
+    <message>
+        <source>Language model</source>
+        <translation>Modelo de lenguaje</translation>
+    </message>
+    <message>
+        <source>Without one, Quillet corrects and improves texts on this machine. For the other commands, name a server that speaks the chat completions interface.</source>
+        <translation>Sin él, Quillet corrige y mejora textos en este equipo. Para las demás órdenes, indique un servidor con la interfaz de respuestas de chat.</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Dirección</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Modelo</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Clave</translation>
+    </message>
+    <message>
+        <source>Programs</source>
+        <translation>Programas</translation>
+    </message>
+    <message>
+        <source>Quillet stays out of these. The menu of its button, with the other mouse button, adds one.</source>
+        <translation>Quillet no interviene en estos. El menú de su botón, con el otro botón del ratón, añade uno.</translation>
+    </message>
+    <message>
+        <source>Programs that Quillet stays out of</source>
+        <translation>Programas en los que Quillet no interviene</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Quitar</translation>
+    </message>
+    <message>
+        <source>What is recorded</source>
+        <translation>Qué se registra</translation>
+    </message>
+    <message>
+        <source>That you have opened the wizard, clicked the button, run a command and which one, and applied a result. Never a text, nor the name of a program.</source>
+        <translation>Que ha abierto el asistente, ha pulsado el botón, ha ejecutado una orden (y cuál) y ha aplicado un resultado. Nunca un texto ni el nombre de un programa.</translation>
+    </message>
+    <message>
+        <source>Quillet may read and write the inputs of your programs.</source>
+        <translation>Quillet puede leer y escribir en los campos de sus programas.</translation>
+    </message>
+    <message>
+        <source>Quillet may not see your programs.</source>
+        <translation>Quillet no puede ver sus programas.</translation>
+    </message>
+    <message>
+        <source>These keys are not free: another program has them, or the system does not hand them out. Press others.</source>
+        <translation>Estas teclas no están libres: otro programa las usa o el sistema no las cede. Pulse otras.</translation>
+    </message>
+    <message>
+        <source>It will be copied to %1.</source>
+        <translation>Se copiará en %1.</translation>
+    </message>
+    <message>
+        <source>Quillet can start when you log in, in the background, so that its button is there at once. You find this in the settings too.</source>
+        <translation>Quillet puede iniciarse en segundo plano al iniciar la sesión, para que su botón esté siempre disponible. También está en los ajustes.</translation>
+    </message>
+    <message>
+        <source>Start at Login</source>
+        <translation>Iniciar con la sesión</translation>
+    </message>
+    <message>
+        <source>Only the selection</source>
+        <translation>Solo la selección</translation>
+    </message>
+    <message>
+        <source>Not in %1</source>
+        <translation>No en %1</translation>
+    </message>
+    <message>
+        <source>The keyboard went to another input meanwhile: some of the text may have gone there.</source>
+        <translation>El teclado pasó entretanto a otro campo: parte del texto puede haber ido allí.</translation>
+    </message>
+    <message>
+        <source>Look at your text: a part of it may have changed.</source>
+        <translation>Revise su texto: una parte puede haber cambiado.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application.</source>
+        <translation>Quillet no pudo escribir en la otra aplicación.</translation>
+    </message>
+    <message>
+        <source>Works in some programs</source>
+        <translation>Funciona en algunos programas</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,577 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name>Localizable</name>
+    <message>
+        <source>improve</source>
+        <translation>Améliorer</translation>
+    </message>
+    <message>
+        <source>tone-changer</source>
+        <translation>Changer le ton</translation>
+    </message>
+    <message>
+        <source>reply</source>
+        <translation>Répondre</translation>
+    </message>
+    <message>
+        <source>translate</source>
+        <translation>Traduire</translation>
+    </message>
+    <message>
+        <source>more</source>
+        <translation>Plus</translation>
+    </message>
+    <message>
+        <source>quick-improve</source>
+        <translation>Améliorer vite</translation>
+    </message>
+    <message>
+        <source>check-grammar</source>
+        <translation>Vérifier la grammaire</translation>
+    </message>
+    <message>
+        <source>elevate</source>
+        <translation>Plus soutenu</translation>
+    </message>
+    <message>
+        <source>expand</source>
+        <translation>Développer</translation>
+    </message>
+    <message>
+        <source>clear</source>
+        <translation>Plus clair</translation>
+    </message>
+    <message>
+        <source>concise</source>
+        <translation>Plus concis</translation>
+    </message>
+    <message>
+        <source>emojify</source>
+        <translation>Avec des émojis</translation>
+    </message>
+    <message>
+        <source>friendly</source>
+        <translation>Amical</translation>
+    </message>
+    <message>
+        <source>happy</source>
+        <translation>Joyeux</translation>
+    </message>
+    <message>
+        <source>confident</source>
+        <translation>Assuré</translation>
+    </message>
+    <message>
+        <source>romantic</source>
+        <translation>Romantique</translation>
+    </message>
+    <message>
+        <source>sarcastic</source>
+        <translation>Sarcastique</translation>
+    </message>
+    <message>
+        <source>professional</source>
+        <translation>Professionnel</translation>
+    </message>
+    <message>
+        <source>witty</source>
+        <translation>Spirituel</translation>
+    </message>
+    <message>
+        <source>flirty</source>
+        <translation>Charmeur</translation>
+    </message>
+    <message>
+        <source>reply-msg-copy</source>
+        <translation>Répondre au message</translation>
+    </message>
+    <message>
+        <source>english</source>
+        <translation>Anglais</translation>
+    </message>
+    <message>
+        <source>italian</source>
+        <translation>Italien</translation>
+    </message>
+    <message>
+        <source>french</source>
+        <translation>Français</translation>
+    </message>
+    <message>
+        <source>spanish</source>
+        <translation>Espagnol</translation>
+    </message>
+    <message>
+        <source>catalan</source>
+        <translation>Catalan</translation>
+    </message>
+    <message>
+        <source>german</source>
+        <translation>Allemand</translation>
+    </message>
+    <message>
+        <source>chinese</source>
+        <translation>Chinois</translation>
+    </message>
+    <message>
+        <source>japanese</source>
+        <translation>Japonais</translation>
+    </message>
+    <message>
+        <source>portuguese</source>
+        <translation>Portugais</translation>
+    </message>
+    <message>
+        <source>russian</source>
+        <translation>Russe</translation>
+    </message>
+    <message>
+        <source>greek</source>
+        <translation>Grec</translation>
+    </message>
+    <message>
+        <source>hindi</source>
+        <translation>Hindi</translation>
+    </message>
+    <message>
+        <source>arabic</source>
+        <translation>Arabe</translation>
+    </message>
+    <message>
+        <source>ukrainian</source>
+        <translation>Ukrainien</translation>
+    </message>
+    <message>
+        <source>korean</source>
+        <translation>Coréen</translation>
+    </message>
+    <message>
+        <source>polish</source>
+        <translation>Polonais</translation>
+    </message>
+    <message>
+        <source>hungarian</source>
+        <translation>Hongrois</translation>
+    </message>
+    <message>
+        <source>armenian</source>
+        <translation>Arménien</translation>
+    </message>
+    <message>
+        <source>croatian</source>
+        <translation>Croate</translation>
+    </message>
+    <message>
+        <source>thai</source>
+        <translation>Thaï</translation>
+    </message>
+    <message>
+        <source>malay</source>
+        <translation>Malais</translation>
+    </message>
+    <message>
+        <source>bengali</source>
+        <translation>Bengali</translation>
+    </message>
+    <message>
+        <source>vietnamese</source>
+        <translation>Vietnamien</translation>
+    </message>
+    <message>
+        <source>settings</source>
+        <translation>Réglages</translation>
+    </message>
+    <message>
+        <source>send-feedback</source>
+        <translation>Envoyer un avis</translation>
+    </message>
+    <message>
+        <source>share</source>
+        <translation>Partager</translation>
+    </message>
+    <message>
+        <source>rate</source>
+        <translation>Noter</translation>
+    </message>
+    <message>
+        <source>cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>reload</source>
+        <translation>Reload</translation>
+    </message>
+    <message>
+        <source>apply</source>
+        <translation>Appliquer</translation>
+    </message>
+    <message>
+        <source>Quillet could not write the text into the other application. It is on the clipboard, so you can paste it.</source>
+        <translation>Quillet n’a pas pu écrire le texte dans l’autre application. Il est dans le presse-papiers : vous pouvez le coller.</translation>
+    </message>
+    <message>
+        <source>Install Quillet</source>
+        <translation>Installer Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet needs to be installed in the Applications folder.</source>
+        <translation>Quillet doit être installé dans le dossier des applications.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installer</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Install Failed</source>
+        <translation>Échec de l’installation</translation>
+    </message>
+    <message>
+        <source>Could not copy Quillet to Applications: </source>
+        <translation>Impossible de copier Quillet dans les applications : </translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Open Quillet</source>
+        <translation>Ouvrir Quillet</translation>
+    </message>
+    <message>
+        <source>Send Feedback</source>
+        <translation>Envoyer un avis</translation>
+    </message>
+    <message>
+        <source>Check for Updates</source>
+        <translation>Rechercher des mises à jour</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Please write to %1.</source>
+        <translation>Aucun logiciel de messagerie n’a pu être ouvert. Écrivez à %1.</translation>
+    </message>
+    <message>
+        <source>Your system&apos;s package manager keeps Quillet up to date, together with your other programs.</source>
+        <translation>Le gestionnaire de paquets du système tient Quillet à jour avec vos autres programmes.</translation>
+    </message>
+    <message>
+        <source>New versions of Quillet are published at %1.</source>
+        <translation>Les nouvelles versions de Quillet sont publiées sur %1.</translation>
+    </message>
+    <message>
+        <source>Not configured</source>
+        <translation>Non configuré</translation>
+    </message>
+    <message>
+        <source>Checking...</source>
+        <translation>Vérification…</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Chargement…</translation>
+    </message>
+    <message>
+        <source>All looks great!</source>
+        <translation>Tout va bien !</translation>
+    </message>
+    <message>
+        <source>Beta test</source>
+        <translation>Test bêta</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to be used
+across all your favourite apps</source>
+        <translation>Quillet est prêt à l’emploi
+dans toutes vos applications favorites</translation>
+    </message>
+    <message>
+        <source>Configure Quillet</source>
+        <translation>Configurer Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet Status</source>
+        <translation>État de Quillet</translation>
+    </message>
+    <message>
+        <source>Premium Status</source>
+        <translation>État premium</translation>
+    </message>
+    <message>
+        <source>You have full access to all AI features.</source>
+        <translation>Vous avez accès à toutes les fonctions d’IA.</translation>
+    </message>
+    <message>
+        <source>Open Accessibility Settings</source>
+        <translation>Ouvrir les réglages d’accessibilité</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Terminé</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Suivant</translation>
+    </message>
+    <message>
+        <source>A quill turning a draft into clear text</source>
+        <translation>Une plume qui transforme un brouillon en texte clair</translation>
+    </message>
+    <message>
+        <source>Welcome to Quillet</source>
+        <translation>Bienvenue dans Quillet</translation>
+    </message>
+    <message>
+        <source>Set up you Quillet in a few easy steps to start communicating with confidence</source>
+        <translation>Configurez Quillet en quelques étapes simples et communiquez en toute confiance</translation>
+    </message>
+    <message>
+        <source>• Open Accessibility Settings
+• Toggle Quillet
+• Come back here</source>
+        <translation>• Ouvrez les réglages d’accessibilité
+• Activez Quillet
+• Revenez ici</translation>
+    </message>
+    <message>
+        <source>First turn on the switch beside Quillet in the accessibility settings. Then use the Quillet button at the top right of any text field.</source>
+        <translation>Activez d’abord l’interrupteur à côté de Quillet dans les réglages d’accessibilité. Utilisez ensuite le bouton de Quillet, en haut à droite de chaque champ de texte.</translation>
+    </message>
+    <message>
+        <source>Quillet is installed! Now you can try it!</source>
+        <translation>Quillet est installé ! Vous pouvez l’essayer !</translation>
+    </message>
+    <message>
+        <source>Type something below, then try Quillet&apos;s features.</source>
+        <translation>Écrivez quelque chose ci-dessous, puis essayez les fonctions de Quillet.</translation>
+    </message>
+    <message>
+        <source>Quillet is ready</source>
+        <translation>Quillet est prêt</translation>
+    </message>
+    <message>
+        <source>Great job!</source>
+        <translation>Bravo !</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to go. Start communicating with confidence in all your favourite apps!</source>
+        <translation>Quillet est prêt. Communiquez en toute confiance dans toutes vos applications favorites !</translation>
+    </message>
+    <message>
+        <source>Text to try Quillet on</source>
+        <translation>Texte pour essayer Quillet</translation>
+    </message>
+    <message>
+        <source>The writing service sent no answer. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>Le service d’écriture n’a pas répondu. Votre texte est inchangé. Appuyez sur « Reload » pour réessayer.</translation>
+    </message>
+    <message>
+        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>Le service d’écriture est injoignable ou s’est arrêté avant la fin de sa réponse. Votre texte est inchangé. Appuyez sur « Reload » pour réessayer.</translation>
+    </message>
+    <message>
+        <source>There is no text in this input yet. Write something, then choose the command again.</source>
+        <translation>Ce champ ne contient pas encore de texte. Écrivez quelque chose, puis choisissez de nouveau la commande.</translation>
+    </message>
+    <message>
+        <source>Message from Quillet</source>
+        <translation>Message de Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <translation>Quillet continue en arrière-plan. Son icône dans la barre rouvre cette fenêtre et permet de quitter Quillet.</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
+        <translation>Quillet continue en arrière-plan. Lancez de nouveau Quillet pour ouvrir cette fenêtre.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application. Its text is as it was.</source>
+        <translation>Quillet n’a pas pu écrire dans l’autre application. Son texte est resté le même.</translation>
+    </message>
+    <message>
+        <source>Bring Back the Former Clipboard</source>
+        <translation>Rétablir le presse-papiers précédent</translation>
+    </message>
+    <message>
+        <source>Put back what was there</source>
+        <translation>Rétablir le texte précédent</translation>
+    </message>
+    <message>
+        <source>Written</source>
+        <translation>Écrit</translation>
+    </message>
+    <message>
+        <source>Written; the program changed %1 characters</source>
+        <translation>Écrit ; caractères modifiés par le programme : %1</translation>
+    </message>
+    <message>
+        <source>Not written</source>
+        <translation>Non écrit</translation>
+    </message>
+    <message>
+        <source>Not written; the text is on the clipboard</source>
+        <translation>Non écrit ; le texte est dans le presse-papiers</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>Ce qui a changé</translation>
+    </message>
+    <message>
+        <source>Click to take this change back</source>
+        <translation>Cliquez pour annuler ce changement</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Changements</translation>
+    </message>
+    <message>
+        <source>Show what has changed (Ctrl+D)</source>
+        <translation>Montrer ce qui a changé (Ctrl+D)</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>Rien n’a changé.</translation>
+    </message>
+    <message>
+        <source>%1 changes. Ctrl+D shows them.</source>
+        <translation>Changements : %1. Ctrl+D les montre.</translation>
+    </message>
+    <message>
+        <source>Quillet Settings</source>
+        <translation>Réglages de Quillet</translation>
+    </message>
+    <message>
+        <source>Permission</source>
+        <translation>Autorisation</translation>
+    </message>
+    <message>
+        <source>Change…</source>
+        <translation>Modifier…</translation>
+    </message>
+    <message>
+        <source>Change the permission</source>
+        <translation>Modifier l’autorisation</translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation>Raccourci</translation>
+    </message>
+    <message>
+        <source>Opens the commands for the input that you are in, or for what is selected in it.</source>
+        <translation>Ouvre les commandes pour le champ où vous êtes, ou pour ce qui y est sélectionné.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucun</translation>
+    </message>
+    <message>
+        <source>No shortcut</source>
+        <translation>Pas de raccourci</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Démarrage</translation>
+    </message>
+    <message>
+        <source>Start Quillet when I log in, without a window</source>
+        <translation>Lancer Quillet à l’ouverture de la session, sans fenêtre</translation>
+    </message>
+    <message>
+        <source>Language model</source>
+        <translation>Modèle de langue</translation>
+    </message>
+    <message>
+        <source>Without one, Quillet corrects and improves texts on this machine. For the other commands, name a server that speaks the chat completions interface.</source>
+        <translation>Sans modèle, Quillet corrige et améliore les textes sur cet ordinateur. Pour les autres commandes, indiquez un serveur doté de l’interface de réponses de chat.</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Modèle</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Clé</translation>
+    </message>
+    <message>
+        <source>Programs</source>
+        <translation>Programmes</translation>
+    </message>
+    <message>
+        <source>Quillet stays out of these. The menu of its button, with the other mouse button, adds one.</source>
+        <translation>Quillet n’intervient pas dans ceux-ci. Le menu de son bouton, avec l’autre bouton de la souris, en ajoute un.</translation>
+    </message>
+    <message>
+        <source>Programs that Quillet stays out of</source>
+        <translation>Programmes où Quillet n’intervient pas</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Retirer</translation>
+    </message>
+    <message>
+        <source>What is recorded</source>
+        <translation>Ce qui est enregistré</translation>
+    </message>
+    <message>
+        <source>That you have opened the wizard, clicked the button, run a command and which one, and applied a result. Never a text, nor the name of a program.</source>
+        <translation>Que vous avez ouvert l’assistant, cliqué sur le bouton, lancé une commande (et laquelle) et appliqué un résultat. Jamais un texte, ni le nom d’un programme.</translation>
+    </message>
+    <message>
+        <source>Quillet may read and write the inputs of your programs.</source>
+        <translation>Quillet peut lire et écrire dans les champs de vos programmes.</translation>
+    </message>
+    <message>
+        <source>Quillet may not see your programs.</source>
+        <translation>Quillet ne peut pas voir vos programmes.</translation>
+    </message>
+    <message>
+        <source>These keys are not free: another program has them, or the system does not hand them out. Press others.</source>
+        <translation>Ces touches ne sont pas libres : un autre programme les utilise, ou le système ne les cède pas. Appuyez sur d’autres.</translation>
+    </message>
+    <message>
+        <source>It will be copied to %1.</source>
+        <translation>Il sera copié dans %1.</translation>
+    </message>
+    <message>
+        <source>Quillet can start when you log in, in the background, so that its button is there at once. You find this in the settings too.</source>
+        <translation>Quillet peut démarrer en arrière-plan à l’ouverture de la session, pour que son bouton soit là tout de suite. Vous le trouverez aussi dans les réglages.</translation>
+    </message>
+    <message>
+        <source>Start at Login</source>
+        <translation>Lancer à l’ouverture de session</translation>
+    </message>
+    <message>
+        <source>Only the selection</source>
+        <translation>Seulement la sélection</translation>
+    </message>
+    <message>
+        <source>Not in %1</source>
+        <translation>Pas dans %1</translation>
+    </message>
+    <message>
+        <source>The keyboard went to another input meanwhile: some of the text may have gone there.</source>
+        <translation>Le clavier est passé entre-temps à un autre champ : une partie du texte a pu y aller.</translation>
+    </message>
+    <message>
+        <source>Look at your text: a part of it may have changed.</source>
+        <translation>Regardez votre texte : une partie a pu changer.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application.</source>
+        <translation>Quillet n’a pas pu écrire dans l’autre application.</translation>
+    </message>
+    <message>
+        <source>Works in some programs</source>
+        <translation>Fonctionne dans certains programmes</translation>
+    </message>
+</context>
+</TS>
