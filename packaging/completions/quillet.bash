@@ -3,7 +3,9 @@
 # shellcheck shell=bash disable=SC2207
 
 _quillet() {
-    COMPREPLY=($(compgen -W "--setup --help --version" -- "${COMP_WORDS[COMP_CWORD]}"))
+    COMPREPLY=($(compgen -W \
+        "--setup --settings --permission --background --diagnostics --doctor --json --help --version" \
+        -- "${COMP_WORDS[COMP_CWORD]}"))
 }
 complete -F _quillet quillet
 

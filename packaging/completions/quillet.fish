@@ -3,6 +3,12 @@
 
 complete -c quillet -f
 complete -c quillet -l setup -d "Show the wizard again"
+complete -c quillet -l settings -d "Show the settings"
+complete -c quillet -l permission -d "Show where the permission is given and taken back"
+complete -c quillet -l background -d "Start without a window, and watch"
+complete -c quillet -l diagnostics -d "Write what happens to standard output"
+complete -c quillet -l doctor -d "Say whether Quillet can do its job here"
+complete -c quillet -l json -d "With --doctor: print the facts as JSON"
 complete -c quillet -s h -l help -d "Print the options"
 complete -c quillet -s v -l version -d "Print the version"
 
