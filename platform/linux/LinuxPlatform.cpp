@@ -6,8 +6,8 @@
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 #include "platform/linux/desktop/LinuxInstallation.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
-#include "platform/linux/x11/X11ActiveWindow.h"
-#include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/ports/ActiveWindow.h"
+#include "platform/linux/x11/X11WindowSystem.h"
 
 #include <QSettings>
 
@@ -52,16 +52,15 @@ public:
 
     Accessibility &accessibility() override { return m_accessibility; }
     KeyboardEvents &keyboard() override { return m_keyboard; }
-    Workspace &workspace() override { return m_workspace; }
+    Workspace &workspace() override { return m_windowSystem.workspace(); }
     Installation &installation() override { return m_installation; }
 
 private:
     QSettings m_settings{QStringLiteral("quillet"), QStringLiteral("platform")};
     linux_::LinuxInstallation m_installation;
-    linux_::X11Workspace m_workspace;
-    linux_::X11ActiveWindow m_activeWindow;
+    linux_::X11WindowSystem m_windowSystem;
     linux_::XTestKeyboard m_typist;
-    linux_::AtspiAccessibility m_accessibility{m_typist, m_activeWindow, m_settings};
+    linux_::AtspiAccessibility m_accessibility{m_typist, m_windowSystem.activeWindow(), m_settings};
     LinuxKeyboard m_keyboard{m_accessibility, m_typist};
 };
 

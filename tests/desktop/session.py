@@ -7,6 +7,7 @@ stop() ends what the session started and nothing else.
 """
 
 import os
+import pathlib
 import re
 import shlex
 import shutil
@@ -15,11 +16,22 @@ import subprocess
 import tempfile
 import time
 
+I3_CONFIGURATION = str(pathlib.Path(__file__).with_name("i3.conf"))
 MARK = "QUILLET_TEST_SESSION"
 EDITORS = {
     "mousepad": ["mousepad", "--disable-server"],
     "gnome-text-editor": ["gnome-text-editor", "--standalone"],
     "featherpad": ["featherpad", "--standalone"],
+}
+# How each is started. i3 lays windows out by itself: here it lets them float, as the others do.
+WINDOW_MANAGERS = {
+    "openbox": ["openbox", "--sm-disable"],
+    "metacity": ["metacity", "--sm-disable"],
+    "mutter": ["mutter", "--x11", "--sm-disable"],
+    "xfwm4": ["xfwm4", "--sm-client-disable"],
+    "icewm": ["icewm"],
+    "i3": ["i3", "-c", I3_CONFIGURATION],
+    "kwin_x11": ["env", "KWIN_COMPOSE=N", "kwin_x11"],
 }
 PATIENCE = 60  # seconds; generous, because a busy machine is no fault of the program
 
@@ -39,10 +51,13 @@ def wait_until(condition, what, patience=PATIENCE):
 class Session:
     running = []
 
-    def __init__(self, a11y=True):
+    def __init__(self, a11y=True, window_manager="openbox"):
+        """`window_manager`: one of WINDOW_MANAGERS; None for a desktop without any."""
         self.a11y = a11y
+        self.window_manager_name = window_manager
         self.folder = tempfile.mkdtemp(prefix="quillet-desktop-")
         self.programs = []
+        self.window_manager = None
         self.env = {
             k: v
             for k, v in os.environ.items()
@@ -122,14 +137,15 @@ class Session:
             lambda: bus.output().strip().split("\n")[0] if "\n" in bus.output() else "",
             "the session bus",
         )
-        self.start_window_manager("openbox", "--sm-disable")
+        if self.window_manager_name:
+            self.start_window_manager(self.window_manager_name)
         if self.a11y:
             self.start_accessibility_bus()
 
-    def start_window_manager(self, *command):
-        self.window_manager = self.start(command)
+    def start_window_manager(self, name):
+        self.window_manager = self.start(WINDOW_MANAGERS[name])
         wait_until(
-            lambda: command[0]
+            lambda: name.split("_")[0]
             in self.run(
                 [
                     "sh",
@@ -139,8 +155,11 @@ class Session:
                 ],
                 check=False,
             ).lower(),
-            command[0],
+            name,
         )
+
+    def is_managed(self):
+        return self.window_manager is not None and self.window_manager.running()
 
     def start_accessibility_bus(self):
         self.bus_launcher = self.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
@@ -237,7 +256,7 @@ class Session:
         window manager knows, where one runs."""
         found = self.run(["xdotool", "search", "--onlyvisible", "--name", title], check=False)
         ids = [int(word) for word in found.split() if word.isdigit()]
-        if not self.window_manager.running():
+        if not self.is_managed():
             return ids
         listed = self.run(["xprop", "-root", "_NET_CLIENT_LIST"], check=False)
         managed = {int(word.strip(","), 16) for word in listed.split() if word.startswith("0x")}

@@ -18,7 +18,7 @@
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 #include "platform/linux/ports/Typist.h"
-#include "platform/linux/x11/X11ActiveWindow.h"
+#include "platform/linux/x11/X11WindowSystem.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -220,8 +220,8 @@ int main(int argc, char *argv[])
     QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Quillet"),
                        QStringLiteral("ax_probe"));
     ToolTyping typing;
-    X11ActiveWindow activeWindow;
-    AtspiAccessibility accessibility(typing, activeWindow, settings);
+    X11WindowSystem windowSystem;
+    AtspiAccessibility accessibility(typing, windowSystem.activeWindow(), settings);
     Probe probe(accessibility, settings);
 
     const auto answer = [&probe](const QByteArray &line) {

@@ -14,7 +14,7 @@
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
-#include "platform/linux/x11/X11ActiveWindow.h"
+#include "platform/linux/x11/X11WindowSystem.h"
 #include "tests/support/FocusedText.h"
 
 #include <QApplication>
@@ -60,7 +60,7 @@ public:
     explicit Watching(Typist &typist)
     {
         m_settings.setValue(QStringLiteral("accessibility/allowed"), true);
-        m_accessibility.emplace(typist, m_activeWindow, m_settings);
+        m_accessibility.emplace(typist, m_windowSystem.activeWindow(), m_settings);
     }
 
     /// The application knows the input before it types; finding it here is none of its time.
@@ -97,7 +97,7 @@ private:
 
     QTemporaryDir m_folder;
     QSettings m_settings{m_folder.filePath(QStringLiteral("platform.conf")), QSettings::IniFormat};
-    X11ActiveWindow m_activeWindow;
+    X11WindowSystem m_windowSystem;
     std::optional<AtspiAccessibility> m_accessibility;
     platform::AXUIElement m_input;
 };

@@ -156,6 +156,21 @@ AXUIElement AtspiAccessibility::AXUIElementCreateSystemWide()
 
 AXError AtspiAccessibility::copyFocusedElement(AXValue &value)
 {
+    // A panel of ours is no input to work on, and the element that lent it the keyboard need not
+    // say meanwhile that it has it.
+    if (m_lender && m_activeWindow.isKeyboardLent()) {
+        value = m_lender;
+        return AXError::Success;
+    }
+    m_lender = {};
+    const AXError error = copyElementWithKeyboard(value);
+    if (error == AXError::Success)
+        m_lender = std::get<AXUIElement>(value);
+    return error;
+}
+
+AXError AtspiAccessibility::copyElementWithKeyboard(AXValue &value)
+{
     m_lastFocus = m_focus.current();
     switch (m_lastFocus.kind) {
     case FocusTracker::Kind::Unknown:

@@ -77,6 +77,7 @@ private:
     };
 
     AXError copyFocusedElement(AXValue &value);
+    AXError copyElementWithKeyboard(AXValue &value);
     AXError copyRemoteValue(const RemoteElement &element, const QString &attribute, AXValue &value);
     AXError factsOf(const RemoteElement &element, AtspiApplication *&application,
                     ElementFacts &facts);
@@ -103,6 +104,8 @@ private:
     const std::shared_ptr<QHash<ObjectRef, KnownAnswer>> m_answers =
         std::make_shared<QHash<ObjectRef, KnownAnswer>>();
     FocusTracker::Focus m_lastFocus;
+    /// The element that was last found to have the keyboard, in case that a panel borrows it.
+    AXUIElement m_lender;
     QPointer<ConsentWindow> m_consentWindow;
     bool m_asked = false;
 };

@@ -31,8 +31,8 @@ class ActiveWindow
 public:
     struct Window {
         std::uint32_t id = 0;
-        /// Processes that it may belong to, the most credible first: the window system's own
-        /// knowledge before what the window says.
+        /// The process that it belongs to, as the window system knows it, not as the window says;
+        /// empty where it does not know.
         QList<std::int32_t> pids;
     };
 
@@ -40,13 +40,16 @@ public:
 
     /// False where the window system does not tell; then only the applications' own word remains.
     virtual bool isAvailable() = 0;
-    /// Absent when no window is active.
+    /// Absent when no window that is on the screen is active. Never a floating panel of ours: while
+    /// one has the keyboard, the window that it was lent by.
     virtual std::optional<Window> activeWindow() = 0;
     /// Where the window lies on the screen; absent when it is gone or nothing is known of it.
     virtual std::optional<WindowPlace> geometry(std::uint32_t window) = 0;
     /// Whether no program knows by itself where on the screen its window is, so that an element has
     /// a place only where geometry() knows that of its window.
     virtual bool isPlaceNeeded() { return false; }
+    /// Whether a floating panel of ours has the keyboard of the active window at present.
+    virtual bool isKeyboardLent() { return false; }
 };
 
 } // namespace platform::linux_

@@ -22,28 +22,26 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds insistAfter = 200ms;
 constexpr std::chrono::milliseconds giveUpAfter = 2s;
 
+constexpr quint32 lenderEvents = XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+const QByteArray activeWindowProperty = QByteArrayLiteral("_NET_ACTIVE_WINDOW");
+
 // EWMH: the request comes from the user, by way of a pager or task bar.
 constexpr quint32 sourcePager = 2;
 
 } // namespace
 
-KeyboardLoan::KeyboardLoan(XcbConnection &connection, FloatingPanels &panels)
-    : m_connection(connection)
+KeyboardLoan::KeyboardLoan(WindowServer &server, FloatingPanels &panels)
+    : m_server(server)
     , m_panels(panels)
 {
     m_insist.setInterval(insistAfter);
-    connect(&m_insist, &QTimer::timeout, this, [this] {
-        if (m_activeWindow != XCB_NONE && m_connection.windowManagerSupports("_NET_ACTIVE_WINDOW"))
-            m_connection.sendToWindowManager(m_activeWindow, "_NET_ACTIVE_WINDOW",
-                                             {sourcePager, m_connection.serverTime(), 0});
-        check();
-    });
+    connect(&m_insist, &QTimer::timeout, this, &KeyboardLoan::insist);
     m_deadline.setSingleShot(true);
     m_deadline.setInterval(giveUpAfter);
     connect(&m_deadline, &QTimer::timeout, this, [this] { finish(false); });
 
-    connect(&m_connection, &XcbConnection::eventReceived, this, &KeyboardLoan::handle);
-    m_connection.select(m_connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    connect(&m_server, &WindowServer::eventReceived, this, &KeyboardLoan::handle);
+    m_server.select(m_server.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     connect(&m_panels, &FloatingPanels::leaving, this, [this](QWidget *panel) {
         if (!m_returning && panel == m_borrower)
             giveBack({});
@@ -58,29 +56,43 @@ void KeyboardLoan::take(QWidget *panel)
         return;
     if (m_returning)
         finish(false);
-    const xcb_window_t focus = m_connection.inputFocus();
+    const xcb_window_t focus = m_server.inputFocus();
     if (!m_panels.panelWith(focus)) {
-        if (m_lender != XCB_NONE)
-            m_connection.deselect(m_lender);
         m_lender = focus;
-        m_activeWindow =
-            m_connection.item(m_connection.root(), "_NET_ACTIVE_WINDOW").value_or(XCB_NONE);
+        const xcb_window_t active =
+            m_server.item(m_server.root(), activeWindowProperty).value_or(XCB_NONE);
+        // Some window managers name a panel as soon as it is shown.
+        m_activeWindow = m_panels.panelWith(active) ? xcb_window_t(XCB_NONE) : active;
     }
-
-    m_borrower = panel;
+    m_formerLender = XCB_NONE;
+    m_isLost = false;
+    watchBorrower(panel);
     panel->windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, false);
-    // Not the time of the click: what took the focus last may be newer, and the server ignores
-    // requests that are older.
-    xcb_set_input_focus(m_connection.get(), XCB_INPUT_FOCUS_PARENT,
-                        xcb_window_t(panel->internalWinId()), XCB_CURRENT_TIME);
-    xcb_flush(m_connection.get());
+    m_server.setInputFocus(m_borrowerWindow);
+}
+
+void KeyboardLoan::watchBorrower(QWidget *panel)
+{
+    const xcb_window_t window = panel ? xcb_window_t(panel->internalWinId()) : XCB_NONE;
+    if (m_borrower && m_borrower != panel && m_borrower->windowHandle())
+        m_borrower->windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
+    m_borrower = panel;
+    if (window == m_borrowerWindow)
+        return;
+    if (m_borrowerWindow != XCB_NONE)
+        m_server.deselect(m_borrowerWindow, XCB_EVENT_MASK_FOCUS_CHANGE);
+    m_borrowerWindow = window;
+    if (window != XCB_NONE)
+        m_server.select(window, XCB_EVENT_MASK_FOCUS_CHANGE);
 }
 
 void KeyboardLoan::giveBack(std::function<void(bool)> completion)
 {
     if (m_lender == XCB_NONE) {
+        // Where giving back has failed before, the lender may have got the keyboard since.
+        const bool isFine = m_formerLender == XCB_NONE || isWith(m_formerLender);
         if (completion)
-            completion(true);
+            completion(isFine);
         return;
     }
     if (completion)
@@ -88,18 +100,16 @@ void KeyboardLoan::giveBack(std::function<void(bool)> completion)
     if (m_returning)
         return;
     m_returning = true;
-
-    if (m_lender != XCB_INPUT_FOCUS_POINTER_ROOT) {
-        if (!m_connection.select(m_lender,
-                                 XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY)) {
-            finish(false);
-            return;
-        }
+    if (m_lender != XCB_INPUT_FOCUS_POINTER_ROOT && !m_server.select(m_lender, lenderEvents)) {
+        finish(false);
+        return;
     }
-    const auto cookie = xcb_set_input_focus_checked(m_connection.get(), XCB_INPUT_FOCUS_PARENT,
-                                                    m_lender, XCB_CURRENT_TIME);
-    // A window that is not viewable cannot take it (BadMatch); minimised, it may come back.
-    const XcbPtr<xcb_generic_error_t> error(xcb_request_check(m_connection.get(), cookie));
+    if (m_isLost || isElsewhere()) {
+        finish(isWith(m_lender));
+        return;
+    }
+    // A window that is not viewable does not take it; minimised, it may come back.
+    m_server.setInputFocus(m_lender);
     m_insist.start();
     m_deadline.start();
     check();
@@ -107,20 +117,30 @@ void KeyboardLoan::giveBack(std::function<void(bool)> completion)
 
 bool KeyboardLoan::isOut()
 {
-    return m_returning || m_panels.panelWith(m_connection.inputFocus());
+    return m_returning ||
+           (m_borrower && !m_isLost && m_panels.panelWith(m_server.inputFocus()) != nullptr);
 }
 
 void KeyboardLoan::handle(const xcb_generic_event_t *event)
 {
-    if (!m_returning)
-        return;
     switch (event->response_type & 0x7f) {
     case XCB_DESTROY_NOTIFY:
-        if (reinterpret_cast<const xcb_destroy_notify_event_t *>(event)->window == m_lender)
+        if (m_returning &&
+            reinterpret_cast<const xcb_destroy_notify_event_t *>(event)->window == m_lender)
             finish(false);
         break;
+    case XCB_FOCUS_OUT: {
+        const auto *out = reinterpret_cast<const xcb_focus_out_event_t *>(event);
+        // While the panel is shown, nothing but another window that was given the focus takes it;
+        // a grab takes it for a moment.
+        if (!m_returning && out->event == m_borrowerWindow && out->mode != XCB_NOTIFY_MODE_GRAB &&
+            out->mode != XCB_NOTIFY_MODE_UNGRAB && m_borrower && m_borrower->isVisible() &&
+            isElsewhere())
+            m_isLost = true;
+        check();
+        break;
+    }
     case XCB_FOCUS_IN:
-    case XCB_FOCUS_OUT:
     case XCB_PROPERTY_NOTIFY:
         check();
         break;
@@ -131,47 +151,68 @@ void KeyboardLoan::handle(const xcb_generic_event_t *event)
 
 void KeyboardLoan::check()
 {
-    if (!m_returning)
-        return;
-    const xcb_window_t focus = m_connection.inputFocus();
-    if (focus != m_lender && !isInside(focus, m_lender))
+    if (!m_returning || !isWith(m_lender))
         return;
     // A window manager notices that the keyboard was without a window and may move it about once
     // more. When it calls the lender active it has done so.
-    if (m_activeWindow != XCB_NONE && m_connection.windowManagerSupports("_NET_ACTIVE_WINDOW") &&
-        m_connection.item(m_connection.root(), "_NET_ACTIVE_WINDOW") != m_activeWindow)
+    if (m_activeWindow != XCB_NONE && m_server.windowManagerSupports(activeWindowProperty) &&
+        m_server.item(m_server.root(), activeWindowProperty) != m_activeWindow)
         return;
     finish(true);
+}
+
+void KeyboardLoan::insist()
+{
+    if (isElsewhere() && !isWith(m_lender)) {
+        finish(false);
+        return;
+    }
+    if (m_activeWindow != XCB_NONE && m_server.windowManagerSupports(activeWindowProperty))
+        m_server.sendToWindowManager(m_activeWindow, activeWindowProperty,
+                                     {sourcePager, m_server.serverTime(), 0});
+    check();
 }
 
 void KeyboardLoan::finish(bool returned)
 {
     m_insist.stop();
     m_deadline.stop();
+    if (m_returning && m_lender != XCB_INPUT_FOCUS_POINTER_ROOT)
+        m_server.deselect(m_lender, lenderEvents);
     m_returning = false;
-    if (m_lender != XCB_NONE)
-        m_connection.deselect(m_lender);
+    m_isLost = false;
+    m_formerLender = returned ? xcb_window_t(XCB_NONE) : m_lender;
     m_lender = XCB_NONE;
     m_activeWindow = XCB_NONE;
     if (m_borrower && m_borrower->windowHandle())
         m_borrower->windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus);
-    m_borrower.clear();
+    watchBorrower(nullptr);
     for (const auto &completion : std::exchange(m_completions, {}))
         completion(returned);
 }
 
-bool KeyboardLoan::isInside(xcb_window_t window, xcb_window_t ancestor)
+bool KeyboardLoan::isWith(xcb_window_t lender)
 {
-    while (window > XCB_INPUT_FOCUS_POINTER_ROOT && window != m_connection.root()) {
-        if (window == ancestor)
-            return true;
-        const XcbPtr<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-            m_connection.get(), xcb_query_tree(m_connection.get(), window), nullptr));
-        if (!tree)
-            break;
-        window = tree->parent;
-    }
-    return false;
+    xcb_window_t focus = m_server.inputFocus();
+    while (focus != lender && focus > XCB_INPUT_FOCUS_POINTER_ROOT && focus != m_server.root())
+        focus = m_server.parentOf(focus);
+    return focus == lender;
+}
+
+/// Whether a window of another program has the focus. Without any, it falls to the root window, to
+/// none at all, or to a window that the window manager keeps outside the screen.
+bool KeyboardLoan::isElsewhere()
+{
+    const xcb_window_t focus = m_server.inputFocus();
+    if (focus <= XCB_INPUT_FOCUS_POINTER_ROOT || focus == m_server.root() ||
+        m_panels.panelWith(focus))
+        return false;
+    xcb_window_t top = focus;
+    for (xcb_window_t parent = m_server.parentOf(top);
+         parent != XCB_NONE && parent != m_server.root(); parent = m_server.parentOf(top))
+        top = parent;
+    const auto place = m_server.placeOf(top);
+    return place && place->right() >= 0 && place->bottom() >= 0;
 }
 
 } // namespace platform::linux_

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/x11/XcbConnection.h"
+#include "platform/linux/x11/WindowServer.h"
 
 #include <QObject>
 #include <QPointer>
@@ -20,20 +20,22 @@ class FloatingPanels;
 
 /// The keyboard, borrowed by a panel from the window that had it, and given back.
 ///
-/// A panel that leaves the screen while it has the keyboard gives it back by itself. Main thread
-/// only.
+/// A panel that leaves the screen while it has the keyboard gives it back by itself. Only what a
+/// panel still holds is given back: once another window has the focus, the user has moved on. Main
+/// thread only.
 class KeyboardLoan : public QObject
 {
     Q_OBJECT
 public:
-    KeyboardLoan(XcbConnection &connection, FloatingPanels &panels);
+    /// Both must outlive this object.
+    KeyboardLoan(WindowServer &server, FloatingPanels &panels);
     ~KeyboardLoan() override;
 
     void take(QWidget *panel);
 
     /// Gives the keyboard back. `completion` is called once: at once with true when nothing was
-    /// borrowed; with true as soon as the lender has it; with false when the lender is gone, or has
-    /// not got it after two seconds.
+    /// borrowed; with true as soon as the lender has it; with false when the lender is gone,
+    /// another window has the focus, or the lender has not got it after two seconds.
     void giveBack(std::function<void(bool)> completion);
 
     /// True while a panel has the keyboard, or the lender is about to get it.
@@ -42,15 +44,23 @@ public:
 private:
     void handle(const xcb_generic_event_t *event);
     void check();
+    void insist();
     void finish(bool returned);
-    bool isInside(xcb_window_t window, xcb_window_t ancestor);
+    void watchBorrower(QWidget *panel);
+    bool isWith(xcb_window_t lender);
+    bool isElsewhere();
 
-    XcbConnection &m_connection;
+    WindowServer &m_server;
     FloatingPanels &m_panels;
     /// The window that had the input focus, and the active window around it.
     xcb_window_t m_lender = XCB_NONE;
     xcb_window_t m_activeWindow = XCB_NONE;
+    /// The last one that did not get the keyboard back.
+    xcb_window_t m_formerLender = XCB_NONE;
     QPointer<QWidget> m_borrower;
+    xcb_window_t m_borrowerWindow = XCB_NONE;
+    /// Another window took the focus from the panel.
+    bool m_isLost = false;
     bool m_returning = false;
     std::vector<std::function<void(bool)>> m_completions;
     QTimer m_insist;

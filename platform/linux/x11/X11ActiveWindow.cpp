@@ -3,9 +3,10 @@
 
 #include "platform/linux/x11/X11ActiveWindow.h"
 
-#include <cstdlib>
-#include <cstring>
-#include <xcb/res.h>
+#include "platform/linux/x11/FloatingPanels.h"
+#include "platform/linux/x11/KeyboardLoan.h"
+
+#include <utility>
 
 namespace platform::linux_
 {
@@ -13,120 +14,112 @@ namespace platform::linux_
 namespace
 {
 
-/// XCB hands out memory of the C library.
-struct Free {
-    void operator()(void *memory) const { std::free(memory); }
-};
-
-template <typename Reply> using Owned = std::unique_ptr<Reply, Free>;
-
-template <typename Reply> Owned<Reply> owned(Reply *reply)
-{
-    return Owned<Reply>(reply);
-}
+const QByteArray activeWindowProperty = QByteArrayLiteral("_NET_ACTIVE_WINDOW");
+const QByteArray managerProperty = QByteArrayLiteral("_NET_SUPPORTING_WM_CHECK");
+const QByteArray supportedProperty = QByteArrayLiteral("_NET_SUPPORTED");
 
 } // namespace
 
-X11ActiveWindow::X11ActiveWindow(const QByteArray &display)
+X11ActiveWindow::X11ActiveWindow(WindowServer &server, FloatingPanels &panels,
+                                 KeyboardLoan &keyboard)
+    : m_server(server)
+    , m_panels(panels)
+    , m_keyboard(keyboard)
 {
-    int screenNumber = 0;
-    m_connection.reset(
-        xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screenNumber));
-    xcb_connection_t *const connection = m_connection.get();
-    if (xcb_connection_has_error(connection))
-        return;
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (; screens.rem > 1 && screenNumber > 0; --screenNumber)
-        xcb_screen_next(&screens);
-    m_root = screens.data->root;
-    m_netActiveWindow = atom("_NET_ACTIVE_WINDOW");
-    m_netWmPid = atom("_NET_WM_PID");
-    m_gtkFrameExtents = atom("_GTK_FRAME_EXTENTS");
-
-    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(connection, m_root, XCB_CW_EVENT_MASK, &mask);
-    const auto *extension = xcb_get_extension_data(connection, &xcb_res_id);
-    if (extension && extension->present) {
-        const auto version = owned(xcb_res_query_version_reply(
-            connection, xcb_res_query_version(connection, 1, 2), nullptr));
-        m_hasResources = version && (version->server_major > 1 ||
-                                     (version->server_major == 1 && version->server_minor >= 2));
-    }
+    connect(&m_server, &WindowServer::eventNoticed, this, &X11ActiveWindow::note);
+    m_server.select(m_server.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
 }
 
 X11ActiveWindow::~X11ActiveWindow() = default;
 
-xcb_atom_t X11ActiveWindow::atom(const char *name)
+void X11ActiveWindow::note(const xcb_generic_event_t *event)
 {
-    const auto reply = owned(xcb_intern_atom_reply(
-        m_connection.get(),
-        xcb_intern_atom(m_connection.get(), false, std::uint16_t(std::strlen(name)), name),
-        nullptr));
-    return reply ? reply->atom : XCB_NONE;
-}
-
-std::optional<std::uint32_t> X11ActiveWindow::property(xcb_window_t window, xcb_atom_t name,
-                                                       xcb_atom_t type)
-{
-    const auto reply = owned(xcb_get_property_reply(
-        m_connection.get(), xcb_get_property(m_connection.get(), false, window, name, type, 0, 1),
-        nullptr));
-    if (!reply || reply->type != type || reply->format != 32 ||
-        xcb_get_property_value_length(reply.get()) < 4)
-        return std::nullopt;
-    std::uint32_t value = 0;
-    std::memcpy(&value, xcb_get_property_value(reply.get()), sizeof(value));
-    return value;
-}
-
-QList<std::int32_t> X11ActiveWindow::processes(xcb_window_t window)
-{
-    QList<std::int32_t> pids;
-    if (m_hasResources) {
-        const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        const auto reply = owned(xcb_res_query_client_ids_reply(
-            m_connection.get(), xcb_res_query_client_ids(m_connection.get(), 1, &spec), nullptr));
-        if (reply) {
-            auto ids = xcb_res_query_client_ids_ids_iterator(reply.get());
-            for (; ids.rem > 0; xcb_res_client_id_value_next(&ids)) {
-                if (xcb_res_client_id_value_value_length(ids.data) > 0)
-                    pids.append(std::int32_t(*xcb_res_client_id_value_value(ids.data)));
+    xcb_window_t window = XCB_NONE;
+    switch (event->response_type & 0x7f) {
+    case XCB_PROPERTY_NOTIFY: {
+        const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
+        if (change->window != m_server.root())
+            return;
+        m_isStale = m_isStale || change->atom == m_server.atom(activeWindowProperty);
+        m_isManagerStale = m_isManagerStale || change->atom == m_server.atom(managerProperty) ||
+                           change->atom == m_server.atom(supportedProperty);
+        return;
+    }
+    case XCB_MAP_NOTIFY:
+        window = reinterpret_cast<const xcb_map_notify_event_t *>(event)->window;
+        break;
+    case XCB_UNMAP_NOTIFY:
+        window = reinterpret_cast<const xcb_unmap_notify_event_t *>(event)->window;
+        break;
+    case XCB_DESTROY_NOTIFY:
+        window = reinterpret_cast<const xcb_destroy_notify_event_t *>(event)->window;
+        // Its id may be given to another window.
+        for (auto [watched, isStale] :
+             {std::pair(&m_watched, &m_isStale), std::pair(&m_managerWindow, &m_isManagerStale)}) {
+            if (*watched == window) {
+                watch(watched, XCB_NONE);
+                *isStale = true;
             }
         }
+        return;
+    case XCB_REPARENT_NOTIFY:
+        window = reinterpret_cast<const xcb_reparent_notify_event_t *>(event)->window;
+        break;
+    default:
+        return;
     }
-    const auto told = property(window, m_netWmPid, XCB_ATOM_CARDINAL);
-    if (told && !pids.contains(std::int32_t(*told)))
-        pids.append(std::int32_t(*told));
-    return pids;
+    m_isStale = m_isStale || window == m_watched;
+    m_isManagerStale = m_isManagerStale || window == m_managerWindow;
+}
+
+void X11ActiveWindow::watch(xcb_window_t *watched, xcb_window_t window)
+{
+    if (*watched == window)
+        return;
+    if (*watched != XCB_NONE)
+        m_server.deselect(*watched, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    *watched = XCB_NONE;
+    if (window != XCB_NONE && m_server.select(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY))
+        *watched = window;
+}
+
+// A window manager that has died leaves its properties behind.
+void X11ActiveWindow::refreshManager()
+{
+    if (!std::exchange(m_isManagerStale, false))
+        return;
+    // Selected before it is asked for, so that no change is missed.
+    watch(&m_managerWindow, m_server.item(m_server.root(), managerProperty).value_or(XCB_NONE));
+    m_hasManager = m_server.windowManagerSupports(activeWindowProperty);
+    m_isStale = true;
 }
 
 void X11ActiveWindow::refresh()
 {
-    xcb_connection_t *const connection = m_connection.get();
-    while (const auto event = owned(xcb_poll_for_event(connection))) {
-        if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
-            continue;
-        const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event.get());
-        m_stale = m_stale || change->atom == m_netActiveWindow;
-    }
-    // A window without a process may only not have said it yet.
-    if (!m_stale && !(m_window && m_window->pids.isEmpty()))
+    m_server.catchUp();
+    refreshManager();
+    // The X server may not know a window's process yet.
+    if (!m_isStale && !(m_window && m_window->pids.isEmpty()))
         return;
-    m_stale = false;
-    const auto active = property(m_root, m_netActiveWindow, XCB_ATOM_WINDOW);
-    m_told = active.has_value();
-    if (active && *active != XCB_NONE)
-        m_window = Window{*active, processes(*active)};
-    else
-        m_window.reset();
+    m_isStale = false;
+    const auto active = m_server.item(m_server.root(), activeWindowProperty);
+    m_hasProperty = active.has_value();
+    xcb_window_t window = active.value_or(XCB_NONE);
+    if (m_panels.panelWith(window))
+        window = m_watched;
+    watch(&m_watched, window);
+    m_window.reset();
+    if (m_watched == XCB_NONE || !m_server.isViewable(window))
+        return;
+    m_window = Window{window, {}};
+    if (const auto pid = m_server.processOf(window))
+        m_window->pids.append(*pid);
 }
 
 bool X11ActiveWindow::isAvailable()
 {
-    if (m_root == XCB_NONE || xcb_connection_has_error(m_connection.get()))
-        return false;
     refresh();
-    return m_told;
+    return m_hasManager && m_hasProperty;
 }
 
 std::optional<ActiveWindow::Window> X11ActiveWindow::activeWindow()
@@ -136,27 +129,20 @@ std::optional<ActiveWindow::Window> X11ActiveWindow::activeWindow()
 
 std::optional<WindowPlace> X11ActiveWindow::geometry(std::uint32_t window)
 {
-    if (m_root == XCB_NONE || xcb_connection_has_error(m_connection.get()))
+    const auto surface = m_server.placeOf(window);
+    if (!surface)
         return std::nullopt;
-    xcb_connection_t *const connection = m_connection.get();
-    const auto sizeCookie = xcb_get_geometry(connection, window);
-    const auto placeCookie = xcb_translate_coordinates(connection, window, m_root, 0, 0);
-    const auto shadowCookie =
-        xcb_get_property(connection, false, window, m_gtkFrameExtents, XCB_ATOM_CARDINAL, 0, 4);
-    const auto size = owned(xcb_get_geometry_reply(connection, sizeCookie, nullptr));
-    const auto place = owned(xcb_translate_coordinates_reply(connection, placeCookie, nullptr));
-    const auto shadow = owned(xcb_get_property_reply(connection, shadowCookie, nullptr));
-    if (!size || !place)
-        return std::nullopt;
-    const QRect surface(place->dst_x, place->dst_y, size->width, size->height);
-    QRect contents = surface;
-    if (shadow && shadow->format == 32 && xcb_get_property_value_length(shadow.get()) >= 16) {
-        // Left, right, top, bottom.
-        std::uint32_t edges[4] = {};
-        std::memcpy(edges, xcb_get_property_value(shadow.get()), sizeof(edges));
-        contents.adjust(int(edges[0]), int(edges[2]), -int(edges[1]), -int(edges[3]));
-    }
-    return WindowPlace{contents, surface};
+    QRect contents = *surface;
+    // Left, right, top, bottom.
+    const QList<quint32> shadow = m_server.items(window, "_GTK_FRAME_EXTENTS");
+    if (shadow.size() >= 4)
+        contents.adjust(int(shadow[0]), int(shadow[2]), -int(shadow[1]), -int(shadow[3]));
+    return WindowPlace{contents, *surface};
+}
+
+bool X11ActiveWindow::isKeyboardLent()
+{
+    return m_keyboard.isOut();
 }
 
 } // namespace platform::linux_

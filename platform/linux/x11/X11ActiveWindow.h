@@ -4,47 +4,50 @@
 #pragma once
 
 #include "platform/linux/ports/ActiveWindow.h"
+#include "platform/linux/x11/WindowServer.h"
 
-#include <QByteArray>
-
-#include <memory>
-#include <xcb/xcb.h>
+#include <QObject>
 
 namespace platform::linux_
 {
 
-/// The active window of an X11 desktop, by the EWMH property _NET_ACTIVE_WINDOW. Watches the
-/// property, so that asking costs nothing while it stays the same. The process comes from the X
-/// server (the X-Resource extension, version 1.2) and from _NET_WM_PID. Main thread only.
-class X11ActiveWindow : public ActiveWindow
+class FloatingPanels;
+class KeyboardLoan;
+
+/// The active window of an X11 desktop, by the EWMH property _NET_ACTIVE_WINDOW: the one answer to
+/// "whose window is in front". Watches the property, the window manager and the window, so that
+/// asking costs nothing while they stay the same. Main thread only.
+class X11ActiveWindow : public QObject, public ActiveWindow
 {
+    Q_OBJECT
 public:
-    /// `display`: as in DISPLAY; empty for that one.
-    explicit X11ActiveWindow(const QByteArray &display = {});
+    /// All three must outlive this object.
+    X11ActiveWindow(WindowServer &server, FloatingPanels &panels, KeyboardLoan &keyboard);
     ~X11ActiveWindow() override;
 
     bool isAvailable() override;
+    /// A window that is gone or not viewable is not active, whatever the property says, and neither
+    /// is a panel of ours: some window managers name it while it has the keyboard.
     std::optional<Window> activeWindow() override;
     std::optional<WindowPlace> geometry(std::uint32_t window) override;
+    bool isKeyboardLent() override;
 
 private:
-    struct Disconnect {
-        void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }
-    };
-
-    xcb_atom_t atom(const char *name);
-    std::optional<std::uint32_t> property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type);
+    void note(const xcb_generic_event_t *event);
     void refresh();
-    QList<std::int32_t> processes(xcb_window_t window);
+    void refreshManager();
+    void watch(xcb_window_t *watched, xcb_window_t window);
 
-    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
-    xcb_window_t m_root = XCB_NONE;
-    xcb_atom_t m_netActiveWindow = XCB_NONE;
-    xcb_atom_t m_netWmPid = XCB_NONE;
-    xcb_atom_t m_gtkFrameExtents = XCB_NONE;
-    bool m_hasResources = false;
-    bool m_stale = true;
-    bool m_told = false;
+    WindowServer &m_server;
+    FloatingPanels &m_panels;
+    KeyboardLoan &m_keyboard;
+    /// The window that is told of in the property, and the window manager's own.
+    xcb_window_t m_watched = XCB_NONE;
+    xcb_window_t m_managerWindow = XCB_NONE;
+    bool m_isStale = true;
+    bool m_isManagerStale = true;
+    bool m_hasManager = false;
+    bool m_hasProperty = false;
     std::optional<Window> m_window;
 };
 

@@ -13,7 +13,6 @@
 #include <QWindow>
 
 #include <gio/gio.h>
-#include <xcb/res.h>
 
 #include <algorithm>
 
@@ -31,12 +30,13 @@ constexpr quint32 sourcePager = 2;
 
 } // namespace
 
-X11Workspace::X11Workspace()
-    : m_connection(XcbConnection::open())
-    , m_panels(m_connection.get())
+X11Workspace::X11Workspace(XcbConnection *connection, FloatingPanels &panels,
+                           KeyboardLoan *keyboard, ActiveWindow &activeWindow)
+    : m_connection(connection)
+    , m_panels(panels)
+    , m_keyboard(keyboard)
+    , m_activeWindow(activeWindow)
 {
-    if (m_connection)
-        m_keyboard = std::make_unique<KeyboardLoan>(*m_connection, m_panels);
 }
 
 X11Workspace::~X11Workspace() = default;
@@ -46,10 +46,10 @@ std::optional<RunningApplication> X11Workspace::runningApplication(std::int32_t 
     QString windowClass;
     if (m_connection) {
         // The window class says more than the process where one program has many faces.
-        const auto active = m_connection->item(m_connection->root(), "_NET_ACTIVE_WINDOW");
-        if (active && *active != XCB_NONE && processOf(*active) == pid) {
+        const auto active = m_activeWindow.activeWindow();
+        if (active && active->pids.contains(pid)) {
             // WM_CLASS is two strings, instance and class, each with its NUL (ICCCM 4.1.2.5).
-            const QList<QByteArray> parts = m_connection->bytes(*active, "WM_CLASS").split('\0');
+            const QList<QByteArray> parts = m_connection->bytes(active->id, "WM_CLASS").split('\0');
             if (parts.size() > 1)
                 windowClass = QString::fromUtf8(parts[1]);
         }
@@ -70,35 +70,13 @@ std::optional<std::int32_t> X11Workspace::frontmostApplication()
         return {};
     if (m_keyboard->isOut())
         return std::int32_t(QCoreApplication::applicationPid());
-    if (m_connection->windowManagerSupports("_NET_ACTIVE_WINDOW")) {
-        const auto active = m_connection->item(m_connection->root(), "_NET_ACTIVE_WINDOW");
-        return active && *active != XCB_NONE ? processOf(*active) : std::nullopt;
+    if (m_activeWindow.isAvailable()) {
+        const auto active = m_activeWindow.activeWindow();
+        return active && !active->pids.isEmpty() ? std::optional(active->pids.first())
+                                                 : std::nullopt;
     }
     const xcb_window_t focus = m_connection->inputFocus();
-    return focus > XCB_INPUT_FOCUS_POINTER_ROOT ? processOf(focus) : std::nullopt;
-}
-
-std::optional<std::int32_t> X11Workspace::processOf(xcb_window_t window)
-{
-    if (const auto pid = m_connection->item(window, "_NET_WM_PID"))
-        return std::int32_t(*pid);
-    // X-Resource 1.2: the server knows which process on this machine is behind a connection.
-    xcb_connection_t *c = m_connection->get();
-    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(c, &xcb_res_id);
-    if (!extension || !extension->present)
-        return {};
-    const xcb_res_client_id_spec_t spec = {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const XcbPtr<xcb_res_query_client_ids_reply_t> reply(
-        xcb_res_query_client_ids_reply(c, xcb_res_query_client_ids(c, 1, &spec), nullptr));
-    if (!reply)
-        return {};
-    for (auto it = xcb_res_query_client_ids_ids_iterator(reply.get()); it.rem > 0;
-         xcb_res_client_id_value_next(&it)) {
-        if ((it.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) &&
-            xcb_res_client_id_value_value_length(it.data) > 0)
-            return std::int32_t(*xcb_res_client_id_value_value(it.data));
-    }
-    return {};
+    return focus > XCB_INPUT_FOCUS_POINTER_ROOT ? m_connection->processOf(focus) : std::nullopt;
 }
 
 void X11Workspace::setActivationPolicy(QWidget *window, ActivationPolicy policy)

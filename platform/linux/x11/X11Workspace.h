@@ -5,6 +5,7 @@
 
 #include "platform/Workspace.h"
 #include "platform/linux/desktop/ApplicationNames.h"
+#include "platform/linux/ports/ActiveWindow.h"
 #include "platform/linux/x11/FloatingPanels.h"
 #include "platform/linux/x11/KeyboardLoan.h"
 #include "platform/linux/x11/XcbConnection.h"
@@ -12,8 +13,6 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
-
-#include <memory>
 
 namespace platform::linux_
 {
@@ -26,14 +25,16 @@ class X11Workspace : public QObject, public Workspace
 {
     Q_OBJECT
 public:
-    X11Workspace();
+    /// All must outlive this object; `connection` and `keyboard` may be null.
+    X11Workspace(XcbConnection *connection, FloatingPanels &panels, KeyboardLoan *keyboard,
+                 ActiveWindow &activeWindow);
     ~X11Workspace() override;
 
     /// Named by the desktop entry that starts the program where one is found, else by the process.
     std::optional<RunningApplication> runningApplication(std::int32_t pid) override;
 
-    /// Ourselves while one of our panels has the keyboard. Otherwise the owner of
-    /// _NET_ACTIVE_WINDOW (EWMH); without a window manager, of the window that has the input focus.
+    /// Ourselves while one of our panels has the keyboard. Otherwise the owner of the active
+    /// window; without a window manager, of the window that has the input focus.
     std::optional<std::int32_t> frontmostApplication() override;
 
     void setActivationPolicy(QWidget *window, ActivationPolicy policy) override;
@@ -52,13 +53,13 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    std::optional<std::int32_t> processOf(xcb_window_t window);
     void applyPolicy(QWidget *window, bool mapped);
     void requestActivation(QWidget *window);
 
-    std::unique_ptr<XcbConnection> m_connection;
-    FloatingPanels m_panels;
-    std::unique_ptr<KeyboardLoan> m_keyboard;
+    XcbConnection *const m_connection;
+    FloatingPanels &m_panels;
+    KeyboardLoan *const m_keyboard;
+    ActiveWindow &m_activeWindow;
     ApplicationNames m_names;
     QHash<QWidget *, ActivationPolicy> m_policies;
     /// Shown, and to be activated as soon as the X server shows it.

@@ -8,6 +8,7 @@
 #include <QSocketNotifier>
 
 #include <X11/Xlib.h>
+#include <xcb/res.h>
 
 namespace platform::linux_
 {
@@ -59,6 +60,7 @@ XcbConnection::XcbConnection(xcb_connection_t *connection, int screenNumber)
     xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_clock, m_root, -1, -1, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(m_connection);
+    askForResources();
 
     auto *notifier =
         new QSocketNotifier(xcb_get_file_descriptor(m_connection), QSocketNotifier::Read, this);
@@ -107,12 +109,6 @@ QList<quint32> XcbConnection::items(xcb_window_t window, const QByteArray &prope
     return {first, first + xcb_get_property_value_length(reply.get()) / 4};
 }
 
-std::optional<quint32> XcbConnection::item(xcb_window_t window, const QByteArray &property)
-{
-    const QList<quint32> list = items(window, property);
-    return list.isEmpty() ? std::nullopt : std::optional(list.first());
-}
-
 QByteArray XcbConnection::bytes(xcb_window_t window, const QByteArray &property)
 {
     const auto cookie = xcb_get_property(m_connection, false, window, atom(property),
@@ -135,11 +131,79 @@ bool XcbConnection::windowManagerSupports(const QByteArray &hint)
     return items(m_root, "_NET_SUPPORTED").contains(atom(hint));
 }
 
+void XcbConnection::askForResources()
+{
+    const xcb_query_extension_reply_t *extension =
+        xcb_get_extension_data(m_connection, &xcb_res_id);
+    if (!extension || !extension->present)
+        return;
+    const XcbPtr<xcb_res_query_version_reply_t> version(xcb_res_query_version_reply(
+        m_connection, xcb_res_query_version(m_connection, 1, 2), nullptr));
+    m_hasResources = version && std::pair(version->server_major, version->server_minor) >=
+                                    std::pair<quint16, quint16>(1, 2);
+}
+
+std::optional<std::int32_t> XcbConnection::processOf(xcb_window_t window)
+{
+    if (!m_hasResources) {
+        const auto claimed = item(window, "_NET_WM_PID");
+        return claimed ? std::optional(std::int32_t(*claimed)) : std::nullopt;
+    }
+    const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const XcbPtr<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+        m_connection, xcb_res_query_client_ids(m_connection, 1, &spec), nullptr));
+    if (!reply)
+        return {};
+    for (auto it = xcb_res_query_client_ids_ids_iterator(reply.get()); it.rem > 0;
+         xcb_res_client_id_value_next(&it)) {
+        if ((it.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) &&
+            xcb_res_client_id_value_value_length(it.data) > 0)
+            return std::int32_t(*xcb_res_client_id_value_value(it.data));
+    }
+    return {};
+}
+
+bool XcbConnection::isViewable(xcb_window_t window)
+{
+    const XcbPtr<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        m_connection, xcb_get_window_attributes(m_connection, window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+std::optional<QRect> XcbConnection::placeOf(xcb_window_t window)
+{
+    const auto sizeCookie = xcb_get_geometry(m_connection, window);
+    const auto placeCookie = xcb_translate_coordinates(m_connection, window, m_root, 0, 0);
+    const XcbPtr<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(m_connection, sizeCookie, nullptr));
+    const XcbPtr<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(m_connection, placeCookie, nullptr));
+    if (!size || !place)
+        return {};
+    return QRect(place->dst_x, place->dst_y, size->width, size->height);
+}
+
+xcb_window_t XcbConnection::parentOf(xcb_window_t window)
+{
+    const XcbPtr<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+    return tree ? tree->parent : xcb_window_t(XCB_NONE);
+}
+
 xcb_window_t XcbConnection::inputFocus()
 {
     const XcbPtr<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     return reply ? reply->focus : xcb_window_t(XCB_NONE);
+}
+
+void XcbConnection::setInputFocus(xcb_window_t window)
+{
+    // Not the time of a click: what took the focus last may be newer, and the server ignores
+    // requests that are older.
+    const auto cookie =
+        xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    const XcbPtr<xcb_generic_error_t> refused(xcb_request_check(m_connection, cookie));
 }
 
 xcb_timestamp_t XcbConnection::serverTime()
@@ -148,37 +212,47 @@ xcb_timestamp_t XcbConnection::serverTime()
     xcb_change_property(m_connection, XCB_PROP_MODE_APPEND, m_clock, XCB_ATOM_WM_NAME,
                         XCB_ATOM_STRING, 8, 0, nullptr);
     inputFocus(); // the answer comes after the event
+    catchUp();
     xcb_timestamp_t time = XCB_CURRENT_TIME;
-    while (xcb_generic_event_t *event = xcb_poll_for_queued_event(m_connection)) {
+    m_postponed.removeIf([&](xcb_generic_event_t *event) {
         const auto *change = reinterpret_cast<const xcb_property_notify_event_t *>(event);
-        if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY && change->window == m_clock) {
-            time = change->time;
-            std::free(event);
-        } else {
-            m_postponed.append(event);
-        }
-    }
+        if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY || change->window != m_clock)
+            return false;
+        time = change->time;
+        std::free(event);
+        return true;
+    });
     return time;
+}
+
+quint32 XcbConnection::selected(xcb_window_t window) const
+{
+    quint32 mask = XCB_EVENT_MASK_NO_EVENT;
+    for (auto [it, end] = m_masks.equal_range(window); it != end; ++it)
+        mask |= *it;
+    return mask;
 }
 
 bool XcbConnection::select(xcb_window_t window, quint32 eventMask)
 {
-    const quint32 mask = m_masks.value(window) | eventMask;
+    const quint32 mask = selected(window) | eventMask;
     const auto cookie =
         xcb_change_window_attributes_checked(m_connection, window, XCB_CW_EVENT_MASK, &mask);
     if (const XcbPtr<xcb_generic_error_t> error{xcb_request_check(m_connection, cookie)})
         return false;
-    m_masks.insert(window, mask);
+    m_masks.insert(window, eventMask);
     return true;
 }
 
-void XcbConnection::deselect(xcb_window_t window)
+void XcbConnection::deselect(xcb_window_t window, quint32 eventMask)
 {
-    if (!m_masks.remove(window))
+    const auto it = m_masks.constFind(window, eventMask);
+    if (it == m_masks.cend())
         return;
-    const quint32 none = XCB_EVENT_MASK_NO_EVENT;
+    m_masks.erase(it);
+    const quint32 mask = selected(window);
     const auto cookie =
-        xcb_change_window_attributes_checked(m_connection, window, XCB_CW_EVENT_MASK, &none);
+        xcb_change_window_attributes_checked(m_connection, window, XCB_CW_EVENT_MASK, &mask);
     xcb_discard_reply(m_connection, cookie.sequence); // the window may be gone
     xcb_flush(m_connection);
 }
@@ -198,13 +272,18 @@ void XcbConnection::sendToWindowManager(xcb_window_t window, const QByteArray &t
     xcb_flush(m_connection);
 }
 
+void XcbConnection::catchUp()
+{
+    while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
+        m_postponed.append(event);
+        Q_EMIT eventNoticed(event);
+    }
+}
+
 void XcbConnection::dispatch()
 {
-    while (true) {
-        XcbPtr<xcb_generic_event_t> event(m_postponed.isEmpty() ? xcb_poll_for_event(m_connection)
-                                                                : m_postponed.takeFirst());
-        if (!event)
-            break;
+    for (catchUp(); !m_postponed.isEmpty(); catchUp()) {
+        const XcbPtr<xcb_generic_event_t> event(m_postponed.takeFirst());
         Q_EMIT eventReceived(event.get());
     }
     xcb_flush(m_connection);

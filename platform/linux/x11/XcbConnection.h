@@ -3,16 +3,12 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QHash>
-#include <QList>
-#include <QObject>
+#include "platform/linux/x11/WindowServer.h"
 
-#include <xcb/xcb.h>
+#include <QHash>
 
 #include <cstdlib>
 #include <memory>
-#include <optional>
 
 namespace platform::linux_
 {
@@ -27,7 +23,7 @@ template <typename T> using XcbPtr = std::unique_ptr<T, XcbFree<T>>;
 /// others, and on the root window, do not disturb what the toolkit selects there.
 ///
 /// Main thread only. Requests that return a value wait for the X server, never for another client.
-class XcbConnection : public QObject
+class XcbConnection : public WindowServer
 {
     Q_OBJECT
 public:
@@ -38,51 +34,44 @@ public:
     xcb_connection_t *get() const { return m_connection; }
     /// The toolkit's connection, for requests that must keep their order with the toolkit's.
     xcb_connection_t *toolkit() const;
-    xcb_window_t root() const { return m_root; }
     int screenNumber() const { return m_screenNumber; }
 
-    xcb_atom_t atom(const QByteArray &name);
-
-    /// The property's items where it has the format 32; empty when it is not there.
-    QList<quint32> items(xcb_window_t window, const QByteArray &property);
-    std::optional<quint32> item(xcb_window_t window, const QByteArray &property);
     /// The property's bytes where it has the format 8; empty when it is not there.
     QByteArray bytes(xcb_window_t window, const QByteArray &property);
 
-    /// True when a window manager that follows EWMH runs and lists `hint` in _NET_SUPPORTED.
-    bool windowManagerSupports(const QByteArray &hint);
-
-    /// The window that has the keyboard (GetInputFocus); XCB_NONE or XCB_INPUT_FOCUS_POINTER_ROOT
-    /// where no window has.
-    xcb_window_t inputFocus();
-
-    /// The X server's time now, in its milliseconds.
-    xcb_timestamp_t serverTime();
-
-    /// Adds to the events of `window` that eventReceived() reports. False when there is no such
-    /// window.
-    bool select(xcb_window_t window, quint32 eventMask);
-    void deselect(xcb_window_t window);
-
-    /// Sends a client message of format 32 to the root window, as EWMH has it for requests to the
-    /// window manager.
+    xcb_window_t root() const override { return m_root; }
+    xcb_atom_t atom(const QByteArray &name) override;
+    QList<quint32> items(xcb_window_t window, const QByteArray &property) override;
+    bool windowManagerSupports(const QByteArray &hint) override;
+    std::optional<std::int32_t> processOf(xcb_window_t window) override;
+    bool isViewable(xcb_window_t window) override;
+    std::optional<QRect> placeOf(xcb_window_t window) override;
+    xcb_window_t parentOf(xcb_window_t window) override;
+    xcb_window_t inputFocus() override;
+    void setInputFocus(xcb_window_t window) override;
+    xcb_timestamp_t serverTime() override;
+    bool select(xcb_window_t window, quint32 eventMask) override;
+    void deselect(xcb_window_t window, quint32 eventMask) override;
+    void catchUp() override;
     void sendToWindowManager(xcb_window_t window, const QByteArray &type,
-                             std::initializer_list<quint32> data);
-
-Q_SIGNALS:
-    void eventReceived(const xcb_generic_event_t *event);
+                             std::initializer_list<quint32> data) override;
 
 private:
     XcbConnection(xcb_connection_t *connection, int screenNumber);
     void dispatch();
+    void askForResources();
+    quint32 selected(xcb_window_t window) const;
 
     xcb_connection_t *m_connection;
     int m_screenNumber;
     xcb_window_t m_root = XCB_NONE;
     /// Never mapped; its property changes tell the server's time.
     xcb_window_t m_clock = XCB_NONE;
+    /// The X-Resource extension, version 1.2 or later.
+    bool m_hasResources = false;
     QHash<QByteArray, xcb_atom_t> m_atoms;
-    QHash<xcb_window_t, quint32> m_masks;
+    /// What each part has selected on a window.
+    QMultiHash<xcb_window_t, quint32> m_masks;
     QList<xcb_generic_event_t *> m_postponed;
 };
 

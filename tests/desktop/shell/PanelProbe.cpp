@@ -3,7 +3,7 @@
 
 // A program with a floating panel, for the desktop tests. It reads commands from standard input,
 // one a line, and answers each with one line on standard output.
-#include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/X11WindowSystem.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -118,7 +118,8 @@ private:
         return std::to_string(m_window->winId());
     }
 
-    platform::linux_::X11Workspace m_workspace;
+    platform::linux_::X11WindowSystem m_windowSystem;
+    platform::Workspace &m_workspace = m_windowSystem.workspace();
     std::unique_ptr<QWidget> m_panel;
     std::unique_ptr<QWidget> m_window;
     QTextEdit *m_text = nullptr;

@@ -3,7 +3,7 @@
 
 // The application shell with plain views, on the real desktop, for the desktop tests.
 #include "platform/linux/desktop/LinuxInstallation.h"
-#include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/X11WindowSystem.h"
 #include "quillet/shell/QuilletApp.h"
 #include "support/FakePlatform.h"
 
@@ -13,11 +13,22 @@
 
 #include <iostream>
 
+namespace
+{
+
+struct Desktop {
+    platform::linux_::X11WindowSystem system;
+
+    operator platform::Workspace &() { return system.workspace(); }
+};
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
     const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
     QApplication application(argc, argv);
-    fake::Platform<platform::linux_::X11Workspace, platform::linux_::LinuxInstallation> platform;
+    fake::Platform<Desktop, platform::linux_::LinuxInstallation> platform;
     QSettings defaults(QStringLiteral("Quillet"), QStringLiteral("probe"));
     const auto view = [](const char *text) {
         return [text](QWidget *parent, std::function<void(bool)>) {

@@ -2,10 +2,12 @@
 # SPDX-License-Identifier: Apache-2.0
 """Panels among the windows of other programs: focus, stacking, place, shape."""
 
+import time
+
 import pytest
 
 from probe import Probe, input_focus, is_above
-from session import Session, wait_until
+from session import WINDOW_MANAGERS, Session, wait_until
 
 PANEL = "panel 400 300 370 250"
 
@@ -15,20 +17,17 @@ def terminal(desktop, title):
         ["xterm", "-title", title, "-geometry", "80x24+350+250", "-e", "cat"]
     )
     window = desktop.wait_for_window(title)
-    if desktop.window_manager.running():
+    if desktop.is_managed():
         wait_until(lambda: input_focus(desktop) == window, "the focus")
     else:
         desktop.run(["xdotool", "windowfocus", "--sync", str(window)])
     return window
 
 
-@pytest.fixture(params=["openbox", "metacity", "xfwm4", "icewm", None])
+@pytest.fixture(params=[*WINDOW_MANAGERS, None])
 def managed(request):
     """A desktop under each window manager, and under none."""
-    with Session(a11y=False) as session:
-        session.window_manager.stop()
-        if request.param:
-            session.start_window_manager(request.param)
+    with Session(a11y=False, window_manager=request.param) as session:
         yield session
 
 
@@ -83,6 +82,37 @@ def test_the_keyboard_is_borrowed_and_given_back(managed, build):
     managed.run(["xkill", "-id", str(target)])
     wait_until(lambda: not managed.windows("Target"), "the end of the target")
     assert probe("restore") == "restored 0"
+
+
+def test_the_keyboard_is_left_where_the_user_has_taken_it(managed, build):
+    other = terminal(managed, "Other")
+    managed.run(["xdotool", "windowmove", "--sync", str(other), "20", "20"])
+    terminal(managed, "Target")
+    probe = Probe(managed, build)
+    panel = int(probe(PANEL))
+    probe("focus")
+    wait_until(lambda: input_focus(managed) == panel, "the panel's focus")
+
+    if managed.is_managed():
+        managed.click(60, 60)
+    else:
+        managed.run(["xdotool", "windowfocus", "--sync", str(other)])
+    wait_until(lambda: input_focus(managed) == other, "the other window's focus")
+    probe("hide")
+    assert probe("restore") == "restored 0"
+    for _ in range(8):  # longer than giving back insists
+        time.sleep(0.1)
+        assert input_focus(managed) == other
+
+    # Nothing is left to give back to a lender that the user has turned to.
+    probe("show")
+    wait_until(
+        lambda: "IsViewable" in managed.run(["xwininfo", "-id", str(panel)]), "the panel again"
+    )
+    probe("focus")
+    wait_until(lambda: input_focus(managed) == panel, "the panel's focus")
+    managed.run(["xdotool", "windowfocus", "--sync", str(other)])
+    assert probe("restore") == "restored 1"
 
 
 def test_a_panel_is_above_full_screen_windows_and_on_every_desktop(desktop, build):

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/x11/FloatingPanels.h"
+#include "platform/linux/x11/KeyboardLoan.h"
+#include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/XcbConnection.h"
+
+#include <memory>
+#include <optional>
+
+namespace platform::linux_
+{
+
+/// X11: one connection to the server beside the toolkit's, and what is built on it. Where the
+/// toolkit does not run on X11, no window is known to be active, and the workspace does what needs
+/// no server. Main thread only, after the application object is made.
+class X11WindowSystem
+{
+public:
+    X11WindowSystem();
+    ~X11WindowSystem();
+
+    ActiveWindow &activeWindow() { return *m_activeWindow; }
+    Workspace &workspace() { return *m_workspace; }
+
+private:
+    std::unique_ptr<XcbConnection> m_connection;
+    FloatingPanels m_panels;
+    std::optional<KeyboardLoan> m_keyboard;
+    std::unique_ptr<ActiveWindow> m_activeWindow;
+    std::optional<X11Workspace> m_workspace;
+};
+
+} // namespace platform::linux_
