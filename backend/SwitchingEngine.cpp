@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "SwitchingEngine.h"
+#include "backend/SwitchingEngine.h"
 
-#include "Commands.h"
-#include "CommonCommands.h"
-#include "model/ModelEngine.h"
-#include "model/ModelFinder.h"
+#include "backend/engine/CommonCommands.h"
+#include "backend/model/ModelEngine.h"
+#include "backend/model/ModelFinder.h"
+#include "commands/Catalogue.h"
 
 namespace
 {
@@ -43,7 +43,7 @@ QString settingsAnswer(const std::optional<ModelSettings> &model,
 } // namespace
 
 /// Goes from "is there a model?" to the engine that answers.
-class SwitchingEngine::Job : public EngineJob
+class SwitchingEngine::Job : public PendingWork
 {
 public:
     Job(SwitchingEngine &engine, EngineRequest request, Done done)
@@ -99,7 +99,7 @@ private:
     EngineRequest m_request;
     Done m_done;
     bool m_found = false;
-    std::unique_ptr<EngineJob> m_job;
+    std::unique_ptr<PendingWork> m_job;
     QObject m_context;
 };
 
@@ -112,7 +112,7 @@ SwitchingEngine::SwitchingEngine(ConfigurationFile &configuration, ModelFinder &
 {
 }
 
-std::unique_ptr<EngineJob> SwitchingEngine::answer(const EngineRequest &request, Done done)
+std::unique_ptr<PendingWork> SwitchingEngine::answer(const EngineRequest &request, Done done)
 {
     return std::make_unique<Job>(*this, request, std::move(done));
 }

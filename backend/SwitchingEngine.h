@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "Configuration.h"
-#include "Engine.h"
+#include "backend/engine/Engine.h"
+#include "backend/model/Configuration.h"
 
 class ModelEngine;
 class ModelFinder;
@@ -19,7 +19,7 @@ public:
     SwitchingEngine(ConfigurationFile &configuration, ModelFinder &finder, ModelEngine &model,
                     Engine &offline);
 
-    std::unique_ptr<EngineJob> answer(const EngineRequest &request, Done done) override;
+    std::unique_ptr<PendingWork> answer(const EngineRequest &request, Done done) override;
 
 private:
     class Job;

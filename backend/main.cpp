@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "AccessPolicy.h"
-#include "Configuration.h"
-#include "ParentLink.h"
-#include "ProgramLog.h"
-#include "Service.h"
-#include "SwitchingEngine.h"
-#include "ThreadedEngine.h"
-#include "http/HttpServer.h"
-#include "model/ModelEngine.h"
-#include "model/ModelFinder.h"
-#include "offline/OfflineEngine.h"
+#include "backend/SwitchingEngine.h"
+#include "backend/engine/ThreadedEngine.h"
+#include "backend/http/AccessPolicy.h"
+#include "backend/http/HttpServer.h"
+#include "backend/http/Service.h"
+#include "backend/model/Configuration.h"
+#include "backend/model/ModelEngine.h"
+#include "backend/model/ModelFinder.h"
+#include "backend/offline/OfflineEngine.h"
+#include "backend/process/ParentLink.h"
+#include "backend/process/ProgramLog.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -115,7 +115,7 @@ bool serve(const Options &options, const QByteArray &secret, Engine &engine, QOb
     auto service =
         std::make_shared<Service>(AccessPolicy(options.address, secret, options.hostNames), engine);
     auto *server = new HttpServer(
-        [service](const HttpRequest &request, HttpServer::Respond respond) {
+        [service](const HttpRequest &request, HttpRespond respond) {
             return service->handle(request, std::move(respond));
         },
         parent);

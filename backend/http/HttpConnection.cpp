@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "HttpConnection.h"
+#include "backend/http/HttpConnection.h"
 
-#include "RequestParser.h"
+#include "backend/http/RequestParser.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -36,7 +36,7 @@ QByteArray httpDate()
 
 } // namespace
 
-HttpConnection::HttpConnection(QTcpSocket *socket, HttpServer::Handler handler, QObject *parent)
+HttpConnection::HttpConnection(QTcpSocket *socket, HttpHandler handler, QObject *parent)
     : QObject(parent)
     , m_socket(socket)
     , m_handler(std::move(handler))

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "HttpServer.h"
+#include "backend/http/HttpHandler.h"
 
 #include <QPointer>
 #include <QTcpSocket>
@@ -17,7 +17,7 @@ class HttpConnection : public QObject
 {
 public:
     /// Takes over `socket`.
-    HttpConnection(QTcpSocket *socket, HttpServer::Handler handler, QObject *parent);
+    HttpConnection(QTcpSocket *socket, HttpHandler handler, QObject *parent);
     ~HttpConnection() override;
 
 private:
@@ -33,7 +33,7 @@ private:
     void close();
 
     QTcpSocket *m_socket;
-    HttpServer::Handler m_handler;
+    HttpHandler m_handler;
     std::unique_ptr<RequestParser> m_parser;
     std::unique_ptr<PendingWork> m_work;
     QByteArray m_buffer;

@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "HttpServer.h"
+#include "backend/http/HttpServer.h"
 
-#include "HttpConnection.h"
+#include "backend/http/HttpConnection.h"
 
 namespace
 {
 constexpr int maximumConnections = 256;
 }
 
-HttpServer::HttpServer(Handler handler, QObject *parent)
+HttpServer::HttpServer(HttpHandler handler, QObject *parent)
     : QObject(parent)
     , m_handler(std::move(handler))
 {

@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "RequestParser.h"
-
-#include "HttpServer.h"
+#include "backend/http/RequestParser.h"
 
 #include <boost/asio/buffer.hpp>
 #include <boost/beast/http/empty_body.hpp>
@@ -62,7 +60,7 @@ struct RequestParser::Private {
             lineEnd = buffer.indexOf("\r\n", std::max<qsizetype>(0, searched - 1));
             searched = buffer.size();
         }
-        if ((lineEnd < 0 ? buffer.size() : lineEnd) > HttpServer::maximumRequestLine)
+        if ((lineEnd < 0 ? buffer.size() : lineEnd) > RequestParser::maximumRequestLine)
             return 414;
         if (lineEnd < 0 || buffer.size() - lineEnd <= maximumFields)
             return 0;
@@ -81,7 +79,7 @@ struct RequestParser::Private {
 RequestParser::RequestParser()
     : d(std::make_unique<Private>())
 {
-    d->parser.header_limit(quint32(HttpServer::maximumRequestLine) + maximumFields);
+    d->parser.header_limit(quint32(RequestParser::maximumRequestLine) + maximumFields);
     d->parser.body_limit(maximumBody);
     d->parser.eager(true);
 }

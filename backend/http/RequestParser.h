@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "HttpMessage.h"
+#include "backend/http/HttpMessage.h"
 
 #include <memory>
 
@@ -12,6 +12,8 @@
 class RequestParser
 {
 public:
+    static constexpr qsizetype maximumRequestLine = 1024 * 1024;
+
     RequestParser();
     ~RequestParser();
     RequestParser(const RequestParser &) = delete;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ChatCompletion.h"
+#include "backend/model/ChatCompletion.h"
 
 #include <QHostAddress>
 #include <QJsonArray>

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "Configuration.h"
-#include "NetworkPool.h"
-#include "ServerSentEvents.h"
+#include "backend/model/Configuration.h"
+#include "backend/model/NetworkPool.h"
+#include "backend/model/ServerSentEvents.h"
 
 #include <QNetworkReply>
 #include <QTimer>

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ModelEngine.h"
+#include "backend/model/ModelEngine.h"
 
-#include "AnswerCleaner.h"
-#include "Commands.h"
-#include "ProgramLog.h"
-#include "Prompts.h"
-#include "TextSplitter.h"
+#include "backend/model/AnswerCleaner.h"
+#include "backend/model/Prompts.h"
+#include "backend/model/TextSplitter.h"
+#include "backend/process/ProgramLog.h"
+#include "commands/Catalogue.h"
 
 namespace
 {
@@ -15,7 +15,7 @@ namespace
 /// What the prompt around a text takes, on the safe side.
 constexpr int promptTokens = 850;
 
-class ModelJob : public EngineJob
+class ModelJob : public PendingWork
 {
 public:
     ModelJob(NetworkPool &pool, const ModelSettings &settings, const EngineRequest &request,
@@ -90,8 +90,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<EngineJob> ModelEngine::answer(const ModelSettings &settings,
-                                               const EngineRequest &request, Done done)
+std::unique_ptr<PendingWork> ModelEngine::answer(const ModelSettings &settings,
+                                                 const EngineRequest &request, Done done)
 {
     return std::make_unique<ModelJob>(m_pool, settings, request, std::move(done));
 }

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "ChatCompletion.h"
-#include "Engine.h"
+#include "backend/engine/Engine.h"
+#include "backend/model/ChatCompletion.h"
 
 /// Answers commands with a language model behind a chat completions interface.
 /// A text that does not fit the model's window is worked on part by part.
@@ -17,8 +17,8 @@ public:
 
     /// Calls `done` once, later; the job must not be destroyed inside it. The
     /// engine outlives the job.
-    [[nodiscard]] std::unique_ptr<EngineJob> answer(const ModelSettings &settings,
-                                                    const EngineRequest &request, Done done);
+    [[nodiscard]] std::unique_ptr<PendingWork> answer(const ModelSettings &settings,
+                                                      const EngineRequest &request, Done done);
 
 private:
     NetworkPool m_pool;

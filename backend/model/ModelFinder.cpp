@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ModelFinder.h"
+#include "backend/model/ModelFinder.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

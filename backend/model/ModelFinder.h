@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Configuration.h"
+#include "backend/model/Configuration.h"
 
 #include <QElapsedTimer>
 #include <QNetworkAccessManager>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "NetworkPool.h"
+#include "backend/model/NetworkPool.h"
 
 #include <QNetworkProxy>
 

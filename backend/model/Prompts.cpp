@@ -1,96 +1,119 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "Prompts.h"
+#include "backend/model/Prompts.h"
 
-#include "Commands.h"
+#include "commands/Catalogue.h"
 
-#include <QHash>
 #include <QRandomGenerator>
 
 namespace
 {
 
 struct Task {
+    std::string_view command;
     const char *instruction;
     double growth = 1.3;
 };
 
-const QHash<QString, Task> &tasks()
+constexpr auto tasks = std::to_array<Task>({
+    {"quick-improve",
+     "Improve the text: correct spelling, grammar and punctuation, and mend clumsy, unclear "
+     "or repetitive wording. Change no more than that takes. Keep the meaning, the writer's "
+     "voice, the register and about the same length."},
+    {"check-grammar",
+     "Correct the spelling, grammar, punctuation and capitalisation of the text, and nothing "
+     "else. Do not rephrase, shorten or add. A sentence without a mistake stays exactly as it "
+     "is; a text without mistakes comes back unchanged."},
+    {"elevate",
+     "Rewrite the text in a more polished and articulate style: precise words, varied and "
+     "well-built sentences, smooth transitions. Keep every statement and about the same "
+     "length, and do not become pompous.",
+     1.6},
+    {"expand",
+     "Make the text fuller, up to about twice as long: develop its points, add connecting "
+     "thoughts and explanation that follow from what is said. Invent no facts, figures, "
+     "names, "
+     "promises or events. Keep the tone and the point of view.",
+     2.8},
+    {"clear",
+     "Make the text clear and easy to follow: plain words, shorter sentences, active verbs, "
+     "one thought after the other, no ambiguity. Keep every statement and the tone."},
+    {"concise",
+     "Make the text concise: remove repetition, filler and roundabout phrases and tighten the "
+     "sentences. Keep every fact, request, name, number and date, and the tone.",
+     1.0},
+    {"emojify",
+     "Add fitting emoji to the text, about one for each sentence or list item, next to the "
+     "words that they go with. Change, remove or add nothing else: without the emoji the text "
+     "is exactly as before."},
+    {"friendly",
+     "Rewrite the text in a warm, friendly, approachable tone, as to somebody the writer "
+     "likes. Do not become gushing.",
+     1.5},
+    {"happy",
+     "Rewrite the text in a cheerful, bright tone that shows the writer is in good spirits. "
+     "Where the matter itself is sad or grave, be gentle and hopeful instead.",
+     1.5},
+    {"confident",
+     "Rewrite the text in a confident, assured tone: direct statements, active verbs, no "
+     "hedging and no needless apologies. Promise nothing that it does not promise. Do not "
+     "become arrogant.",
+     1.4},
+    {"romantic",
+     "Rewrite the text in a romantic, tender and heartfelt tone. Keep it sincere and "
+     "tasteful, and do not pile up clichés.",
+     1.6},
+    {"sarcastic",
+     "Rewrite the text in a sarcastic tone: dry irony and playful exaggeration aimed at the "
+     "matter. What it says must still be understood. Insult nobody.",
+     1.6},
+    {"professional",
+     "Rewrite the text in a professional tone fit for business: courteous, precise and to the "
+     "point, without slang, emoji or needless formality.",
+     1.5},
+    {"witty",
+     "Rewrite the text in a witty tone: clever turns of phrase and light humour that fit the "
+     "matter and do not hide it.",
+     1.6},
+    {"flirty",
+     "Rewrite the text in a playful, flirtatious tone: charming, teasing and respectful, "
+     "nothing explicit.",
+     1.6},
+    {"reply-msg-copy",
+     "The text is a message that the user has received, perhaps with earlier messages quoted "
+     "in it. Write the reply that the user can send. Match its language, its formality and "
+     "about its length; answer what it asks where the answer is evident from it, and where a "
+     "fact or a decision is the user's to give, put a short placeholder in square brackets, "
+     "such as [date]. Do not repeat the message. Sign with no name.",
+     1.5},
+});
+
+/// The task of a command; null where its kind has none of its own.
+constexpr const Task *taskOf(std::string_view command)
 {
-    static const QHash<QString, Task> table{
-        {QStringLiteral("quick-improve"),
-         {"Improve the text: correct spelling, grammar and punctuation, and mend clumsy, unclear "
-          "or repetitive wording. Change no more than that takes. Keep the meaning, the writer's "
-          "voice, the register and about the same length."}},
-        {QStringLiteral("check-grammar"),
-         {"Correct the spelling, grammar, punctuation and capitalisation of the text, and nothing "
-          "else. Do not rephrase, shorten or add. A sentence without a mistake stays exactly as it "
-          "is; a text without mistakes comes back unchanged."}},
-        {QStringLiteral("elevate"),
-         {"Rewrite the text in a more polished and articulate style: precise words, varied and "
-          "well-built sentences, smooth transitions. Keep every statement and about the same "
-          "length, and do not become pompous.",
-          1.6}},
-        {QStringLiteral("expand"),
-         {"Make the text fuller, up to about twice as long: develop its points, add connecting "
-          "thoughts and explanation that follow from what is said. Invent no facts, figures, "
-          "names, "
-          "promises or events. Keep the tone and the point of view.",
-          2.8}},
-        {QStringLiteral("clear"),
-         {"Make the text clear and easy to follow: plain words, shorter sentences, active verbs, "
-          "one thought after the other, no ambiguity. Keep every statement and the tone."}},
-        {QStringLiteral("concise"),
-         {"Make the text concise: remove repetition, filler and roundabout phrases and tighten the "
-          "sentences. Keep every fact, request, name, number and date, and the tone.",
-          1.0}},
-        {QStringLiteral("emojify"),
-         {"Add fitting emoji to the text, about one for each sentence or list item, next to the "
-          "words that they go with. Change, remove or add nothing else: without the emoji the text "
-          "is exactly as before."}},
-        {QStringLiteral("friendly"),
-         {"Rewrite the text in a warm, friendly, approachable tone, as to somebody the writer "
-          "likes. Do not become gushing.",
-          1.5}},
-        {QStringLiteral("happy"),
-         {"Rewrite the text in a cheerful, bright tone that shows the writer is in good spirits. "
-          "Where the matter itself is sad or grave, be gentle and hopeful instead.",
-          1.5}},
-        {QStringLiteral("confident"),
-         {"Rewrite the text in a confident, assured tone: direct statements, active verbs, no "
-          "hedging and no needless apologies. Promise nothing that it does not promise. Do not "
-          "become arrogant.",
-          1.4}},
-        {QStringLiteral("romantic"),
-         {"Rewrite the text in a romantic, tender and heartfelt tone. Keep it sincere and "
-          "tasteful, and do not pile up clichés.",
-          1.6}},
-        {QStringLiteral("sarcastic"),
-         {"Rewrite the text in a sarcastic tone: dry irony and playful exaggeration aimed at the "
-          "matter. What it says must still be understood. Insult nobody.",
-          1.6}},
-        {QStringLiteral("professional"),
-         {"Rewrite the text in a professional tone fit for business: courteous, precise and to the "
-          "point, without slang, emoji or needless formality.",
-          1.5}},
-        {QStringLiteral("witty"),
-         {"Rewrite the text in a witty tone: clever turns of phrase and light humour that fit the "
-          "matter and do not hide it.",
-          1.6}},
-        {QStringLiteral("flirty"),
-         {"Rewrite the text in a playful, flirtatious tone: charming, teasing and respectful, "
-          "nothing explicit.",
-          1.6}},
-        {QStringLiteral("reply-msg-copy"),
-         {"The text is a message that the user has received, perhaps with earlier messages quoted "
-          "in it. Write the reply that the user can send. Match its language, its formality and "
-          "about its length; answer what it asks where the answer is evident from it, and where a "
-          "fact or a decision is the user's to give, put a short placeholder in square brackets, "
-          "such as [date]. Do not repeat the message. Sign with no name.",
-          1.5}},
-    };
-    return table;
+    for (const Task &task : tasks) {
+        if (task.command == command)
+            return &task;
+    }
+    return nullptr;
+}
+
+constexpr bool hasTasksForTheCatalogue()
+{
+    std::size_t needed = 0;
+    for (const Command &command : allCommands) {
+        needed += hasOwnTask(command.kind) ? 1 : 0;
+        if (hasOwnTask(command.kind) != (taskOf(command.identifier) != nullptr))
+            return false;
+    }
+    return needed == tasks.size();
+}
+static_assert(hasTasksForTheCatalogue(), "the tasks and the catalogue have the same commands");
+
+const Task *taskOf(const QString &command)
+{
+    return taskOf(std::string_view(command.toLatin1().constData()));
 }
 
 /// The language of a translation, with its usual written form where there are several.
@@ -109,8 +132,8 @@ QString languageName(const QString &command)
 
 QString instruction(const QString &command)
 {
-    if (commandKind(command) != CommandKind::Translate)
-        return QString::fromUtf8(tasks().value(command).instruction);
+    if (const Task *task = taskOf(command))
+        return QString::fromUtf8(task->instruction);
     return QStringLiteral(
                "Translate the text into %1. Translate the meaning, in the natural wording of a "
                "native writer and in the same register; leave nothing out and add nothing. Names, "
@@ -176,5 +199,6 @@ QString makeDelimiter(const QString &text)
 
 double expectedGrowth(const QString &command)
 {
-    return commandKind(command) == CommandKind::Translate ? 1.8 : tasks().value(command).growth;
+    const Task *task = taskOf(command);
+    return task ? task->growth : 1.8;
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ChatCompletion.h"
+#include "backend/model/ChatCompletion.h"
 
 /// The prompt for a command of the catalogue other than those about Quillet
 /// itself. `delimiter` is a random word that the text does not contain; it marks

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ServerSentEvents.h"
+#include "backend/model/ServerSentEvents.h"
 
 QList<QByteArray> ServerSentEvents::feed(const QByteArray &bytes)
 {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "TextSplitter.h"
+#include "backend/model/TextSplitter.h"
 
 #include <QTextBoundaryFinder>
 

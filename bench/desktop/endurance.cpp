@@ -8,8 +8,9 @@
 #include "platform/Platform.h"
 #include "quillet/analytics/EventTracker.h"
 #include "quillet/button/FloatingButtonManager.h"
-#include "quillet/popup/BackendService.h"
-#include "quillet/popup/WritingEndpoint.h"
+
+#include "quillet/writing/WritingEndpoint.h"
+#include "quillet/writing/WritingService.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -49,9 +50,9 @@ public:
         });
     }
 
-    void withEndpoint(std::function<void(const QString &, const QString &)> use) override
+    void withEndpoint(Ready ready) override
     {
-        use(QStringLiteral("http://127.0.0.1:%1/generate").arg(m_server.serverPort()), {});
+        ready(QStringLiteral("http://127.0.0.1:%1/generate").arg(m_server.serverPort()), {});
     }
 
     int answers() const { return m_answers; }
@@ -100,13 +101,14 @@ int main(int argc, char **argv)
     const auto system = platform::createPlatform();
     FixedBackend backend;
     BackendService service;
+    WritingService writing(backend, service);
     NoTracker tracker;
     std::fprintf(stderr, "{\"rss\":[");
     int opened = 0;
     int chosen = 0;
     {
-        FloatingButtonManager manager({system->accessibility(), system->keyboard(),
-                                       system->workspace(), service, backend, tracker});
+        FloatingButtonManager manager(
+            {system->accessibility(), system->keyboard(), system->workspace(), writing, tracker});
         AccessibilityObserver observer(
             {system->accessibility(), system->workspace(), manager,
              static_cast<std::int32_t>(QCoreApplication::applicationPid())});

@@ -8,10 +8,10 @@
 #include "quillet/analytics/SharedMetricPost.h"
 #include "quillet/button/FloatingButtonManager.h"
 #include "quillet/focus/AccessibilityObserver.h"
-#include "quillet/popup/BackendService.h"
 #include "quillet/shell/InstallGuard.h"
 #include "quillet/window/HomeView.h"
 #include "quillet/window/OnboardingWizardView.h"
+#include "quillet/writing/LocalBackend.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -78,13 +78,16 @@ void Application::prepareAnalytics()
 void Application::prepareEndpoint()
 {
     if (!BuildConstants::BackendEndpoint.isEmpty()) {
-        m_endpoint = std::make_unique<RemoteWritingEndpoint>(BuildConstants::BackendEndpoint);
+        m_endpoint = std::make_unique<FixedEndpoint>(BuildConstants::BackendEndpoint);
     } else {
-        m_endpoint = std::make_unique<LocalWritingEndpoint>([](const QString &analytics) {
-            if (BuildConstants::AnalyticsEndpoint.isEmpty())
-                SharedMetricPost::shared().setServerURL(analytics);
-        });
+        auto backend = std::make_unique<LocalBackend>();
+        if (BuildConstants::AnalyticsEndpoint.isEmpty()) {
+            connect(backend.get(), &LocalBackend::analyticsMoved, this,
+                    [](const QString &url) { SharedMetricPost::shared().setServerURL(url); });
+        }
+        m_endpoint = std::move(backend);
     }
+    m_writing = std::make_unique<WritingService>(*m_endpoint, BackendService::shared());
 }
 
 QWidget *Application::makeHomeView(QWidget *parent,
@@ -113,8 +116,8 @@ void Application::createObserver()
 {
     if (!std::exchange(m_observing, true)) {
         FloatingButtonManager::prepareShared({m_platform->accessibility(), m_platform->keyboard(),
-                                              m_platform->workspace(), BackendService::shared(),
-                                              *m_endpoint, SharedMetricPost::shared()});
+                                              m_platform->workspace(), *m_writing,
+                                              SharedMetricPost::shared()});
         FloatingButtonManager &manager = FloatingButtonManager::shared();
         connect(&manager, &FloatingButtonManager::textApplied, this,
                 &Application::keepUnwrittenText);

@@ -3,10 +3,11 @@
 
 #pragma once
 
-#include "quillet/application/WritingEndpoints.h"
 #include "quillet/shell/Notice.h"
 #include "quillet/shell/QuilletApp.h"
 #include "quillet/window/WindowNotifications.h"
+#include "quillet/writing/WritingEndpoint.h"
+#include "quillet/writing/WritingService.h"
 
 #include <QByteArray>
 #include <QSettings>
@@ -44,5 +45,6 @@ private:
     QString m_lastAdvice;
     bool m_observing = false;
     std::unique_ptr<WritingEndpoint> m_endpoint;
+    std::unique_ptr<WritingService> m_writing;
     std::unique_ptr<QuilletApp> m_app;
 };

@@ -137,10 +137,9 @@ void FloatingButtonManager::buttonClicked()
     const QRectF frame =
         PopupLayout::flipped(QRectF(m_buttonWindow->geometry()), mainScreenHeight());
     if (!m_popup)
-        m_popup = new FloatingPopup(this,
-                                    {m_collaborators.workspace, m_collaborators.backend,
-                                     m_collaborators.endpoint, m_collaborators.tracker},
-                                    this);
+        m_popup = new FloatingPopup(
+            this, {m_collaborators.workspace, m_collaborators.writing, m_collaborators.tracker},
+            this);
     m_popup->show(frame);
     m_collaborators.tracker.track(QStringLiteral("QuilletBadgeClick"));
 }

@@ -29,8 +29,7 @@ public:
         platform::Accessibility &accessibility;
         platform::KeyboardEvents &keyboard;
         platform::Workspace &workspace;
-        BackendService &backend;
-        WritingEndpoint &endpoint;
+        WritingService &writing;
         EventTracker &tracker;
     };
 

@@ -3,16 +3,15 @@
 
 #include "quillet/popup/FloatingPopup.h"
 
+#include "commands/Catalogue.h"
 #include "quillet/analytics/EventTracker.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/localisation/Localisation.h"
-#include "quillet/popup/BackendService.h"
-#include "quillet/popup/CommandCatalogue.h"
 #include "quillet/popup/PillButton.h"
 #include "quillet/popup/PopupLayout.h"
 #include "quillet/popup/PopupPanel.h"
 #include "quillet/popup/ResultTextView.h"
-#include "quillet/popup/WritingEndpoint.h"
+#include "quillet/writing/WritingService.h"
 
 #include <QFrame>
 #include <QGuiApplication>
@@ -103,8 +102,7 @@ FloatingPopup::FloatingPopup(FloatingPopupDelegate *delegate, const Collaborator
                              QObject *parent)
     : QObject(parent)
     , m_workspace(collaborators.workspace)
-    , m_backend(collaborators.backend)
-    , m_endpoint(collaborators.endpoint)
+    , m_writing(collaborators.writing)
     , m_tracker(collaborators.tracker)
     , m_delegate(delegate)
 {
@@ -331,14 +329,7 @@ void FloatingPopup::request(const QString &command, const QString &text)
         else if (self && self->m_textView)
             self->m_textView->setString(std::get<QString>(result));
     };
-    m_endpoint.withEndpoint([backend = QPointer(&m_backend), command, text,
-                             show](const QString &url, const QString &failure) {
-        if (url.isEmpty())
-            show(BackendFailure(failure));
-        else if (backend)
-            backend->get(
-                url, {{QStringLiteral("command"), command}, {QStringLiteral("text"), text}}, show);
-    });
+    m_writing.write(command, text, show);
     m_tracker.track(QStringLiteral("Execute"), {{QStringLiteral("command"), command}});
 }
 

@@ -14,13 +14,12 @@
 #include <functional>
 #include <optional>
 
-class BackendService;
 class EventTracker;
 class PillButton;
 class QScrollArea;
 class QWidget;
 class ResultTextView;
-class WritingEndpoint;
+class WritingService;
 
 /// Where the popup's text comes from and where its result goes.
 class FloatingPopupDelegate : public QObject
@@ -49,8 +48,7 @@ class FloatingPopup : public QObject
 public:
     struct Collaborators {
         platform::Workspace &workspace;
-        BackendService &backend;
-        WritingEndpoint &endpoint;
+        WritingService &writing;
         EventTracker &tracker;
     };
 
@@ -90,8 +88,7 @@ private:
     void request(const QString &command, const QString &text);
 
     platform::Workspace &m_workspace;
-    BackendService &m_backend;
-    WritingEndpoint &m_endpoint;
+    WritingService &m_writing;
     EventTracker &m_tracker;
 
     QPointer<QWidget> m_popupWindow;

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "quillet/analytics/EventTracker.h"
-#include "quillet/popup/WritingEndpoint.h"
+#include "quillet/writing/WritingEndpoint.h"
 
 #include <QStringList>
 
@@ -31,9 +31,9 @@ class Endpoint : public WritingEndpoint
 {
 public:
     QString url;
-    void withEndpoint(std::function<void(const QString &, const QString &)> use) override
+    void withEndpoint(Ready ready) override
     {
-        use(url, url.isEmpty() ? QStringLiteral("no backend") : QString());
+        ready(url, url.isEmpty() ? QStringLiteral("no backend") : QString());
     }
 };
 

@@ -3,7 +3,7 @@
 
 #include "BackendProcess.h"
 #include "FakeModel.h"
-#include "http/RequestTarget.h"
+#include "backend/http/RequestTarget.h"
 #include "support/WaitUntil.h"
 
 #include <QNetworkReply>

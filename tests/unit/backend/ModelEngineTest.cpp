@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "model/ModelEngine.h"
+#include "backend/model/ModelEngine.h"
 #include "FakeModel.h"
-#include "SwitchingEngine.h"
-#include "model/ModelFinder.h"
+#include "backend/SwitchingEngine.h"
+#include "backend/model/ModelFinder.h"
 #include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
@@ -208,7 +208,7 @@ TEST(ModelEngine, ClosesTheConnectionWhenCancelled)
 class OfflineDouble : public Engine
 {
 public:
-    std::unique_ptr<EngineJob> answer(const EngineRequest &request, Done done) override
+    std::unique_ptr<PendingWork> answer(const EngineRequest &request, Done done) override
     {
         QMetaObject::invokeMethod(
             &m_context,
@@ -216,7 +216,7 @@ public:
                 done({200, u"offline: "_qs + text});
             },
             Qt::QueuedConnection);
-        return std::make_unique<EngineJob>();
+        return std::make_unique<PendingWork>();
     }
 
 private:

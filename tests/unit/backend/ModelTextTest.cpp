@@ -1,45 +1,14 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "Commands.h"
-#include "model/AnswerCleaner.h"
-#include "model/Prompts.h"
-#include "model/ServerSentEvents.h"
-#include "model/TextSplitter.h"
+#include "backend/model/AnswerCleaner.h"
+#include "backend/model/ServerSentEvents.h"
+#include "backend/model/TextSplitter.h"
 
-#include <QSet>
 #include <gtest/gtest.h>
 
 namespace
 {
-
-TEST(Prompts, EveryCommandHasItsOwn)
-{
-    const QString all =
-        u"quick-improve check-grammar elevate expand clear concise emojify friendly happy "
-        "confident romantic sarcastic professional witty flirty reply-msg-copy english italian "
-        "french spanish catalan german chinese japanese portuguese russian greek hindi arabic "
-        "ukrainian korean polish hungarian armenian croatian thai malay bengali vietnamese"_qs;
-    QSet<QString> tasks;
-    const auto commands = all.split(u' ');
-    for (const QString &command : commands) {
-        ASSERT_TRUE(commandKind(command)) << qPrintable(command);
-        const QString system = makePrompt(command, u"x"_qs, u"d"_qs).system;
-        const QString task = system.section(u"Task: "_qs, 1).section(u'\n', 0, 0);
-        EXPECT_GT(task.size(), 60) << qPrintable(command);
-        tasks.insert(task);
-        EXPECT_GE(expectedGrowth(command), 1.0) << qPrintable(command);
-        // A translation must not be told to stay in its language.
-        EXPECT_NE(system.contains(u"in the language of the text"),
-                  commandKind(command) == CommandKind::Translate);
-    }
-    EXPECT_EQ(tasks.size(), 39);
-    for (const QString &command : {u"settings"_qs, u"send-feedback"_qs, u"share"_qs, u"rate"_qs})
-        EXPECT_EQ(commandKind(command), CommandKind::More);
-    for (const QString &command :
-         {u"improve"_qs, u"more"_qs, u"translate"_qs, u"Clear"_qs, QString()})
-        EXPECT_FALSE(commandKind(command));
-}
 
 TEST(TextSplitter, LosesNothingAndKeepsTheBound)
 {

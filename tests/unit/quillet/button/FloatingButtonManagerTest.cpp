@@ -5,7 +5,7 @@
 
 #include "quillet/button/DragFriendlyButton.h"
 #include "quillet/button/NonActivatingPanel.h"
-#include "quillet/popup/BackendService.h"
+#include "quillet/writing/WritingService.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePlatform.h"
 #include "support/FakeServices.h"
@@ -58,10 +58,11 @@ protected:
     fake::Workspace workspace;
     BackendService backend;
     fake::Endpoint endpoint;
+    WritingService writing{endpoint, backend};
     fake::Tracker tracker;
     QList<WriteOutcome> outcomes;
     QStringList notWritten;
-    FloatingButtonManager manager{{ax, keyboard, workspace, backend, endpoint, tracker}};
+    FloatingButtonManager manager{{ax, keyboard, workspace, writing, tracker}};
 };
 
 void send(QWidget *to, QEvent::Type type, Qt::MouseButtons buttons)

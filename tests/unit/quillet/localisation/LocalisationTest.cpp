@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "quillet/localisation/Localisation.h"
-#include "quillet/popup/CommandCatalogue.h"
+#include "commands/Catalogue.h"
 
 #include <gtest/gtest.h>
 

@@ -3,10 +3,10 @@
 
 #include "quillet/popup/FloatingPopup.h"
 
-#include "quillet/popup/BackendService.h"
-#include "quillet/popup/CommandCatalogue.h"
+#include "commands/Catalogue.h"
 #include "quillet/popup/PillButton.h"
 #include "quillet/popup/ResultTextView.h"
+#include "quillet/writing/WritingService.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePlatform.h"
 #include "support/FakeServices.h"
@@ -69,10 +69,11 @@ protected:
     HttpStub server;
     fake::Endpoint endpoint;
     BackendService backend;
+    WritingService writing{endpoint, backend};
     fake::Tracker tracker;
     fake::Workspace workspace;
     Input input;
-    FloatingPopup popup{&input, {workspace, backend, endpoint, tracker}};
+    FloatingPopup popup{&input, {workspace, writing, tracker}};
 };
 
 } // namespace
@@ -170,7 +171,7 @@ TEST_F(FloatingPopupTest, SurvivesWhatGoesAwayMeanwhile)
 {
     auto gone = std::make_unique<Input>();
     auto shortLived = std::make_unique<FloatingPopup>(
-        gone.get(), FloatingPopup::Collaborators{workspace, backend, endpoint, tracker});
+        gone.get(), FloatingPopup::Collaborators{workspace, writing, tracker});
     shortLived->show(QRectF(300, 400, 25, 25));
     gone.reset();
     shortLived->showResults(QStringLiteral("witty"));

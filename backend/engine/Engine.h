@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "backend/engine/PendingWork.h"
+
 #include <QString>
 #include <functional>
 #include <memory>
@@ -20,17 +22,6 @@ struct EngineAnswer {
     QString text;
 };
 
-/// A request that an engine works on. Destroying it cancels the request; its
-/// callback is not called afterwards.
-class EngineJob
-{
-public:
-    EngineJob() = default;
-    EngineJob(const EngineJob &) = delete;
-    EngineJob &operator=(const EngineJob &) = delete;
-    virtual ~EngineJob() = default;
-};
-
 /// What turns a command and a text into another text. Thread: the event loop's;
 /// an engine never blocks it, and works on any number of requests at a time.
 class Engine
@@ -44,7 +35,7 @@ public:
     virtual ~Engine() = default;
 
     /// Calls `done` once, later from the event loop, never inside this call.
-    /// The job must not be destroyed inside `done`.
-    [[nodiscard]] virtual std::unique_ptr<EngineJob> answer(const EngineRequest &request,
-                                                            Done done) = 0;
+    /// The work must not be destroyed inside `done`.
+    [[nodiscard]] virtual std::unique_ptr<PendingWork> answer(const EngineRequest &request,
+                                                              Done done) = 0;
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "Configuration.h"
+#include "backend/model/Configuration.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "AccessPolicy.h"
+#include "backend/http/AccessPolicy.h"
 
 #include <QUrl>
 

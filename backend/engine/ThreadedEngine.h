@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Engine.h"
+#include "backend/engine/Engine.h"
 
 #include <QObject>
 #include <QThreadPool>
@@ -21,7 +21,7 @@ public:
     /// Waits for what is being computed.
     ~ThreadedEngine() override;
 
-    std::unique_ptr<EngineJob> answer(const EngineRequest &request, Done done) override;
+    std::unique_ptr<PendingWork> answer(const EngineRequest &request, Done done) override;
 
 private:
     Compute m_compute;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ThreadedEngine.h"
+#include "backend/engine/ThreadedEngine.h"
 
 #include <QThread>
 #include <atomic>
@@ -15,7 +15,7 @@ struct Shared {
     Engine::Done done;
 };
 
-class ThreadedJob : public EngineJob
+class ThreadedJob : public PendingWork
 {
 public:
     explicit ThreadedJob(std::shared_ptr<Shared> shared)
@@ -46,7 +46,7 @@ ThreadedEngine::~ThreadedEngine()
     m_pool.waitForDone();
 }
 
-std::unique_ptr<EngineJob> ThreadedEngine::answer(const EngineRequest &request, Done done)
+std::unique_ptr<PendingWork> ThreadedEngine::answer(const EngineRequest &request, Done done)
 {
     auto shared = std::make_shared<Shared>();
     shared->done = std::move(done);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/popup/BackendService.h"
+#include "quillet/writing/BackendService.h"
 
 #include "support/HttpStub.h"
 #include "support/WaitUntil.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "CommonCommands.h"
+#include "backend/engine/CommonCommands.h"
 
 QString commonCommandAnswer(const QString &command)
 {

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "LocalBackend.h"
+#include "quillet/writing/LocalBackend.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
+#include <QUrl>
 
 namespace
 {
@@ -22,7 +23,7 @@ QByteArray makeSecret()
     return QByteArray(reinterpret_cast<const char *>(words), sizeof words).toHex();
 }
 
-QUrl addressOf(int port, const QByteArray &secret, const QString &path)
+QString addressOf(int port, const QByteArray &secret, const QString &path)
 {
     QUrl url;
     url.setScheme(QStringLiteral("http"));
@@ -31,7 +32,7 @@ QUrl addressOf(int port, const QByteArray &secret, const QString &path)
     url.setUserName(QStringLiteral("quillet"));
     url.setPassword(QString::fromLatin1(secret));
     url.setPath(path);
-    return url;
+    return url.toString(QUrl::FullyEncoded);
 }
 
 } // namespace
@@ -44,7 +45,7 @@ LocalBackend::LocalBackend(QString program, QObject *parent)
     m_deadline.setInterval(startDeadlineMs);
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         stop();
-        tellWaiting({{}, {}, QStringLiteral("The local writing backend did not start in time.")});
+        tellWaiting({}, QStringLiteral("The local writing backend did not start in time."));
     });
 }
 
@@ -70,8 +71,8 @@ void LocalBackend::withEndpoint(Ready ready)
 {
     m_waiting.push_back(std::move(ready));
     const bool starting = m_deadline.isActive();
-    if (m_endpoint.generate.isValid())
-        tellWaiting(m_endpoint);
+    if (!m_url.isEmpty())
+        tellWaiting(m_url, {});
     else if (!starting)
         start();
 }
@@ -90,8 +91,8 @@ void LocalBackend::start()
     });
     const auto ended = [this](const QString &why) {
         m_deadline.stop();
-        m_endpoint = {};
-        tellWaiting({{}, {}, QStringLiteral("The local writing backend %1.").arg(why)});
+        m_url.clear();
+        tellWaiting({}, QStringLiteral("The local writing backend %1.").arg(why));
     };
     connect(process, &QProcess::errorOccurred, this, [ended](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
@@ -109,20 +110,19 @@ void LocalBackend::readPort()
         const QByteArray line = m_process->readLine().trimmed();
         bool valid = false;
         const int port = line.startsWith("port ") ? line.mid(5).toUShort(&valid) : 0;
-        if (!valid || port == 0 || m_endpoint.generate.isValid())
+        if (!valid || port == 0 || !m_url.isEmpty())
             continue;
         m_deadline.stop();
-        m_endpoint = {addressOf(port, m_secret, QStringLiteral("/generate")),
-                      addressOf(port, m_secret, {}),
-                      {}};
-        tellWaiting(m_endpoint);
+        m_url = addressOf(port, m_secret, QStringLiteral("/generate"));
+        Q_EMIT analyticsMoved(addressOf(port, m_secret, {}));
+        tellWaiting(m_url, {});
     }
 }
 
 void LocalBackend::stop()
 {
     m_deadline.stop();
-    m_endpoint = {};
+    m_url.clear();
     if (!m_process)
         return;
     m_process->disconnect(this);
@@ -134,15 +134,15 @@ void LocalBackend::stop()
     m_process.reset();
 }
 
-void LocalBackend::tellWaiting(const LocalEndpoint &endpoint)
+void LocalBackend::tellWaiting(const QString &url, const QString &failure)
 {
-    // Queued: whoever is told may ask again, and a process must not be replaced
+    // Queued: the caller may ask again, and a process must not be replaced
     // inside its own signal.
     QMetaObject::invokeMethod(
         this,
-        [endpoint, waiting = std::exchange(m_waiting, {})] {
+        [url, failure, waiting = std::exchange(m_waiting, {})] {
             for (const Ready &ready : waiting)
-                ready(endpoint);
+                ready(url, failure);
         },
         Qt::QueuedConnection);
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "LocalBackend.h"
+#include "quillet/writing/LocalBackend.h"
 
 #include "BackendProcess.h"
 #include "support/WaitUntil.h"
@@ -18,16 +18,23 @@ namespace
 
 const QString program = QStringLiteral(BACKEND_PROGRAM);
 
-LocalEndpoint endpointOf(LocalBackend &backend)
+struct Endpoint {
+    QUrl generate;
+    QString failure;
+};
+
+Endpoint endpointOf(LocalBackend &backend)
 {
-    std::optional<LocalEndpoint> result;
-    backend.withEndpoint([&result](const LocalEndpoint &endpoint) { result = endpoint; });
+    std::optional<Endpoint> result;
+    backend.withEndpoint([&result](const QString &url, const QString &failure) {
+        result = Endpoint{QUrl(url), failure};
+    });
     EXPECT_FALSE(result.has_value());
     EXPECT_TRUE(waitUntil([&] { return result.has_value(); }));
-    return result.value_or(LocalEndpoint{});
+    return result.value_or(Endpoint{});
 }
 
-Answer rate(const LocalEndpoint &endpoint)
+Answer rate(const Endpoint &endpoint)
 {
     QUrl url = endpoint.generate;
     url.setQuery(QUrlQuery{{u"command"_qs, u"rate"_qs}, {u"text"_qs, QString()}});
@@ -48,10 +55,15 @@ bool refuses(int port)
 TEST(LocalBackend, ServesWithASecretThatNobodyElseSees)
 {
     LocalBackend backend(program);
-    const LocalEndpoint endpoint = endpointOf(backend);
+    QList<QUrl> analytics;
+    QObject::connect(&backend, &LocalBackend::analyticsMoved, &backend,
+                     [&](const QString &url) { analytics += QUrl(url); });
+    const Endpoint endpoint = endpointOf(backend);
     ASSERT_EQ(endpoint.failure, QString());
     EXPECT_EQ(rate(endpoint).status, 200);
-    QUrl track = endpoint.analytics;
+    EXPECT_EQ(endpointOf(backend).generate, endpoint.generate);
+    ASSERT_EQ(analytics.size(), 1) << "once for each start";
+    QUrl track = analytics.first();
     track.setPath(u"/track/"_qs);
     EXPECT_EQ(post(track, QByteArray(100'000, 'x')).text, u"1"_qs);
 
@@ -69,18 +81,17 @@ TEST(LocalBackend, ServesWithASecretThatNobodyElseSees)
 TEST(LocalBackend, SharesOneChildAndStartsItAgainWhenItDied)
 {
     LocalBackend backend(program);
-    QList<LocalEndpoint> endpoints;
+    QList<QUrl> urls;
     for (int i = 0; i < 5; ++i)
-        backend.withEndpoint([&](const LocalEndpoint &endpoint) { endpoints += endpoint; });
-    ASSERT_TRUE(waitUntil([&] { return endpoints.size() == 5; }));
-    for (const auto &endpoint : endpoints)
-        EXPECT_EQ(endpoint.generate, endpoints.first().generate);
-    EXPECT_EQ(endpointOf(backend).generate, endpoints.first().generate);
+        backend.withEndpoint([&](const QString &url, const QString &) { urls += QUrl(url); });
+    ASSERT_TRUE(waitUntil([&] { return urls.size() == 5; }));
+    EXPECT_EQ(urls, QList<QUrl>(5, urls.first()));
+    EXPECT_EQ(endpointOf(backend).generate, urls.first());
 
     ::kill(pid_t(backend.processId()), SIGKILL);
     ASSERT_TRUE(waitUntil([&] { return backend.processId() == 0; }));
-    const LocalEndpoint again = endpointOf(backend);
-    EXPECT_NE(again.generate.password(), endpoints.first().generate.password());
+    const Endpoint again = endpointOf(backend);
+    EXPECT_NE(again.generate.password(), urls.first().password());
     EXPECT_EQ(rate(again).status, 200);
 }
 
@@ -90,7 +101,7 @@ TEST(LocalBackend, ReportsAProgramThatDoesNotServe)
         LocalBackend backend(wrong);
         // Twice: the second request tries anew.
         for (int i = 0; i < 2; ++i) {
-            const LocalEndpoint endpoint = endpointOf(backend);
+            const Endpoint endpoint = endpointOf(backend);
             EXPECT_FALSE(endpoint.generate.isValid());
             EXPECT_TRUE(endpoint.failure.startsWith(u"The local writing backend"))
                 << qPrintable(endpoint.failure);

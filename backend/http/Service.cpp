@@ -1,25 +1,13 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "Service.h"
+#include "backend/http/Service.h"
 
-#include "Commands.h"
-#include "http/RequestTarget.h"
+#include "backend/http/RequestTarget.h"
+#include "commands/Catalogue.h"
 
 namespace
 {
-
-class EngineWork : public PendingWork
-{
-public:
-    explicit EngineWork(std::unique_ptr<EngineJob> job)
-        : m_job(std::move(job))
-    {
-    }
-
-private:
-    std::unique_ptr<EngineJob> m_job;
-};
 
 bool isAnalyticsPath(const QString &path)
 {
@@ -39,8 +27,7 @@ Service::Service(AccessPolicy policy, Engine &engine)
 {
 }
 
-std::unique_ptr<PendingWork> Service::handle(const HttpRequest &request,
-                                             HttpServer::Respond respond)
+std::unique_ptr<PendingWork> Service::handle(const HttpRequest &request, HttpRespond respond)
 {
     if (const auto refusal = m_policy.refusal(request)) {
         respond(*refusal);
@@ -62,7 +49,7 @@ std::unique_ptr<PendingWork> Service::handle(const HttpRequest &request,
 }
 
 std::unique_ptr<PendingWork> Service::generate(const QHash<QString, QString> &items,
-                                               HttpServer::Respond respond)
+                                               HttpRespond respond)
 {
     for (const auto name : {u"command", u"text"}) {
         const auto key = QString::fromUtf16(name);
@@ -82,8 +69,7 @@ std::unique_ptr<PendingWork> Service::generate(const QHash<QString, QString> &it
         respond({400, "There is no text to work on yet. Write something first."});
         return nullptr;
     }
-    return std::make_unique<EngineWork>(
-        m_engine.answer(request, [respond = std::move(respond)](const EngineAnswer &answer) {
-            respond({answer.status, answer.text.toUtf8()});
-        }));
+    return m_engine.answer(request, [respond = std::move(respond)](const EngineAnswer &answer) {
+        respond({answer.status, answer.text.toUtf8()});
+    });
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "http/HttpMessage.h"
+#include "backend/http/HttpMessage.h"
 
 #include <QHostAddress>
 #include <QStringList>

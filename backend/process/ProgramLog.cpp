@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ProgramLog.h"
+#include "backend/process/ProgramLog.h"
 
 #include <cstdio>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ParentLink.h"
+#include "backend/process/ParentLink.h"
 
 #include <cerrno>
 #include <unistd.h>

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "AccessPolicy.h"
-#include "Engine.h"
-#include "http/HttpServer.h"
+#include "backend/engine/Engine.h"
+#include "backend/http/AccessPolicy.h"
+#include "backend/http/HttpHandler.h"
 
 /// The paths that the backend serves: "/generate" for the writing commands, and
 /// the analytics paths, whose reports are thanked for and dropped.
@@ -17,11 +17,11 @@ public:
     Service(AccessPolicy policy, Engine &engine);
 
     /// The handler for HttpServer.
-    std::unique_ptr<PendingWork> handle(const HttpRequest &request, HttpServer::Respond respond);
+    std::unique_ptr<PendingWork> handle(const HttpRequest &request, HttpRespond respond);
 
 private:
     std::unique_ptr<PendingWork> generate(const QHash<QString, QString> &items,
-                                          HttpServer::Respond respond);
+                                          HttpRespond respond);
 
     AccessPolicy m_policy;
     Engine &m_engine;
