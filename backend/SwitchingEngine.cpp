@@ -3,29 +3,49 @@
 
 #include "backend/SwitchingEngine.h"
 
+#include "backend/ServerConsent.h"
 #include "backend/engine/CommonCommands.h"
 #include "backend/model/ModelEngine.h"
-#include "backend/model/ModelFinder.h"
-#include "commands/Catalogue.h"
+#include "commands/Note.h"
 
 namespace
 {
 
-QString settingsAnswer(const std::optional<ModelSettings> &model,
-                       const Configuration &configuration, const QString &path)
+QString nameOf(const ModelSettings &model)
 {
+    return model.name.isEmpty() ? QStringLiteral("default") : model.name;
+}
+
+/// Whose server it is, for a sentence.
+QString describe(const FoundServer &server)
+{
+    return QStringLiteral("\"%1\" of the Ollama on this computer (%2, run by the user \"%3\")")
+        .arg(server.model, server.address, server.ownerName);
+}
+
+QString settingsAnswer(const std::optional<FoundServer> &found, const Configuration &configuration,
+                       const QString &path)
+{
+    using Consent = FoundServer::Consent;
     QString text;
-    if (model && configuration.model) {
+    if (configuration.model) {
         text = QStringLiteral("Quillet writes with the language model \"%1\" at %2.")
-                   .arg(model->name.isEmpty() ? QStringLiteral("default") : model->name,
-                        model->server());
-    } else if (model) {
-        text = QStringLiteral("Quillet writes with the language model \"%1\" of the Ollama that "
-                              "runs on this computer.")
-                   .arg(model->name);
+                   .arg(nameOf(*configuration.model), configuration.model->server());
+    } else if (found && found->consent == Consent::Agreed) {
+        text = QStringLiteral("Quillet writes with the language model %1.").arg(describe(*found));
     } else {
         text = QStringLiteral("Quillet writes offline: your text stays on this computer. "
                               "With a language model it can do more.");
+        if (found && found->consent == Consent::Foreign) {
+            text += QStringLiteral(" The language model %1 is not used, because it belongs to "
+                                   "another person.")
+                        .arg(describe(*found));
+        } else if (found) {
+            text += QStringLiteral(" The language model %1 is not used until you agree: put "
+                                   "\"found-server = %2, %3, yes\" below [model].")
+                        .arg(describe(*found), found->address)
+                        .arg(found->owner);
+        }
     }
     for (const QString &problem : configuration.problems)
         text += QStringLiteral("\n\n⚠️ ") + problem;
@@ -34,8 +54,9 @@ QString settingsAnswer(const std::optional<ModelSettings> &model,
                            "url = http://127.0.0.1:11434/v1\n"
                            "name = llama3.1\n"
                            "# key = …, if the server asks for one\n\n"
-                           "It holds from the next command on. Without a url, an Ollama that runs "
-                           "on this computer is used; \"find-ollama = false\" turns that off.")
+                           "It holds from the next command on. Without a url, Quillet looks for an "
+                           "Ollama on this computer and asks before it uses it; "
+                           "\"find-ollama = false\" turns that off.")
                 .arg(path);
     return text;
 }
@@ -53,15 +74,17 @@ public:
     {
         const Configuration &configuration = engine.m_configuration.current();
         if (const QString text = commonCommandAnswer(m_request.command); !text.isEmpty()) {
-            later([this, text] { m_done({200, text}); });
+            later([this, text] { m_done({200, asNote(text)}); });
         } else if (configuration.findServer) {
-            engine.m_finder.find(configuration.defaults, &m_context,
-                                 [this](const std::optional<ModelSettings> &found) {
-                                     m_found = found.has_value();
-                                     answer(found);
-                                 });
+            engine.m_found.find(&m_context,
+                                [this](const std::optional<FoundServer> &found,
+                                       const ModelSettings &settings) { take(found, settings); });
+        } else if (m_request.command == u"settings") {
+            later([this] { answerSettings(std::nullopt); });
+        } else if (configuration.model) {
+            later([this, model = *configuration.model] { askModel(model); });
         } else {
-            later([this, model = configuration.model] { answer(model); });
+            later([this] { askOffline({}); });
         }
     }
 
@@ -71,42 +94,79 @@ private:
         QMetaObject::invokeMethod(&m_context, std::move(function), Qt::QueuedConnection);
     }
 
-    void answer(const std::optional<ModelSettings> &model)
+    void take(const std::optional<FoundServer> &found, const ModelSettings &settings)
     {
-        if (m_request.command == u"settings") {
-            m_done({200, settingsAnswer(model, m_engine.m_configuration.current(),
-                                        m_engine.m_configuration.path())});
-        } else if (model) {
-            m_job = m_engine.m_model.answer(*model, m_request,
-                                            [this](const ChatResult &result) { take(result); });
-        } else {
-            m_job = m_engine.m_offline.answer(m_request, m_done);
-        }
+        m_wasFound = true;
+        if (m_request.command == u"settings")
+            answerSettings(found);
+        else if (found && found->consent == FoundServer::Consent::Agreed)
+            askModel(settings);
+        else
+            askOffline({});
     }
 
-    void take(const ChatResult &result)
+    void answerSettings(const std::optional<FoundServer> &found)
     {
-        // Nobody asked for a server that was merely found; without it all is as before.
-        if (result.unreachable && m_found) {
-            m_engine.m_finder.forget();
-            later([this] { answer(std::nullopt); });
-            return;
-        }
-        m_done({result.status, result.text});
+        m_done({200, asNote(settingsAnswer(found, m_engine.m_configuration.current(),
+                                           m_engine.m_configuration.path()))});
+    }
+
+    void askModel(const ModelSettings &model)
+    {
+        m_work = m_engine.m_model.answer(
+            model, m_request, [this, model](const ModelEngine::Result &result) {
+                if (result.status == 200) {
+                    m_done({200, result.text,
+                            QStringLiteral("%1 (%2)").arg(nameOf(model), model.server()),
+                            result.remark});
+                    return;
+                }
+                if (m_wasFound && result.unreachable)
+                    m_engine.m_found.forget();
+                // The work that calls this must not be destroyed inside its call.
+                later([this, result] { fallBack(result); });
+            });
+    }
+
+    /// The offline engine's answer, and beside it why the model did not write it; where it has
+    /// none, the model's failure.
+    void fallBack(const ChatResult &failure)
+    {
+        if (failure.refused)
+            m_done({failure.status, asNote(failure.text)});
+        else
+            askOffline(failure);
+    }
+
+    void askOffline(const ChatResult &failure)
+    {
+        m_work = m_engine.m_offline.answer(m_request, [this, failure](EngineAnswer answer) {
+            if (answer.status != 200) {
+                m_done(failure.status == 200 ? EngineAnswer{answer.status, asNote(answer.text)}
+                                             : EngineAnswer{failure.status, asNote(failure.text)});
+                return;
+            }
+            // A server that was merely found is not missed when it is gone.
+            const bool isMissed = failure.status != 200 && !(m_wasFound && failure.unreachable);
+            if (isMissed) {
+                answer.remark = failure.text + QStringLiteral(" This text was written without it.");
+            }
+            m_done(answer);
+        });
     }
 
     SwitchingEngine &m_engine;
     EngineRequest m_request;
     Done m_done;
-    bool m_found = false;
-    std::unique_ptr<PendingWork> m_job;
+    bool m_wasFound = false;
+    std::unique_ptr<PendingWork> m_work;
     QObject m_context;
 };
 
-SwitchingEngine::SwitchingEngine(ConfigurationFile &configuration, ModelFinder &finder,
+SwitchingEngine::SwitchingEngine(ConfigurationFile &configuration, ServerConsent &found,
                                  ModelEngine &model, Engine &offline)
     : m_configuration(configuration)
-    , m_finder(finder)
+    , m_found(found)
     , m_model(model)
     , m_offline(offline)
 {

@@ -1,17 +1,21 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "backend/ServerConsent.h"
 #include "backend/SwitchingEngine.h"
 #include "backend/engine/ThreadedEngine.h"
 #include "backend/http/AccessPolicy.h"
 #include "backend/http/HttpServer.h"
 #include "backend/http/Service.h"
 #include "backend/model/Configuration.h"
+#include "backend/model/ListenerOwner.h"
 #include "backend/model/ModelEngine.h"
 #include "backend/model/ModelFinder.h"
 #include "backend/offline/OfflineEngine.h"
 #include "backend/process/ParentLink.h"
+#include "process/ProcessGuard.h"
 #include "backend/process/ProgramLog.h"
+#include "commands/Note.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -110,15 +114,16 @@ Options readOptions(const QCoreApplication &application)
 }
 
 /// Serves until the process ends. False: the address could not be had.
-bool serve(const Options &options, const QByteArray &secret, Engine &engine, QObject *parent)
+bool serve(const Options &options, const QByteArray &secret, Engine &engine, FoundServers &found,
+           QObject *parent)
 {
-    auto service =
-        std::make_shared<Service>(AccessPolicy(options.address, secret, options.hostNames), engine);
+    auto service = std::make_shared<Service>(
+        AccessPolicy(options.address, secret, options.hostNames), engine, found);
     auto *server = new HttpServer(
         [service](const HttpRequest &request, HttpRespond respond) {
             return service->handle(request, std::move(respond));
         },
-        parent);
+        service->admission(), HttpLimits{}, parent);
     if (!server->listen(options.address, options.port)) {
         logLine(QStringLiteral("cannot listen on %1, port %2: %3")
                     .arg(options.address.toString())
@@ -127,7 +132,7 @@ bool serve(const Options &options, const QByteArray &secret, Engine &engine, QOb
         return false;
     }
     // The parent waits for this line.
-    std::printf("port %d\n", int(server->port()));
+    std::printf("port %d\n", int(server->serverPort()));
     std::fflush(stdout);
     return true;
 }
@@ -136,6 +141,7 @@ bool serve(const Options &options, const QByteArray &secret, Engine &engine, QOb
 
 int main(int argc, char **argv)
 {
+    guardProcessMemory();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quillet-backend"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLET_VERSION));
@@ -147,13 +153,15 @@ int main(int argc, char **argv)
         logLine(problem);
 
     ModelFinder finder;
+    ServerConsent consent(configuration, finder, [](quint16 port) { return listenerOwner(port); });
     ModelEngine model;
     const OfflineEngine rules;
     ThreadedEngine offline([&rules](const EngineRequest &request) {
         const OfflineAnswer answer = rules.answer(request.command, request.text);
-        return EngineAnswer{answer.supported ? 200 : 501, answer.text};
+        return EngineAnswer{answer.supported ? 200 : 501,
+                            answer.supported ? answer.text : asNote(answer.text)};
     });
-    SwitchingEngine engine(configuration, finder, model, offline);
+    SwitchingEngine engine(configuration, consent, model, offline);
 
     // While nobody asks yet, so that the first answer need not wait.
     const auto warmUp = [&] {
@@ -167,18 +175,17 @@ int main(int argc, char **argv)
             quitWith(QStringLiteral("an address that other machines can reach needs a secret in "
                                     "QUILLET_BACKEND_SECRET"));
         }
-        if (!serve(options, secret, engine, &application))
+        if (!serve(options, secret, engine, consent, &application))
             return cannotListen;
         warmUp();
         return QCoreApplication::exec();
     }
-    // Nothing is stored, so nothing needs to be ended in order.
-    ParentLink link(
-        [&](const QByteArray &secret) {
-            if (!serve(options, secret, engine, &application))
-                std::_Exit(cannotListen);
-            warmUp();
-        },
-        [] { std::_Exit(EXIT_SUCCESS); });
+    const auto secret = ParentLink::readSecret();
+    if (!secret)
+        return EXIT_SUCCESS;
+    ParentLink::endProcessWithParent();
+    if (!serve(options, *secret, engine, consent, &application))
+        std::_Exit(cannotListen);
+    warmUp();
     return QCoreApplication::exec();
 }

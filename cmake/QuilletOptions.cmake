@@ -31,6 +31,27 @@ endif()
 target_compile_definitions(quillet_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING)
 
+# Debian's hardening, in every build of ours. A build without a type takes its flags from outside, as
+# those of distribution packages do, which bring their own.
+if(NOT CMAKE_BUILD_TYPE STREQUAL "None")
+  include(CheckCXXCompilerFlag)
+  include(CheckPIESupported)
+  check_pie_supported()
+  add_compile_options(-fstack-protector-strong -Wformat -Werror=format-security)
+  foreach(flag -fstack-clash-protection -fcf-protection)
+    string(MAKE_C_IDENTIFIER "has${flag}" known)
+    check_cxx_compiler_flag(${flag} ${known})
+    if(${known})
+      add_compile_options(${flag})
+    endif()
+  endforeach()
+  # Fortified functions need an optimising compiler, and the sanitizers replace them.
+  if(NOT QUILLET_SANITIZE)
+    add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+  endif()
+  add_link_options(-Wl,-z,relro -Wl,-z,now)
+endif()
+
 if(QUILLET_SANITIZE)
   add_compile_options(-fsanitize=${QUILLET_SANITIZE} -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUILLET_SANITIZE})

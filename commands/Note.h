@@ -18,5 +18,5 @@ inline bool isNote(QStringView body)
 /// `sentence` as a note.
 inline QString asNote(const QString &sentence)
 {
-    return notePrefix + sentence;
+    return isNote(sentence) ? sentence : notePrefix.toString() + sentence;
 }

@@ -9,17 +9,33 @@
 #include <functional>
 #include <memory>
 
+/// A piece of an answer that is still being written.
+struct EnginePiece {
+    QString text;
+    /// The pieces before this one are withdrawn.
+    bool startsOver = false;
+};
+
 struct EngineRequest {
     /// A command identifier of the catalogue.
     QString command;
     /// The user's text. Never logged, never stored.
     QString text;
+    /// Takes the answer's beginning as it is written; may be empty. What was taken is a promise
+    /// until a later piece starts over or the answer is another.
+    std::function<void(const EnginePiece &)> piece = {};
 };
 
 struct EngineAnswer {
     /// An HTTP status; anything but 200 comes with a sentence for the user.
     int status = 200;
-    QString text;
+    QString text = {};
+    /// Who wrote the text, as a person knows it: a language model and where it runs. Empty for
+    /// the offline engine and for notes.
+    QString writer = {};
+    /// A sentence for the user about a text that is good to use, such as why the offline engine
+    /// wrote it. Not a part of the text.
+    QString remark = {};
 };
 
 /// What turns a command and a text into another text. Thread: the event loop's;

@@ -3,6 +3,8 @@
 
 #include "backend/engine/ThreadedEngine.h"
 
+#include "commands/Catalogue.h"
+
 #include <QThread>
 #include <atomic>
 
@@ -37,20 +39,26 @@ private:
 ThreadedEngine::ThreadedEngine(Compute compute)
     : m_compute(std::move(compute))
 {
-    m_pool.setMaxThreadCount(std::max(4, QThread::idealThreadCount()));
+    m_long.setMaxThreadCount(std::max(4, QThread::idealThreadCount()));
+    m_short.setMaxThreadCount(2);
 }
 
 ThreadedEngine::~ThreadedEngine()
 {
-    m_pool.clear();
-    m_pool.waitForDone();
+    for (QThreadPool *pool : {&m_long, &m_short}) {
+        pool->clear();
+        pool->waitForDone();
+    }
 }
 
 std::unique_ptr<PendingWork> ThreadedEngine::answer(const EngineRequest &request, Done done)
 {
     auto shared = std::make_shared<Shared>();
     shared->done = std::move(done);
-    m_pool.start([this, shared, request] {
+    const bool isShort = request.text.size() <= maxShortText &&
+                         commandKind(request.command) != CommandKind::Translate;
+    QThreadPool &pool = isShort ? m_short : m_long;
+    pool.start([this, shared, request] {
         if (shared->cancelled)
             return;
         const EngineAnswer answer = m_compute(request);

@@ -9,7 +9,7 @@ namespace
 {
 
 /// Takes as long for a wrong guess as for a nearly right one.
-bool equalInConstantTime(const QByteArray &a, const QByteArray &b)
+bool equalInConstantTime(QByteArrayView a, QByteArrayView b)
 {
     if (a.size() != b.size())
         return false;
@@ -24,11 +24,14 @@ bool equalInConstantTime(const QByteArray &a, const QByteArray &b)
 AccessPolicy::AccessPolicy(const QHostAddress &address, QByteArray secret, QStringList hostNames)
     : m_address(address)
     , m_credentials(secret.isEmpty() ? QByteArray() : QByteArray(userName) + ':' + secret)
+    , m_path(secret.isEmpty()
+                 ? QByteArray()
+                 : pathPrefix + QUrl::toPercentEncoding(QString::fromUtf8(secret)) + '/')
     , m_hostNames(std::move(hostNames))
 {
 }
 
-std::optional<HttpResponse> AccessPolicy::refusal(const HttpRequest &request) const
+std::optional<HttpResponse> AccessPolicy::refusal(HttpRequest &request) const
 {
     if (request.hostCount != 1)
         return HttpResponse{400, "The request must have one Host field."};
@@ -38,12 +41,34 @@ std::optional<HttpResponse> AccessPolicy::refusal(const HttpRequest &request) co
                           (!request.fetchSite.isEmpty() && request.fetchSite != "none");
     if (fromPage)
         return HttpResponse{403, "Web pages may not use this server."};
-    if (!authorized(request.authorization)) {
+    if (!m_path.isEmpty() && hasPathSecret(request.target)) {
+        // The slash at the end of the prefix begins the path.
+        request.target.remove(0, m_path.size() - 1);
+    } else if (!authorized(request.authorization)) {
         return HttpResponse{401,
                             "This server asks for the secret of Quillet's present launch.",
                             {{"WWW-Authenticate", R"(Basic realm="Quillet", charset="UTF-8")"}}};
     }
     return std::nullopt;
+}
+
+bool AccessPolicy::admitsBeginning(QByteArrayView bytes) const
+{
+    if (m_path.isEmpty())
+        return true;
+    const auto space = bytes.indexOf(' ');
+    return space >= 0 && hasPathSecret(bytes.sliced(space + 1));
+}
+
+bool AccessPolicy::admits(const HttpRequest &request) const
+{
+    return hasPathSecret(request.target) || authorized(request.authorization);
+}
+
+bool AccessPolicy::hasPathSecret(QByteArrayView target) const
+{
+    return target.size() >= m_path.size() &&
+           equalInConstantTime(target.first(m_path.size()), m_path);
 }
 
 bool AccessPolicy::accepts(const QByteArray &host) const

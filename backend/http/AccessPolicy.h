@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "backend/http/HttpMessage.h"
+#include "backend/http/HttpHandler.h"
 
 #include <QHostAddress>
 #include <QStringList>
@@ -13,7 +13,7 @@
 /// web pages in the user's own browser (by the header fields that only a browser
 /// sends for a page) and pages that reach it through a host name of their own
 /// ("DNS rebinding", by the Host field). Thread: any; it never changes.
-class AccessPolicy
+class AccessPolicy : public HttpAdmission
 {
 public:
     /// `secret` is the password of HTTP Basic (RFC 7617), in UTF-8; empty: none
@@ -24,14 +24,26 @@ public:
     /// The user name of the credentials.
     static constexpr const char *userName = "quillet";
 
-    /// The answer to a request that may not go on.
-    std::optional<HttpResponse> refusal(const HttpRequest &request) const;
+    /// A path that begins with this and the secret carries the credentials itself, so that they
+    /// come before a text of many kilobytes: "/with/SECRET/generate".
+    static constexpr const char *pathPrefix = "/with/";
+
+    /// The answer to a request that may not go on. Takes the secret out of the target of one that
+    /// may.
+    std::optional<HttpResponse> refusal(HttpRequest &request) const;
+
+    bool asksForSecret() const { return !m_credentials.isEmpty(); }
+    bool admitsBeginning(QByteArrayView bytes) const override;
+    bool admits(const HttpRequest &request) const override;
 
 private:
     bool accepts(const QByteArray &host) const;
     bool authorized(const QByteArray &authorization) const;
+    bool hasPathSecret(QByteArrayView target) const;
 
     QHostAddress m_address;
     QByteArray m_credentials;
+    /// What a target that carries the secret begins with; empty without a secret.
+    QByteArray m_path;
     QStringList m_hostNames;
 };

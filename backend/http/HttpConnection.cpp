@@ -4,86 +4,129 @@
 #include "backend/http/HttpConnection.h"
 
 #include "backend/http/RequestParser.h"
+#include "commands/Note.h"
 
 #include <QDateTime>
 #include <QLocale>
 
 #include <boost/beast/http/status.hpp>
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
-constexpr int requestDeadlineMs = 60'000;
-constexpr int drainDeadlineMs = 5'000;
-constexpr qint64 maximumDrained = 64 * 1024 * 1024;
-constexpr qint64 readBufferSize = 256 * 1024;
+constexpr auto drainDeadline = 5s;
+constexpr auto probeInterval = 100ms;
+constexpr qint64 maxDrained = 64 * 1024 * 1024;
+/// What is read of further requests while one is being answered.
+constexpr qsizetype maxPipelined = 256 * 1024;
+constexpr qsizetype maxRead = 256 * 1024;
 
-QByteArray reason(int status)
+QByteArray statusLine(int status)
 {
     const auto text =
         boost::beast::http::obsolete_reason(boost::beast::http::int_to_status(unsigned(status)));
-    return QByteArray(text.data(), qsizetype(text.size()));
+    return "HTTP/1.1 " + QByteArray::number(status) + ' ' +
+           QByteArray(text.data(), qsizetype(text.size()));
 }
 
-/// The date format of RFC 9110 §5.6.7.
-QByteArray httpDate()
+/// The status line and the fields that every answer has, without the empty line.
+QByteArray commonHead(const HttpResponse &response, bool keepAlive)
 {
-    return QLocale::c()
-               .toString(QDateTime::currentDateTimeUtc(), u"ddd, dd MMM yyyy HH:mm:ss")
-               .toLatin1() +
-           " GMT";
+    // The date format of RFC 9110 §5.6.7.
+    QByteArray head = statusLine(response.status) + "\r\nDate: " +
+                      QLocale::c()
+                          .toString(QDateTime::currentDateTimeUtc(), u"ddd, dd MMM yyyy HH:mm:ss")
+                          .toLatin1() +
+                      " GMT"
+                      "\r\nContent-Type: " +
+                      response.type +
+                      "\r\nCache-Control: no-store"
+                      "\r\nX-Content-Type-Options: nosniff"
+                      "\r\nCross-Origin-Resource-Policy: same-origin";
+    for (const auto &[name, value] : response.headers)
+        head += "\r\n" + name + ": " + value;
+    if (!keepAlive)
+        head += "\r\nConnection: close";
+    return head;
 }
 
 } // namespace
 
-HttpConnection::HttpConnection(QTcpSocket *socket, HttpHandler handler, QObject *parent)
-    : QObject(parent)
-    , m_socket(socket)
+HttpConnection::HttpConnection(int descriptor, HttpHandler handler, const HttpAdmission &admission,
+                               const HttpLimits &limits)
+    : m_admission(admission)
+    , m_limits(limits)
     , m_handler(std::move(handler))
     , m_parser(std::make_unique<RequestParser>())
+    , m_socket(descriptor, [this] { socketChanged(); })
 {
-    m_socket->setParent(this);
-    m_socket->setReadBufferSize(readBufferSize);
     m_deadline.setSingleShot(true);
-    connect(m_socket, &QTcpSocket::readyRead, this, [this] { readSome(); });
-    connect(m_socket, &QTcpSocket::disconnected, this, [this] {
-        // The client is gone: whatever was computed for it is of no use.
-        ++m_serial;
-        m_work.reset();
-        deleteLater();
+    m_probing.setInterval(probeInterval);
+    m_silence.setInterval(limits.silence);
+    connect(&m_deadline, &QTimer::timeout, this, &HttpConnection::close);
+    connect(&m_silence, &QTimer::timeout, this, &HttpConnection::pad);
+    connect(&m_probing, &QTimer::timeout, this, [this] {
+        if (m_socket.hasReset())
+            close();
     });
-    connect(&m_deadline, &QTimer::timeout, this, [this] { close(); });
-    m_deadline.start(requestDeadlineMs);
-    readSome();
+    m_admitted = admission.admitsBeginning({});
+    m_deadline.start(m_admitted ? limits.request : limits.admission);
 }
 
 HttpConnection::~HttpConnection()
 {
-    // The socket outlives this part of the object; it must not call back into it.
-    m_socket->disconnect(this);
+    // The work may still hold callbacks of this object.
+    ++m_serial;
+    m_work.reset();
+}
+
+void HttpConnection::socketChanged()
+{
+    if (m_socket.isBroken())
+        close();
+    else
+        readSome();
 }
 
 void HttpConnection::readSome()
 {
     switch (m_state) {
     case State::Reading:
-        m_buffer += m_socket->readAll();
+        m_buffer += m_socket.take(maxRead);
         parse();
-        break;
-    case State::Answering:
-        // Left in the socket, which stops reading when its buffer is full.
-        break;
-    case State::Draining:
-        m_drained += m_socket->readAll().size();
-        if (m_drained > maximumDrained)
+        // The other half stays open for the answer; without a request there is none to wait for.
+        if (m_state == State::Reading && m_socket.hasEnded())
             close();
         break;
+    case State::Answering: {
+        const bool ended = m_socket.hasEnded();
+        m_buffer += m_socket.take(maxPipelined - m_buffer.size());
+        m_socket.setReading(m_buffer.size() < maxPipelined);
+        if (m_socket.hasEnded() && !ended)
+            probe();
+        break;
     }
+    case State::Draining:
+        m_drained += m_socket.take(maxRead).size();
+        if (m_drained > maxDrained || (m_socket.hasEnded() && m_socket.bytesToWrite() == 0))
+            close();
+        break;
+    case State::Closed:
+        break;
+    }
+    if (m_socket.isBroken())
+        close();
 }
 
 void HttpConnection::parse()
 {
     while (m_state == State::Reading && !m_buffer.isEmpty()) {
+        if (isStrangerTooLong()) {
+            refuse(401, "This server asks for the secret of Quillet's present launch.");
+            break;
+        }
         const auto outcome = m_parser->feed(m_buffer);
         if (outcome == RequestParser::Outcome::Failed) {
             refuse(m_parser->failureStatus(), m_parser->failureSentence());
@@ -91,69 +134,148 @@ void HttpConnection::parse()
             dispatch();
         } else {
             if (m_parser->takeExpectContinue())
-                m_socket->write("HTTP/1.1 100 Continue\r\n\r\n");
+                m_socket.write("HTTP/1.1 100 Continue\r\n\r\n");
             break;
         }
     }
 }
 
+bool HttpConnection::isStrangerTooLong()
+{
+    if (m_admitted)
+        return false;
+    if (m_admission.admitsBeginning(m_buffer)) {
+        m_admitted = true;
+        m_deadline.start(m_limits.request);
+        return false;
+    }
+    const auto max = m_limits.maxStrangersHead;
+    return !m_parser->hasHead() && m_buffer.size() > max &&
+           !m_buffer.first(max).contains("\r\n\r\n");
+}
+
 void HttpConnection::refuse(int status, const QByteArray &sentence)
 {
-    send({status, sentence}, false);
+    m_keepAlive = false;
+    m_isHead = false;
+    send({status, sentence});
     drainThenClose();
 }
 
 void HttpConnection::dispatch()
 {
-    m_state = State::Answering;
-    m_deadline.stop();
-    const bool keepAlive = m_parser->keepAlive();
     const HttpRequest request = m_parser->request();
+    m_keepAlive = m_parser->keepAlive();
     m_parser = std::make_unique<RequestParser>();
+    m_state = State::Answering;
+    m_isHead = request.method == "HEAD";
+    m_takesChunks = request.takesChunks && !m_isHead;
+    m_prefersLive = request.prefersLive && m_takesChunks;
+    m_admitted = m_admitted || m_admission.admits(request);
+    m_deadline.stop();
+    if (m_prefersLive)
+        m_silence.start();
     const quint64 serial = ++m_serial;
-    QPointer<HttpConnection> self(this);
-    auto work = m_handler(request, [self, serial, keepAlive](const HttpResponse &response) {
-        if (!self || self->m_serial != serial)
-            return;
-        ++self->m_serial;
-        self->send(response, keepAlive);
-        // Queued: the work that called this must not be destroyed under its own feet.
-        QMetaObject::invokeMethod(
-            self, [self, keepAlive] { self->finish(keepAlive); }, Qt::QueuedConnection);
-    });
-    if (m_serial == serial)
+    const QPointer<HttpConnection> self(this);
+    auto work = m_handler(request, {[self, serial](const HttpPiece &piece) {
+                                        if (self && self->m_serial == serial)
+                                            self->take(piece);
+                                    },
+                                    [self, serial](const HttpResponse &response) {
+                                        if (self && self->m_serial == serial)
+                                            self->complete(response);
+                                    }});
+    if (m_serial == serial) {
         m_work = std::move(work);
+        if (m_socket.hasEnded())
+            probe();
+    }
 }
 
-void HttpConnection::finish(bool keepAlive)
+void HttpConnection::take(const HttpPiece &piece)
+{
+    if (!m_takesChunks || piece.text.isEmpty())
+        return;
+    sendLiveHead();
+    m_socket.write(m_live->piece(piece.text, piece.startsOver));
+    if (m_prefersLive)
+        m_silence.start();
+}
+
+void HttpConnection::complete(const HttpResponse &response)
+{
+    ++m_serial;
+    m_silence.stop();
+    m_probing.stop();
+    if (!m_live) {
+        send(response);
+    } else if (const auto rest = m_live->complete(response.body, response.headers)) {
+        m_socket.write(*rest);
+        m_live.reset();
+    }
+    // Queued: the work that called this must not be destroyed inside its own call.
+    QMetaObject::invokeMethod(this, &HttpConnection::finish, Qt::QueuedConnection);
+}
+
+void HttpConnection::finish()
 {
     m_work.reset();
-    if (keepAlive) {
-        m_state = State::Reading;
-        m_deadline.start(requestDeadlineMs);
-        readSome();
-    } else if (m_buffer.isEmpty() && m_socket->bytesAvailable() == 0) {
+    if (m_state != State::Answering)
+        return;
+    if (m_live) {
+        // What was sent is not the answer: the body stays without its end.
         close();
+    } else if (m_keepAlive && !m_socket.hasEnded()) {
+        m_state = State::Reading;
+        m_deadline.start(m_admitted ? m_limits.request : m_limits.admission);
+        m_socket.setReading(true);
+        Q_EMIT idle();
+        readSome();
     } else {
         drainThenClose();
     }
 }
 
-void HttpConnection::send(const HttpResponse &response, bool keepAlive)
+void HttpConnection::pad()
 {
-    QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + ' ' +
-                      reason(response.status) + "\r\nDate: " + httpDate() +
-                      "\r\nContent-Type: text/plain; charset=utf-8"
-                      "\r\nCache-Control: no-store"
-                      "\r\nX-Content-Type-Options: nosniff"
-                      "\r\nCross-Origin-Resource-Policy: same-origin"
-                      "\r\nContent-Length: " +
-                      QByteArray::number(response.body.size());
-    for (const auto &[name, value] : response.headers)
-        head += "\r\n" + name + ": " + value;
-    if (!keepAlive)
-        head += "\r\nConnection: close";
-    m_socket->write(head + "\r\n\r\n" + response.body);
+    sendLiveHead();
+    m_socket.write(m_live->pad());
+}
+
+void HttpConnection::probe()
+{
+    // The client has closed its half, or the whole: a byte that changes nothing brings a reset
+    // when nothing reads it any more.
+    if (m_live)
+        m_socket.write("0"); // of the next chunk's size
+    else if (m_takesChunks)
+        m_socket.write("HTTP/1.1 100 Continue\r\n\r\n");
+    if (m_socket.hasReset())
+        close();
+    else
+        m_probing.start();
+}
+
+void HttpConnection::send(const HttpResponse &response)
+{
+    QByteArray head = commonHead(response, m_keepAlive);
+    // What is not a rewriting is a note, so that no client writes it into a document.
+    const QByteArray note = notePrefix.toUtf8();
+    const bool needsMark = response.status >= 400 && !response.body.startsWith(note);
+    const QByteArray body = needsMark ? note + response.body : response.body;
+    if (!m_isHead)
+        head += "\r\nContent-Length: " + QByteArray::number(body.size());
+    m_socket.write(head + "\r\n\r\n" + (m_isHead ? QByteArray() : body));
+}
+
+void HttpConnection::sendLiveHead()
+{
+    if (m_live)
+        return;
+    m_live.emplace(m_prefersLive);
+    m_socket.write(commonHead(HttpResponse{}, m_keepAlive) +
+                   (m_prefersLive ? "\r\nPreference-Applied: live" : "") +
+                   "\r\nTransfer-Encoding: chunked\r\n\r\n");
 }
 
 void HttpConnection::drainThenClose()
@@ -162,13 +284,23 @@ void HttpConnection::drainThenClose()
     // would lose the answer (RFC 9112 §9.6).
     m_state = State::Draining;
     m_buffer.clear();
-    m_deadline.start(drainDeadlineMs);
+    m_socket.endWriting();
+    m_socket.setReading(true);
+    m_deadline.start(drainDeadline);
     readSome();
 }
 
 void HttpConnection::close()
 {
-    m_socket->disconnectFromHost();
-    if (m_socket->state() != QAbstractSocket::UnconnectedState)
-        m_deadline.start(drainDeadlineMs);
+    if (std::exchange(m_state, State::Closed) == State::Closed)
+        return;
+    ++m_serial;
+    m_deadline.stop();
+    m_silence.stop();
+    m_probing.stop();
+    m_socket.setReading(false);
+    // Queued: this can run inside a call of the work or of the handler.
+    QMetaObject::invokeMethod(
+        this, [this] { m_work.reset(); }, Qt::QueuedConnection);
+    Q_EMIT closed();
 }

@@ -21,11 +21,26 @@ struct HttpRequest {
     QByteArray origin;
     QByteArray referer;
     QByteArray fetchSite;
+    /// The client speaks HTTP/1.1 and so takes an answer in chunks.
+    bool takesChunks = false;
+    /// The client asked for the marks of LiveBody ("Prefer: live", RFC 7240).
+    bool prefersLive = false;
 };
+
+using HttpHeaders = QList<QPair<QByteArray, QByteArray>>;
 
 struct HttpResponse {
     int status = 200;
     /// Plain text in UTF-8.
     QByteArray body;
-    QList<QPair<QByteArray, QByteArray>> headers = {};
+    HttpHeaders headers = {};
+    QByteArray type = "text/plain; charset=utf-8";
+};
+
+/// A further piece of an answer with status 200 that is still being written.
+struct HttpPiece {
+    /// UTF-8, whole characters.
+    QByteArray text;
+    /// The pieces before this one are withdrawn.
+    bool startsOver = false;
 };

@@ -5,34 +5,60 @@
 
 #include "backend/http/HttpConnection.h"
 
-namespace
-{
-constexpr int maximumConnections = 256;
-}
+#include <algorithm>
 
-HttpServer::HttpServer(HttpHandler handler, QObject *parent)
-    : QObject(parent)
+HttpServer::HttpServer(HttpHandler handler, const HttpAdmission &admission,
+                       const HttpLimits &limits, QObject *parent)
+    : QTcpServer(parent)
     , m_handler(std::move(handler))
+    , m_admission(admission)
+    , m_limits(limits)
 {
-    connect(&m_server, &QTcpServer::newConnection, this, [this] { accept(); });
+    setListenBacklogSize(int(limits.maxConnections));
 }
 
-bool HttpServer::listen(const QHostAddress &address, quint16 port)
+HttpServer::~HttpServer() = default;
+
+void HttpServer::incomingConnection(qintptr descriptor)
 {
-    return m_server.listen(address, port);
+    const bool hasRoom = makeRoom();
+    auto *connection = m_connections
+                           .emplace_back(std::make_unique<HttpConnection>(
+                               int(descriptor), m_handler, m_admission, m_limits))
+                           .get();
+    connect(connection, &HttpConnection::idle, this, [this, connection] {
+        const auto place = std::find_if(m_connections.begin(), m_connections.end(),
+                                        [&](const auto &c) { return c.get() == connection; });
+        m_connections.splice(m_connections.end(), m_connections, place);
+    });
+    // Queued: a connection must not be destroyed inside its own call.
+    connect(
+        connection, &HttpConnection::closed, this, [this, connection] { remove(connection); },
+        Qt::QueuedConnection);
+    // Everyone is being answered: further clients wait in the listening socket's queue.
+    if (!hasRoom)
+        pauseAccepting();
 }
 
-void HttpServer::accept()
+bool HttpServer::makeRoom()
 {
-    while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-        auto *connection = new HttpConnection(socket, m_handler, this);
-        ++m_connections;
-        connect(connection, &QObject::destroyed, this, [this] {
-            --m_connections;
-            m_server.resumeAccepting();
-        });
-        // Further clients wait in the listening socket's queue.
-        if (m_connections >= maximumConnections)
-            m_server.pauseAccepting();
+    if (m_connections.size() + 1 < m_limits.maxConnections)
+        return true;
+    for (const bool admitted : {false, true}) {
+        const auto oldest =
+            std::find_if(m_connections.begin(), m_connections.end(), [&](const auto &connection) {
+                return connection->isIdle() && connection->isAdmitted() == admitted;
+            });
+        if (oldest != m_connections.end()) {
+            m_connections.erase(oldest);
+            return true;
+        }
     }
+    return false;
+}
+
+void HttpServer::remove(HttpConnection *connection)
+{
+    m_connections.remove_if([&](const auto &other) { return other.get() == connection; });
+    resumeAccepting();
 }

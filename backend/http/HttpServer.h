@@ -8,27 +8,35 @@
 #include <QHostAddress>
 #include <QTcpServer>
 
+#include <list>
+
+class HttpConnection;
+
 /// An HTTP/1.1 server on the event loop of the thread that made it: no thread
 /// waits for a slow answer. Connections are kept alive; when a client goes
 /// away, the work for its request is cancelled.
 ///
 /// Bounds: a request line of 1 MiB (414 above it), 60 KiB of header fields (431),
-/// a body of 32 MiB (413), 256 connections, 60 seconds for a request to arrive.
-class HttpServer : public QObject
+/// a body of 32 MiB (413), and those of HttpLimits. When there are too many
+/// connections, the one that has been idle longest goes, strangers first.
+class HttpServer : public QTcpServer
 {
 public:
-    explicit HttpServer(HttpHandler handler, QObject *parent = nullptr);
+    /// `admission` outlives the server.
+    HttpServer(HttpHandler handler, const HttpAdmission &admission, const HttpLimits &limits = {},
+               QObject *parent = nullptr);
+    ~HttpServer() override;
 
-    /// Port 0 takes a free one. False: errorString() says why.
-    bool listen(const QHostAddress &address, quint16 port);
-    QString errorString() const { return m_server.errorString(); }
-    quint16 port() const { return m_server.serverPort(); }
-    QHostAddress address() const { return m_server.serverAddress(); }
+protected:
+    void incomingConnection(qintptr descriptor) override;
 
 private:
-    void accept();
+    void remove(HttpConnection *connection);
+    bool makeRoom();
 
-    QTcpServer m_server;
     HttpHandler m_handler;
-    int m_connections = 0;
+    const HttpAdmission &m_admission;
+    HttpLimits m_limits;
+    /// In the order in which they last had something to do.
+    std::list<std::unique_ptr<HttpConnection>> m_connections;
 };

@@ -6,6 +6,7 @@
 #include <boost/asio/buffer.hpp>
 #include <boost/beast/http/empty_body.hpp>
 #include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/rfc7230.hpp>
 
 namespace beast = boost::beast;
 namespace http = boost::beast::http;
@@ -14,8 +15,8 @@ namespace
 {
 
 /// Below the 64 KiB that the parser can keep of one field.
-constexpr quint32 maximumFields = 60 * 1024;
-constexpr quint64 maximumBody = 32 * 1024 * 1024;
+constexpr quint32 maxFields = 60 * 1024;
+constexpr quint64 maxBody = 32 * 1024 * 1024;
 
 /// A body that is counted and dropped.
 struct DroppedBody {
@@ -60,12 +61,12 @@ struct RequestParser::Private {
             lineEnd = buffer.indexOf("\r\n", std::max<qsizetype>(0, searched - 1));
             searched = buffer.size();
         }
-        if ((lineEnd < 0 ? buffer.size() : lineEnd) > RequestParser::maximumRequestLine)
+        if ((lineEnd < 0 ? buffer.size() : lineEnd) > RequestParser::maxRequestLine)
             return 414;
-        if (lineEnd < 0 || buffer.size() - lineEnd <= maximumFields)
+        if (lineEnd < 0 || buffer.size() - lineEnd <= maxFields)
             return 0;
         const auto end = buffer.indexOf("\r\n\r\n", lineEnd);
-        return end < 0 || end - lineEnd > maximumFields ? 431 : 0;
+        return end < 0 || end - lineEnd > maxFields ? 431 : 0;
     }
 
     Outcome fail(int code, const char *text)
@@ -79,9 +80,10 @@ struct RequestParser::Private {
 RequestParser::RequestParser()
     : d(std::make_unique<Private>())
 {
-    d->parser.header_limit(quint32(RequestParser::maximumRequestLine) + maximumFields);
-    d->parser.body_limit(maximumBody);
-    d->parser.eager(true);
+    d->parser.header_limit(quint32(RequestParser::maxRequestLine) + maxFields);
+    d->parser.body_limit(maxBody);
+    // Stops after the header section, so that a body can be refused before it is parsed.
+    d->parser.eager(false);
 }
 
 RequestParser::~RequestParser() = default;
@@ -103,12 +105,14 @@ RequestParser::Outcome RequestParser::feed(QByteArray &buffer)
                 boost::asio::buffer(buffer.constData() + taken, std::size_t(buffer.size() - taken)),
                 error);
             taken += qsizetype(used);
+            if (!error && d->parser.is_header_done() && d->parser.chunked())
+                return d->fail(411, "A body needs a Content-Length.");
             if (used == 0)
                 break;
         }
     } catch (const std::exception &) {
-        // The parser throws for a single trailer field above its own bound.
-        return d->fail(431, "The request's trailer fields are too long.");
+        // The parser throws for a single field above its own bound.
+        return d->fail(431, "The request's header fields are too long.");
     }
     buffer.remove(0, taken);
     if (error == http::error::header_limit)
@@ -138,6 +142,11 @@ bool RequestParser::takeExpectContinue()
     return beast::iequals(d->parser.get()[http::field::expect], "100-continue");
 }
 
+bool RequestParser::hasHead() const
+{
+    return d->parser.is_header_done();
+}
+
 bool RequestParser::keepAlive() const
 {
     return d->parser.keep_alive();
@@ -155,5 +164,7 @@ HttpRequest RequestParser::request() const
     request.origin = bytes(message[http::field::origin]);
     request.referer = bytes(message[http::field::referer]);
     request.fetchSite = bytes(message["Sec-Fetch-Site"]);
+    request.takesChunks = message.version() >= 11;
+    request.prefersLive = http::token_list(message["Prefer"]).exists("live");
     return request;
 }

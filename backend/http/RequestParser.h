@@ -12,7 +12,7 @@
 class RequestParser
 {
 public:
-    static constexpr qsizetype maximumRequestLine = 1024 * 1024;
+    static constexpr qsizetype maxRequestLine = 1024 * 1024;
 
     RequestParser();
     ~RequestParser();
@@ -28,6 +28,8 @@ public:
     QByteArray failureSentence() const;
     /// Whether the client waits for a "100 Continue" (once for each request).
     bool takeExpectContinue();
+    /// Whether the request line and the fields have come.
+    bool hasHead() const;
     bool keepAlive() const;
     /// After Complete.
     HttpRequest request() const;

@@ -48,17 +48,29 @@ std::optional<QString> decoded(QByteArrayView encoded)
 
 std::optional<RequestTarget> parseRequestTarget(const QByteArray &target)
 {
-    const auto question = target.indexOf('?');
-    const QByteArrayView whole(target);
+    RequestTarget result;
+    QByteArrayView whole(target);
+    if (!target.startsWith('/') && target != "*") {
+        constexpr QByteArrayView scheme = "http://";
+        if (whole.first(std::min(whole.size(), scheme.size())).compare(scheme, Qt::CaseInsensitive))
+            return std::nullopt;
+        whole = whole.sliced(scheme.size());
+        auto end = qsizetype(0);
+        while (end < whole.size() && whole[end] != '/' && whole[end] != '?')
+            ++end;
+        result.authority = whole.first(end).toByteArray();
+        whole = whole.sliced(end);
+    }
+    const auto question = whole.indexOf('?');
     const auto path = decoded(question < 0 ? whole : whole.first(question));
     if (!path)
         return std::nullopt;
-    RequestTarget result{*path, {}};
-    qsizetype start = question < 0 ? target.size() : question + 1;
-    while (start < target.size()) {
-        auto end = target.indexOf('&', start);
+    result.path = path->isEmpty() ? QStringLiteral("/") : *path;
+    qsizetype start = question < 0 ? whole.size() : question + 1;
+    while (start < whole.size()) {
+        auto end = whole.indexOf('&', start);
         if (end < 0)
-            end = target.size();
+            end = whole.size();
         const auto item = whole.sliced(start, end - start);
         start = end + 1;
         if (item.isEmpty())

@@ -3,6 +3,8 @@
 
 #include "backend/model/ChatCompletion.h"
 
+#include "backend/model/AnswerCleaner.h"
+
 #include <QHostAddress>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,8 +15,25 @@ namespace
 {
 
 /// What an answer may take on the wire; a streamed one carries a lot besides the text.
-constexpr qint64 maximumReceived = 64 * 1024 * 1024;
-constexpr qint64 maximumErrorBody = 64 * 1024;
+constexpr qint64 maxReceived = 64 * 1024 * 1024;
+constexpr qint64 maxErrorBody = 64 * 1024;
+
+bool isOnThisMachine(const QUrl &url)
+{
+    return url.host() == u"localhost" || QHostAddress(url.host()).isLoopback();
+}
+
+/// The text of a message: a string, or a list of parts that each have one.
+QString contentOf(const QJsonValue &content)
+{
+    if (!content.isArray())
+        return content.toString();
+    QString text;
+    const auto parts = content.toArray();
+    for (const auto &part : parts)
+        text += part.toObject().value(u"text").toString();
+    return text;
+}
 
 QByteArray requestBody(const ModelSettings &settings, const ChatPrompt &prompt)
 {
@@ -22,12 +41,21 @@ QByteArray requestBody(const ModelSettings &settings, const ChatPrompt &prompt)
         return QJsonObject{{QStringLiteral("role"), QString::fromLatin1(role)},
                            {QStringLiteral("content"), content}};
     };
-    const QJsonObject body{{QStringLiteral("model"),
-                            settings.name.isEmpty() ? QStringLiteral("default") : settings.name},
-                           {QStringLiteral("messages"), QJsonArray{message("system", prompt.system),
-                                                                   message("user", prompt.user)}},
-                           {QStringLiteral("temperature"), settings.temperature},
-                           {QStringLiteral("stream"), true}};
+    QJsonObject body{{QStringLiteral("model"),
+                      settings.name.isEmpty() ? QStringLiteral("default") : settings.name},
+                     {QStringLiteral("messages"),
+                      QJsonArray{message("system", prompt.system), message("user", prompt.user)}},
+                     {QStringLiteral("stream"), true}};
+    if (!prompt.plain) {
+        body.insert(u"temperature", settings.temperature.value_or(prompt.temperature));
+        body.insert(u"max_tokens", prompt.maxTokens);
+        if (isOnThisMachine(settings.url)) {
+            // How the servers that people run themselves switch off thinking, each in its own way.
+            body.insert(u"chat_template_kwargs",
+                        QJsonObject{{QStringLiteral("enable_thinking"), false}});
+            body.insert(u"think", false);
+        }
+    }
     return QJsonDocument(body).toJson(QJsonDocument::Compact);
 }
 
@@ -54,15 +82,16 @@ QString tooLongSentence()
 } // namespace
 
 ChatCompletion::ChatCompletion(NetworkPool &pool, const ModelSettings &settings,
-                               const ChatPrompt &prompt, Done done)
+                               const ChatPrompt &prompt, QString source, Piece piece, Done done)
     : m_pool(pool)
     , m_settings(settings)
+    , m_source(std::move(source))
+    , m_piece(std::move(piece))
     , m_done(std::move(done))
 {
-    const QString host = settings.url.host();
-    m_manager = pool.take(host == u"localhost" || QHostAddress(host).isLoopback());
+    m_manager = pool.take(isOnThisMachine(settings.url));
     // Room for a model that thinks aloud before it answers, and for an answer of many pages.
-    m_maximumText = 8 * 1024 * 1024 + 16 * prompt.user.size();
+    m_maxText = 8 * 1024 * 1024 + 16 * prompt.user.size();
 
     QNetworkRequest request(settings.url);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArray("application/json"));
@@ -82,13 +111,15 @@ ChatCompletion::ChatCompletion(NetworkPool &pool, const ModelSettings &settings,
     m_reply->setReadBufferSize(1024 * 1024);
 
     m_idle.setSingleShot(true);
-    m_idle.setInterval(settings.timeoutSeconds * 1000);
+    m_idle.setInterval(settings.timeout);
     m_idle.start();
     connect(&m_idle, &QTimer::timeout, this, [this] {
-        fail(504,
-             QStringLiteral("The language model took too long to answer. Try again, or with a "
-                            "shorter text."),
-             QStringLiteral("no data for %1 s").arg(m_settings.timeoutSeconds));
+        fail(
+            504,
+            QStringLiteral("The language model took too long to answer. Try again, or with a "
+                           "shorter text."),
+            QStringLiteral("no data for %1 s")
+                .arg(std::chrono::duration_cast<std::chrono::seconds>(m_settings.timeout).count()));
     });
     connect(m_reply, &QNetworkReply::metaDataChanged, this, [this] { chooseFormat(); });
     connect(m_reply, &QNetworkReply::readyRead, this, [this] { read(); });
@@ -139,9 +170,9 @@ void ChatCompletion::read()
     const QByteArray bytes = m_reply->readAll();
     m_received += bytes.size();
     if (m_format == Format::Error) {
-        if (m_body.size() < maximumErrorBody)
+        if (m_body.size() < maxErrorBody)
             m_body += bytes;
-        if (m_received > maximumErrorBody)
+        if (m_received > maxErrorBody)
             failWithStatus(m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt());
         return;
     }
@@ -152,12 +183,25 @@ void ChatCompletion::read()
         for (const QByteArray &event : events)
             takeEvent(event);
     }
-    const bool jsonTooLong = m_body.size() > 2 * m_maximumText;
-    if (m_received > maximumReceived || m_events.overflowed() || jsonTooLong ||
-        m_text.size() > m_maximumText) {
-        fail(502, QStringLiteral("The language model did not come to an end. Try again."),
-             QStringLiteral("answer longer than its bound"));
+    isWithinBounds();
+}
+
+bool ChatCompletion::isWithinBounds()
+{
+    if (m_settled)
+        return false;
+    constexpr qsizetype step = 2048;
+    bool isEndless = m_received > maxReceived || m_events.overflowed() ||
+                     m_body.size() > 2 * m_maxText || m_text.size() > m_maxText;
+    if (!isEndless && m_text.size() >= m_checked + step) {
+        m_checked = m_text.size();
+        isEndless = isLooping(m_text, m_source);
     }
+    if (isEndless) {
+        fail(502, QStringLiteral("The language model did not come to an end. Try again."),
+             QStringLiteral("answer longer than its bound, or in a loop"));
+    }
+    return !isEndless;
 }
 
 void ChatCompletion::takeEvent(const QByteArray &event)
@@ -187,7 +231,13 @@ bool ChatCompletion::takeChoice(const QJsonObject &message, const char16_t *fiel
     // An event without choices reports usage.
     const QJsonObject choice = message.value(u"choices").toArray().at(0).toObject();
     const QJsonObject content = choice.value(QStringView(field)).toObject();
-    m_text += content.value(u"content").toString();
+    const QString text = contentOf(content.value(u"content"));
+    m_text += text;
+    m_refusal += content.value(u"refusal").toString();
+    if (!isWithinBounds())
+        return true;
+    if (!text.isEmpty() && m_piece)
+        m_piece(text);
     if (const QString reason = choice.value(u"finish_reason").toString(); !reason.isEmpty())
         m_finishReason = reason;
     return !content.isEmpty();
@@ -214,7 +264,10 @@ void ChatCompletion::replyFinished()
     }
     if (m_format == Format::Json) {
         const QJsonObject object = QJsonDocument::fromJson(m_body).object();
-        if (!takeChoice(object, u"message")) {
+        const bool isChat = takeChoice(object, u"message");
+        if (m_settled)
+            return;
+        if (!isChat) {
             fail(502, QStringLiteral("The language model's answer could not be read. Try again."),
                  QStringLiteral("the body is not a chat completion"));
             return;
@@ -233,9 +286,11 @@ void ChatCompletion::replyFinished()
     if (m_finishReason == u"length") {
         fail(502, tooLongSentence(),
              QStringLiteral("the answer was cut off (finish_reason length)"));
-    } else if (m_finishReason == u"content_filter") {
-        fail(502, QStringLiteral("The language model's provider refused this text."),
-             QStringLiteral("finish_reason content_filter"));
+    } else if (m_finishReason == u"content_filter" || (m_text.isEmpty() && !m_refusal.isEmpty())) {
+        ChatResult result{502, QStringLiteral("The language model's provider refused this text."),
+                          QStringLiteral("refused by the provider"), false};
+        result.refused = true;
+        settle(std::move(result));
     } else {
         settle({200, m_text, {}, false});
     }
@@ -273,7 +328,14 @@ void ChatCompletion::failWithStatus(int httpStatus)
         sentence = QStringLiteral("The language model did not accept the request. Check the model "
                                   "in Quillet's settings.");
     }
-    fail(status, sentence, QStringLiteral("HTTP %1 (%2)").arg(httpStatus).arg(name));
+    ChatResult result{status, sentence, QStringLiteral("HTTP %1 (%2)").arg(httpStatus).arg(name),
+                      false};
+    result.httpStatus = httpStatus;
+    bool valid = false;
+    const int seconds = m_reply->rawHeader("Retry-After").toInt(&valid);
+    if (valid && seconds >= 0)
+        result.retryAfter = std::chrono::seconds(seconds);
+    settle(std::move(result));
 }
 
 void ChatCompletion::failWithNetworkError(QNetworkReply::NetworkError error)
@@ -319,7 +381,7 @@ void ChatCompletion::settle(ChatResult result)
         return;
     m_settled = true;
     m_idle.stop();
-    // Later, so that whoever listens may destroy the reply's manager.
+    // Later, so that the listener may destroy the reply's manager.
     QMetaObject::invokeMethod(
         this, [this, result = std::move(result)] { m_done(result); }, Qt::QueuedConnection);
 }

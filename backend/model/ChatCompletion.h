@@ -14,6 +14,12 @@
 struct ChatPrompt {
     QString system;
     QString user;
+    double temperature = 0.3;
+    /// The longest answer that is of use.
+    int maxTokens = 1024;
+    /// Whether to send only what every server knows: some refuse a request for a field that is new
+    /// to them.
+    bool plain = false;
 };
 
 struct ChatResult {
@@ -23,8 +29,14 @@ struct ChatResult {
     QString text;
     /// For the log: never with text of the user's or the model's.
     QString cause;
-    /// Nobody listens at the address, or it cannot be found.
+    /// Nothing listens at the address, or it cannot be found.
     bool unreachable = false;
+    /// The server's own status; 0 without one.
+    int httpStatus = 0;
+    /// How long the server asks to wait (RFC 9110 §10.2.3); negative when it does not say.
+    std::chrono::seconds retryAfter{-1};
+    /// The model will not do this, whatever the settings: `text` says so.
+    bool refused = false;
 };
 
 /// One request to a chat completions interface: POST of JSON, an answer that
@@ -35,11 +47,13 @@ class ChatCompletion : public QObject
 {
 public:
     using Done = std::function<void(ChatResult)>;
+    using Piece = std::function<void(const QString &)>;
 
-    /// Calls `done` once, later, never after destruction; this must not be
-    /// destroyed inside `done`. `pool` outlives it.
+    /// Calls `done` once, later, never after destruction, and `piece` for each part
+    /// of a streamed answer before that; this must not be destroyed inside either.
+    /// `source` is what the model works on. `pool` outlives it.
     ChatCompletion(NetworkPool &pool, const ModelSettings &settings, const ChatPrompt &prompt,
-                   Done done);
+                   QString source, Piece piece, Done done);
     ~ChatCompletion() override;
 
 private:
@@ -49,7 +63,7 @@ private:
     void read();
     void takeEvent(const QByteArray &event);
     bool takeChoice(const QJsonObject &message, const char16_t *field);
-    void takeErrorBody(const QByteArray &body);
+    bool isWithinBounds();
     void replyFinished();
     void fail(int status, const QString &sentence, const QString &cause);
     void failWithStatus(int httpStatus);
@@ -59,6 +73,8 @@ private:
     NetworkPool &m_pool;
     NetworkPool::Manager m_manager;
     ModelSettings m_settings;
+    QString m_source;
+    Piece m_piece;
     Done m_done;
     QNetworkReply *m_reply = nullptr;
     QTimer m_idle;
@@ -66,9 +82,12 @@ private:
     ServerSentEvents m_events;
     QByteArray m_body;
     QString m_text;
+    /// How much of m_text was looked at for a loop.
+    qsizetype m_checked = 0;
+    QString m_refusal;
     QString m_finishReason;
     qint64 m_received = 0;
-    qsizetype m_maximumText = 0;
+    qsizetype m_maxText = 0;
     bool m_streamEnded = false;
     bool m_settled = false;
 };

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QHostAddress>
 #include <QProcessEnvironment>
+#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace
@@ -25,8 +26,11 @@ constexpr Option temperatureOption{u"temperature", u"QUILLET_MODEL_TEMPERATURE"}
 constexpr Option timeoutOption{u"timeout", u"QUILLET_MODEL_TIMEOUT"};
 constexpr Option windowOption{u"window", u"QUILLET_MODEL_WINDOW"};
 constexpr Option findOption{u"find-ollama", u"QUILLET_FIND_OLLAMA"};
-constexpr Option allOptions[] = {urlOption,     nameOption,   keyOption, temperatureOption,
-                                 timeoutOption, windowOption, findOption};
+/// Only in the file: the answer is kept for the user, not given by whoever starts the program.
+constexpr Option foundOption{u"found-server", u""};
+constexpr Option allOptions[] = {urlOption,     nameOption,   keyOption,  temperatureOption,
+                                 timeoutOption, windowOption, findOption, foundOption};
+const QString modelSection = QStringLiteral("[model]");
 
 /// A value and where it stands, for messages.
 struct Value {
@@ -43,7 +47,7 @@ public:
         for (const Option &option : allOptions) {
             const QString variable = QString::fromUtf16(option.variable);
             const QString text = environment.value(variable).trimmed();
-            if (!text.isEmpty())
+            if (!variable.isEmpty() && !text.isEmpty())
                 m_values.insert(QString::fromUtf16(option.key), {text, variable});
         }
     }
@@ -54,12 +58,15 @@ public:
         ModelSettings &settings = result.defaults;
         settings.name = text(nameOption);
         settings.key = key();
-        settings.temperature = number(temperatureOption, settings.temperature, 0, 2);
-        settings.timeoutSeconds = int(number(timeoutOption, settings.timeoutSeconds, 1, 3600));
+        if (!text(temperatureOption).isEmpty())
+            settings.temperature = number(temperatureOption, 0.3, 0, 2);
+        const double seconds = std::chrono::duration<double>(settings.timeout).count();
+        settings.timeout = std::chrono::seconds(int(number(timeoutOption, seconds, 1, 3600)));
         settings.window = int(number(windowOption, settings.window, 2048, 4'000'000));
         result.findServer = flag(findOption, true);
+        result.foundServer = serverAnswer();
         if (m_values.contains(QString::fromUtf16(urlOption.key))) {
-            // Whoever names a server does not mean another one.
+            // A server that is named is the only one that is meant.
             result.findServer = false;
             if (const auto url = chatUrl()) {
                 result.model = settings;
@@ -89,7 +96,7 @@ private:
             if (line.isEmpty() || line.startsWith(u'#') || line.startsWith(u';'))
                 continue;
             if (line.startsWith(u'[')) {
-                inModelSection = line == u"[model]";
+                inModelSection = line == modelSection;
                 if (!inModelSection)
                     complain(place, QStringLiteral("the only section is [model]"));
                 continue;
@@ -164,6 +171,23 @@ private:
         return fallback;
     }
 
+    /// "127.0.0.1:11434, 998, yes": host and port, the owner's user id, the answer.
+    std::optional<ServerAnswer> serverAnswer()
+    {
+        const Value value = m_values.value(QString::fromUtf16(foundOption.key));
+        if (value.text.isEmpty())
+            return std::nullopt;
+        const QStringList parts = value.text.split(u',');
+        bool valid = false;
+        const unsigned owner = parts.value(1).trimmed().toUInt(&valid);
+        const QString word = parts.value(2).trimmed();
+        if (parts.size() == 3 && valid && (word == u"yes" || word == u"no"))
+            return ServerAnswer{parts[0].trimmed(), owner, word == u"yes"};
+        complain(value.place, QStringLiteral("found-server must read \"host:port, user id, yes\" "
+                                             "or \"…, no\""));
+        return std::nullopt;
+    }
+
     QByteArray key()
     {
         const Value value = m_values.value(QString::fromUtf16(keyOption.key));
@@ -234,9 +258,50 @@ ConfigurationFile::Environment ConfigurationFile::processEnvironment()
     Environment result;
     for (const Option &option : allOptions) {
         const QString variable = QString::fromUtf16(option.variable);
-        result.insert(variable, process.value(variable));
+        if (!variable.isEmpty())
+            result.insert(variable, process.value(variable));
     }
+    // Out of sight of programs that this one starts, and of /proc.
+    qunsetenv("QUILLET_MODEL_KEY");
     return result;
+}
+
+bool ConfigurationFile::remember(const ServerAnswer &answer)
+{
+    constexpr qint64 maxSize = 64 * 1024;
+    QFile file(m_path);
+    QStringList lines;
+    if (file.exists()) {
+        if (file.size() > maxSize || !file.open(QIODevice::ReadOnly))
+            return false;
+        lines = QString::fromUtf8(file.readAll()).split(u'\n');
+        file.close();
+    }
+    const QString key = QString::fromUtf16(foundOption.key);
+    lines.removeIf([&](const QString &line) {
+        return line.section(u'=', 0, 0).trimmed().toLower() == key && line.contains(u'=');
+    });
+    const QString line = QStringLiteral("%1 = %2, %3, %4")
+                             .arg(key, answer.address)
+                             .arg(answer.owner)
+                             .arg(answer.agreed ? u"yes"_qs : u"no"_qs);
+    qsizetype section = 0;
+    while (section < lines.size() && lines[section].trimmed() != modelSection)
+        ++section;
+    if (section < lines.size())
+        lines.insert(section + 1, line);
+    else
+        lines = QStringList{modelSection, line} + lines;
+    QDir().mkpath(QFileInfo(m_path).path());
+    QSaveFile written(m_path);
+    if (!written.open(QIODevice::WriteOnly))
+        return false;
+    // It may hold a key.
+    written.setPermissions(file.exists() ? file.permissions()
+                                         : QFile::ReadOwner | QFile::WriteOwner);
+    written.write(lines.join(u'\n').toUtf8());
+    m_readAt.reset();
+    return written.commit();
 }
 
 const Configuration &ConfigurationFile::current()

@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QStringList>
 #include <QUrl>
+#include <chrono>
 #include <optional>
 
 /// How to reach a language model through the chat completions interface.
@@ -16,15 +17,25 @@ struct ModelSettings {
     QString name;
     /// Sent as a bearer token (RFC 6750 §2.1); may be empty. Never logged.
     QByteArray key;
-    double temperature = 0.3;
+    /// Absent: the one that fits the command.
+    std::optional<double> temperature;
     /// The longest wait for the next piece of an answer.
-    int timeoutSeconds = 120;
+    std::chrono::milliseconds timeout = std::chrono::seconds(120);
     /// Tokens that the model can see at once, its own answer included.
     int window = 4096;
 
     /// The server as a person knows it, without path or credentials.
     QString server() const;
     bool operator==(const ModelSettings &) const = default;
+};
+
+/// The user's answer about a server that was found on this machine.
+struct ServerAnswer {
+    /// Host and port.
+    QString address;
+    /// The user id of the listener that the answer is about.
+    unsigned owner = 0;
+    bool agreed = false;
 };
 
 struct Configuration {
@@ -34,6 +45,8 @@ struct Configuration {
     ModelSettings defaults;
     /// Look for a server on its usual address when none is set.
     bool findServer = true;
+    /// Absent until the user has answered.
+    std::optional<ServerAnswer> foundServer;
     /// One sentence for each value that cannot be used.
     QStringList problems;
 };
@@ -54,6 +67,9 @@ public:
     QString path() const { return m_path; }
     /// Reads the file again when it has changed since the last call.
     const Configuration &current();
+    /// Writes the answer into the file, beside everything that stands there. False: it cannot be
+    /// written.
+    bool remember(const ServerAnswer &answer);
 
 private:
     QString m_path;

@@ -16,6 +16,26 @@ struct Task {
     double growth = 1.3;
 };
 
+constexpr double translationGrowth = 1.8;
+
+/// How freely the model may choose its words. What must come back nearly as it was leaves no
+/// choice; a tone needs some.
+double temperatureFor(const QString &command)
+{
+    if (command == u"check-grammar")
+        return 0;
+    switch (commandKind(command).value_or(CommandKind::Rewrite)) {
+    case CommandKind::Tone:
+        return command == u"professional" ? 0.3 : 0.7;
+    case CommandKind::Reply:
+        return 0.6;
+    case CommandKind::Translate:
+        return 0.1;
+    default:
+        return command == u"expand" || command == u"elevate" ? 0.5 : 0.2;
+    }
+}
+
 constexpr auto tasks = std::to_array<Task>({
     {"quick-improve",
      "Improve the text: correct spelling, grammar and punctuation, and mend clumsy, unclear "
@@ -185,7 +205,9 @@ ChatPrompt makePrompt(const QString &command, const QString &text, const QString
     // Once more: after a long text, and after orders in it, the last word counts.
     user += QStringLiteral("That was the text. The task: ") + instruction(command);
     user += QStringLiteral("\n\nAnswer with the resulting text alone.");
-    return {system, user};
+    ChatPrompt prompt{system, user};
+    prompt.temperature = temperatureFor(command);
+    return prompt;
 }
 
 QString makeDelimiter(const QString &text)
@@ -200,5 +222,5 @@ QString makeDelimiter(const QString &text)
 double expectedGrowth(const QString &command)
 {
     const Task *task = taskOf(command);
-    return task ? task->growth : 1.8;
+    return task ? task->growth : translationGrowth;
 }

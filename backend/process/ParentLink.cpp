@@ -4,42 +4,47 @@
 #include "backend/process/ParentLink.h"
 
 #include <cerrno>
+#include <cstdlib>
+#include <thread>
 #include <unistd.h>
 
 namespace
 {
-constexpr qsizetype maximumSecret = 1024;
+
+constexpr qsizetype maxSecret = 1024;
+
+/// Like read(2), but goes on after a signal.
+ssize_t readInput(char *bytes, std::size_t size)
+{
+    ssize_t count = 0;
+    do {
+        count = ::read(STDIN_FILENO, bytes, size);
+    } while (count < 0 && errno == EINTR);
+    return count;
 }
 
-ParentLink::ParentLink(std::function<void(QByteArray)> secret, std::function<void()> gone)
-    : m_secret(std::move(secret))
-    , m_gone(std::move(gone))
-    , m_notifier(STDIN_FILENO, QSocketNotifier::Read)
+} // namespace
+
+std::optional<QByteArray> ParentLink::readSecret()
 {
-    connect(&m_notifier, &QSocketNotifier::activated, this, [this] { readSome(); });
+    QByteArray line;
+    char c = 0;
+    while (readInput(&c, 1) == 1) {
+        if (c == '\n')
+            return line.isEmpty() ? std::nullopt : std::optional(line);
+        line += c;
+        if (line.size() > maxSecret)
+            break;
+    }
+    return std::nullopt;
 }
 
-void ParentLink::readSome()
+void ParentLink::endProcessWithParent()
 {
-    char bytes[512];
-    const auto count = ::read(STDIN_FILENO, bytes, sizeof bytes);
-    if (count < 0 && (errno == EINTR || errno == EAGAIN))
-        return;
-    if (count <= 0) {
-        m_notifier.setEnabled(false);
-        m_gone();
-        return;
-    }
-    if (m_hasSecret)
-        return;
-    m_line.append(bytes, count);
-    const auto end = m_line.indexOf('\n');
-    if (end == 0 || m_line.size() > maximumSecret) {
-        m_notifier.setEnabled(false);
-        m_gone();
-    } else if (end > 0) {
-        m_hasSecret = true;
-        m_secret(m_line.first(end));
-        m_line.clear();
-    }
+    std::thread([] {
+        char bytes[512];
+        while (readInput(bytes, sizeof bytes) > 0)
+            ;
+        std::_Exit(EXIT_SUCCESS);
+    }).detach();
 }

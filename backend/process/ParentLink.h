@@ -3,26 +3,22 @@
 
 #pragma once
 
-#include <QObject>
-#include <QSocketNotifier>
-#include <functional>
+#include <QByteArray>
 
-/// The child's end of its life with Quillet: standard input brings the secret
-/// of this launch as its first line, and its end of file says that Quillet is
-/// gone, however it ended. Thread: the event loop's.
-class ParentLink : public QObject
+#include <optional>
+
+/// The child's end of its life with Quillet. Standard input brings the secret of
+/// this launch as its first line, and its end says that Quillet is gone, however
+/// it ended.
+namespace ParentLink
 {
-public:
-    /// `secret` is called once, with a line that is not empty. `gone` is called
-    /// at the end of file, and when no usable secret comes.
-    ParentLink(std::function<void(QByteArray)> secret, std::function<void()> gone);
 
-private:
-    void readSome();
+/// Waits for the secret. Nothing when standard input ends first, or when the line
+/// is empty or longer than a secret is. Thread: any, before end…() is called.
+std::optional<QByteArray> readSecret();
 
-    std::function<void(QByteArray)> m_secret;
-    std::function<void()> m_gone;
-    QSocketNotifier m_notifier;
-    QByteArray m_line;
-    bool m_hasSecret = false;
-};
+/// From now on the process ends as soon as standard input does, whatever its other
+/// threads are doing. Nothing is stored, so nothing needs to be ended in order.
+void endProcessWithParent();
+
+} // namespace ParentLink

@@ -88,6 +88,8 @@ void Application::prepareEndpoint()
         m_endpoint = std::move(backend);
     }
     m_writing = std::make_unique<WritingService>(*m_endpoint, BackendService::shared());
+    m_foundServers = std::make_unique<FoundServerDesk>(*m_endpoint);
+    connect(m_foundServers.get(), &FoundServerDesk::unanswered, this, &Application::askAboutServer);
 }
 
 QWidget *Application::makeHomeView(QWidget *parent,
@@ -125,11 +127,22 @@ void Application::createObserver()
             {m_platform->accessibility(), m_platform->workspace(), manager,
              static_cast<std::int32_t>(QCoreApplication::applicationPid())});
         // The first command is quicker when the backend is up by then.
-        m_endpoint->withEndpoint([](const QString &, const QString &) {});
+        m_foundServers->look();
         connect(&AccessibilityObserver::shared(), &AccessibilityObserver::noInputFocused, this,
                 &Application::adviseOnFocusedApplication);
     }
     AccessibilityObserver::shared();
+}
+
+void Application::askAboutServer(const FoundServer &server)
+{
+    m_serverQuestion.ask(
+        {server.address, server.ownerName, server.model}, [this, server](bool agreed) {
+            m_foundServers->answer(server, agreed, [this](bool stored) {
+                if (!stored)
+                    m_notice.tell(QStringLiteral("Your answer could not be stored."));
+            });
+        });
 }
 
 void Application::keepUnwrittenText(const QString &text, const platform::WriteOutcome &outcome)

@@ -5,7 +5,9 @@
 
 #include "quillet/shell/Notice.h"
 #include "quillet/shell/QuilletApp.h"
+#include "quillet/window/FoundServerQuestion.h"
 #include "quillet/window/WindowNotifications.h"
+#include "quillet/writing/FoundServer.h"
 #include "quillet/writing/WritingEndpoint.h"
 #include "quillet/writing/WritingService.h"
 
@@ -35,6 +37,7 @@ private:
     QWidget *makeHomeView(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     QWidget *makeWizard(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     void createObserver();
+    void askAboutServer(const FoundServer &server);
     void keepUnwrittenText(const QString &text, const platform::WriteOutcome &outcome);
     void adviseOnFocusedApplication();
 
@@ -46,5 +49,7 @@ private:
     bool m_observing = false;
     std::unique_ptr<WritingEndpoint> m_endpoint;
     std::unique_ptr<WritingService> m_writing;
+    std::unique_ptr<FoundServerDesk> m_foundServers;
+    FoundServerQuestion m_serverQuestion;
     std::unique_ptr<QuilletApp> m_app;
 };

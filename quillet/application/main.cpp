@@ -3,6 +3,7 @@
 
 #include "BuildConstants.h"
 #include "platform/Platform.h"
+#include "process/ProcessGuard.h"
 #include "quillet/application/Application.h"
 #include "quillet/shell/SingleInstance.h"
 
@@ -48,6 +49,7 @@ bool parseCommandLine()
 
 int main(int argc, char **argv)
 {
+    guardProcessMemory();
     QCoreApplication::setOrganizationName(QStringLiteral("quillet"));
     QCoreApplication::setApplicationName(QStringLiteral("quillet"));
     QCoreApplication::setApplicationVersion(BuildConstants::Version);

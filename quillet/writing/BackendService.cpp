@@ -6,23 +6,19 @@
 #include <QCoreApplication>
 #include <QFuture>
 #include <QHostAddress>
+#include <QMetaEnum>
 #include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QPointer>
 #include <QPromise>
-#include <QStringDecoder>
 #include <QThreadPool>
 #include <QUrl>
 
-#include <chrono>
 #include <memory>
-
-using namespace std::chrono_literals;
+#include <optional>
 
 namespace
 {
-
-constexpr auto TimeWithoutData = 60s;
 
 /// The characters that a query item keeps as they are: RFC 3986's pchar, "/" and "?", less those
 /// that separate items. The plus sign is among them.
@@ -78,22 +74,28 @@ bool isHttpStatus(QNetworkReply::NetworkError error)
            error != QNetworkReply::ProtocolFailure;
 }
 
-BackendService::Result resultOf(QNetworkReply &reply)
+/// The error in words. The system's own description has the URL in it, and with it the text.
+QString sentenceOf(QNetworkReply::NetworkError error)
 {
-    // Nobody cancels a request but the clock.
-    if (reply.error() == QNetworkReply::OperationCanceledError)
-        return BackendFailure(QStringLiteral("The request timed out"));
-    const bool answered = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    if (reply.error() != QNetworkReply::NoError && !(answered && isHttpStatus(reply.error())))
-        return BackendFailure(reply.errorString());
-    if (!answered)
-        return BackendFailure(BackendError::noData);
-    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
-                                                    QStringDecoder::Flag::ConvertInitialBom);
-    const QString text = decode(reply.readAll());
-    if (decode.hasError())
-        return BackendFailure(QStringLiteral("❌ Failed to decode data as UTF-8 text"));
-    return text;
+    switch (error) {
+    case QNetworkReply::OperationCanceledError: // only the clock cancels
+    case QNetworkReply::TimeoutError:
+        return QStringLiteral("The request timed out");
+    case QNetworkReply::ConnectionRefusedError:
+    case QNetworkReply::HostNotFoundError:
+    case QNetworkReply::UnknownNetworkError:
+        return QStringLiteral("The writing backend cannot be reached");
+    case QNetworkReply::RemoteHostClosedError:
+        return QStringLiteral("The connection to the writing backend broke off");
+    case QNetworkReply::SslHandshakeFailedError:
+        return QStringLiteral("A secure connection to the writing backend could not be made");
+    case QNetworkReply::InsecureRedirectError:
+        return QStringLiteral("The writing backend has moved to another address");
+    default:
+        return QStringLiteral("The request failed (%1)")
+            .arg(QLatin1StringView(
+                QMetaEnum::fromType<QNetworkReply::NetworkError>().valueToKey(error)));
+    }
 }
 
 } // namespace
@@ -106,8 +108,139 @@ QString describe(const BackendFailure &failure)
     return std::get<QString>(failure);
 }
 
-BackendService::BackendService(QObject *parent)
+/// One request from its URL to its completion; destroys itself afterwards.
+class BackendService::Transfer : public BackendWork
+{
+public:
+    Transfer(BackendService *service, Beginning beginning, AnswerCompletion completion)
+        : BackendWork(service)
+        , m_service(service)
+        , m_beginning(std::move(beginning))
+        , m_completion(std::move(completion))
+    {
+    }
+
+    ~Transfer() override { drop(); }
+
+    void end() override
+    {
+        m_ended = true;
+        drop();
+        deleteLater();
+    }
+
+    void start(const QUrl &endpoint, const QMap<QString, QString> &parameters)
+    {
+        requestUrl(endpoint, parameters).then(this, [this](const QUrl &url) {
+            if (!m_ended)
+                send(url);
+        });
+    }
+
+    /// Fails later, from the event loop.
+    void fail(const BackendFailure &failure)
+    {
+        QMetaObject::invokeMethod(
+            this,
+            [this, failure] {
+                call([&] { m_completion(failure); });
+                deleteLater();
+            },
+            Qt::QueuedConnection);
+    }
+
+private:
+    void drop()
+    {
+        if (!m_reply)
+            return;
+        m_reply->disconnect(this);
+        m_reply->abort();
+        m_reply->deleteLater();
+    }
+
+    void send(const QUrl &url)
+    {
+        QNetworkRequest request(url);
+        request.setTransferTimeout(int(m_service->m_timeWithoutData.count()));
+        request.setRawHeader("Prefer", "live");
+        // Compression would hold pieces back.
+        request.setRawHeader("Accept-Encoding", "identity");
+        request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                             QNetworkRequest::SameOriginRedirectPolicy);
+        m_reply = m_service->m_session.get(request);
+        connect(m_reply, &QNetworkReply::readyRead, this, [this] { read(); });
+        connect(m_reply, &QNetworkReply::finished, this, [this] { conclude(); });
+    }
+
+    void read()
+    {
+        if (!m_answer)
+            m_answer.emplace(m_reply->rawHeader("Preference-Applied") == "live");
+        const QByteArray bytes = m_reply->isOpen() ? m_reply->readAll() : QByteArray();
+        m_size += bytes.size();
+        if (m_size > MaximumAnswerSize) {
+            m_reply->abort(); // concludes
+            return;
+        }
+        if (const auto piece = m_answer->feed(bytes); piece && m_beginning)
+            call([&] { m_beginning(*piece); });
+    }
+
+    void conclude()
+    {
+        if (m_size <= MaximumAnswerSize)
+            read();
+        m_reply->deleteLater();
+        call([this] { m_completion(result()); });
+        deleteLater();
+    }
+
+    AnswerResult result() const
+    {
+        if (m_size > MaximumAnswerSize) {
+            return BackendFailure(QStringLiteral("The answer is larger than %1 MB")
+                                      .arg(MaximumAnswerSize / (1024 * 1024)));
+        }
+        const auto error = m_reply->error();
+        const bool answered =
+            m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+        if (error != QNetworkReply::NoError && !(answered && isHttpStatus(error)))
+            return BackendFailure(sentenceOf(error));
+        if (!answered)
+            return BackendFailure(BackendError::noData);
+        const auto text = m_answer->text();
+        if (!text)
+            return BackendFailure(QStringLiteral("❌ Failed to decode data as UTF-8 text"));
+        return BackendAnswer{*text, said("Quillet-Writer"), said("Quillet-Remark")};
+    }
+
+    /// What stands in a header field at the head or behind the text.
+    QString said(const QByteArray &name) const
+    {
+        const QByteArray late = m_answer->header(name);
+        return QUrl::fromPercentEncoding(late.isEmpty() ? m_reply->rawHeader(name) : late);
+    }
+
+    /// Calls back unless the request was ended, which a call before may have done.
+    template <class Call> void call(Call &&function)
+    {
+        if (!m_ended)
+            function();
+    }
+
+    BackendService *m_service;
+    Beginning m_beginning;
+    AnswerCompletion m_completion;
+    QPointer<QNetworkReply> m_reply;
+    std::optional<LiveAnswer> m_answer;
+    qint64 m_size = 0;
+    bool m_ended = false;
+};
+
+BackendService::BackendService(QObject *parent, std::chrono::milliseconds timeWithoutData)
     : QObject(parent)
+    , m_timeWithoutData(timeWithoutData)
 {
     m_session.setProxyFactory(new DesktopProxies);
 }
@@ -128,29 +261,26 @@ void BackendService::get(const QString &from, const QMap<QString, QString> &para
         completion(BackendFailure(BackendError::invalidURL));
         return;
     }
-    requestUrl(endpoint, parameters)
-        .then(this, [this, completion = std::move(completion)](const QUrl &url) mutable {
-            request(url, std::move(completion));
+    auto *transfer =
+        new Transfer(this, {}, [completion = std::move(completion)](const AnswerResult &result) {
+            if (const auto *answer = std::get_if<BackendAnswer>(&result))
+                completion(answer->text);
+            else
+                completion(std::get<BackendFailure>(result));
         });
+    transfer->start(endpoint, parameters);
 }
 
-void BackendService::request(const QUrl &url, Completion completion)
+std::unique_ptr<BackendRequest>
+BackendService::getAsItComes(const QString &from, const QMap<QString, QString> &parameters,
+                             Beginning beginning, AnswerCompletion completion)
 {
-    QNetworkRequest request(url);
-    request.setTransferTimeout(std::chrono::milliseconds(TimeWithoutData).count());
-    QNetworkReply *reply = m_session.get(request);
-    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
-        if (received > MaximumAnswerSize) {
-            reply->setProperty("tooLarge", true);
-            reply->abort();
-        }
-    });
-    connect(reply, &QNetworkReply::finished, this, [reply, completion = std::move(completion)] {
-        reply->deleteLater();
-        if (reply->property("tooLarge").toBool())
-            completion(BackendFailure(QStringLiteral("The answer is larger than %1 MB")
-                                          .arg(MaximumAnswerSize / (1024 * 1024))));
-        else
-            completion(resultOf(*reply));
-    });
+    const QUrl endpoint(from, QUrl::StrictMode);
+    auto *transfer = new Transfer(this, std::move(beginning), std::move(completion));
+    auto request = std::make_unique<BackendRequest>(transfer);
+    if (endpoint.isValid())
+        transfer->start(endpoint, parameters);
+    else
+        transfer->fail(BackendError::invalidURL);
+    return request;
 }

@@ -8,13 +8,14 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
-#include <QUrl>
+
+using namespace std::chrono_literals;
 
 namespace
 {
 
-constexpr int startDeadlineMs = 10'000;
-constexpr int endDeadlineMs = 1'000;
+constexpr auto startDeadline = 10s;
+constexpr std::chrono::milliseconds endDeadline = 1s;
 
 QByteArray makeSecret()
 {
@@ -23,16 +24,20 @@ QByteArray makeSecret()
     return QByteArray(reinterpret_cast<const char *>(words), sizeof words).toHex();
 }
 
-QString addressOf(int port, const QByteArray &secret, const QString &path)
+/// Where texts go. The path carries the secret, so that the backend knows us before the text, which
+/// stands in the request's first line as well.
+QString generateUrl(int port, const QByteArray &secret)
 {
-    QUrl url;
-    url.setScheme(QStringLiteral("http"));
-    url.setHost(QStringLiteral("127.0.0.1"));
-    url.setPort(port);
-    url.setUserName(QStringLiteral("quillet"));
-    url.setPassword(QString::fromLatin1(secret));
-    url.setPath(path);
-    return url.toString(QUrl::FullyEncoded);
+    return QStringLiteral("http://127.0.0.1:%1/with/%2/generate")
+        .arg(port)
+        .arg(QLatin1StringView(secret));
+}
+
+QString analyticsUrl(int port, const QByteArray &secret)
+{
+    return QStringLiteral("http://quillet:%2@127.0.0.1:%1")
+        .arg(port)
+        .arg(QLatin1StringView(secret));
 }
 
 } // namespace
@@ -42,7 +47,7 @@ LocalBackend::LocalBackend(QString program, QObject *parent)
     , m_program(std::move(program))
 {
     m_deadline.setSingleShot(true);
-    m_deadline.setInterval(startDeadlineMs);
+    m_deadline.setInterval(startDeadline);
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         stop();
         tellWaiting({}, QStringLiteral("The local writing backend did not start in time."));
@@ -113,8 +118,8 @@ void LocalBackend::readPort()
         if (!valid || port == 0 || !m_url.isEmpty())
             continue;
         m_deadline.stop();
-        m_url = addressOf(port, m_secret, QStringLiteral("/generate"));
-        Q_EMIT analyticsMoved(addressOf(port, m_secret, {}));
+        m_url = generateUrl(port, m_secret);
+        Q_EMIT analyticsMoved(analyticsUrl(port, m_secret));
         tellWaiting(m_url, {});
     }
 }
@@ -127,9 +132,10 @@ void LocalBackend::stop()
         return;
     m_process->disconnect(this);
     m_process->closeWriteChannel();
-    if (m_process->state() != QProcess::NotRunning && !m_process->waitForFinished(endDeadlineMs)) {
+    if (m_process->state() != QProcess::NotRunning &&
+        !m_process->waitForFinished(int(endDeadline.count()))) {
         m_process->kill();
-        m_process->waitForFinished(endDeadlineMs);
+        m_process->waitForFinished(int(endDeadline.count()));
     }
     m_process.reset();
 }

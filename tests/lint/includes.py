@@ -18,6 +18,8 @@ import sys
 MAY_INCLUDE = {
     # The list of writing commands, for application and backend.
     "commands": [],
+    # What both programs do to protect their process.
+    "process": [],
 
     # The analytics client, from the ground up.
     "MetricPost/include": [],
@@ -35,15 +37,17 @@ MAY_INCLUDE = {
                             "MetricPost/log"],
 
     # The writing backend.
+    "backend/process": [],
     "backend/engine": ["commands"],
-    "backend/http": [],
-    "backend/model": ["backend/engine", "commands"],
+    "backend/http": ["backend/engine", "commands"],
+    "backend/model": ["backend/engine", "backend/process", "commands"],
     "backend/offline/text": [],
     "backend/offline/words": ["backend/offline/text"],
     "backend/offline/rules": ["backend/offline/words", "backend/offline/text"],
     "backend/offline": ["backend/offline/rules", "backend/offline/words", "backend/offline/text",
                         "backend/engine", "commands"],
-    "backend": ["backend/engine", "backend/http", "backend/model", "backend/offline", "commands"],
+    "backend": ["process", "backend/process", "backend/engine", "backend/http", "backend/model",
+                "backend/offline", "commands"],
 
     # The platform's contract, and the Linux adapter from the ground up. The accessibility bus's
     # side (atspi, reading, focus, accessibility) and the window system's (x11, keyboard) meet in
@@ -79,7 +83,7 @@ MAY_INCLUDE = {
     "quillet/window": ["platform", "quillet/widgets"],
     "quillet/shell": ["platform", "quillet/diagnostics"],
     "quillet/doctor": ["platform"],
-    "quillet/application": ["platform", "MetricPost/include", "quillet/analytics",
+    "quillet/application": ["platform", "process", "MetricPost/include", "quillet/analytics",
                             "quillet/button",
                             "quillet/diagnostics", "quillet/focus", "quillet/popup",
                             "quillet/shell", "quillet/widgets", "quillet/window",

@@ -69,7 +69,8 @@ QByteArray BackendProcess::exchange(const QByteArray &bytes) const
         const auto length = answer.indexOf("Content-Length: ");
         const auto size = answer.mid(length + 16, answer.indexOf('\r', length) - length - 16);
         const bool whole = head >= 0 && length >= 0 && answer.size() >= head + 4 + size.toInt();
-        return whole || socket.state() == QAbstractSocket::UnconnectedState;
+        const bool wholeInChunks = answer.endsWith("\r\n0\r\n\r\n");
+        return whole || wholeInChunks || socket.state() == QAbstractSocket::UnconnectedState;
     });
     EXPECT_TRUE(ended);
     return answer;

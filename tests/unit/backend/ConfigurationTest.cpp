@@ -3,9 +3,13 @@
 
 #include "backend/model/Configuration.h"
 
+#include "backend/model/ListenerOwner.h"
+
 #include <QFile>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace
 {
@@ -41,7 +45,7 @@ TEST(Configuration, ReadsTheFileAndLetsTheEnvironmentOverrule)
     EXPECT_EQ(configuration.model->name, u"a=b; c"_qs);
     EXPECT_EQ(configuration.model->key, "sk-1,2%3\\4");
     EXPECT_EQ(configuration.model->temperature, 0);
-    EXPECT_EQ(configuration.model->timeoutSeconds, 7);
+    EXPECT_EQ(configuration.model->timeout, std::chrono::seconds(7));
     EXPECT_EQ(configuration.model->window, 32768);
     EXPECT_EQ(configuration.problems, QStringList());
     EXPECT_FALSE(configuration.findServer);
@@ -75,6 +79,67 @@ TEST(Configuration, NamesEachValueThatItCannotUse)
     EXPECT_FALSE(configuration.findServer);
     for (const char16_t *hidden : {u"hunter2", u"sk-loose", u"sk 1"})
         EXPECT_FALSE(problems.contains(QString::fromUtf16(hidden)));
+}
+
+TEST(Configuration, RemembersAnAnswerBesideEverythingElse)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"quillet/backend.ini"_qs);
+    ConfigurationFile configuration(path, {});
+    EXPECT_FALSE(configuration.current().foundServer);
+    ASSERT_TRUE(configuration.remember({u"127.0.0.1:11434"_qs, 998, true}));
+    ASSERT_TRUE(configuration.current().foundServer);
+    EXPECT_TRUE(configuration.current().foundServer->agreed);
+    EXPECT_EQ(configuration.current().foundServer->owner, 998U);
+    EXPECT_EQ(configuration.current().problems, QStringList());
+
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("; mine\n[model]\nname = x\nfound-server = 127.0.0.1:1, 2, yes\nwindow = 8192");
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    file.close();
+    ASSERT_TRUE(configuration.remember({u"127.0.0.1:11434"_qs, 0, false}));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "; mine\n[model]\nfound-server = 127.0.0.1:11434, 0, no\nname = x\n"
+                              "window = 8192");
+    EXPECT_FALSE(file.permissions() & QFile::ReadOther);
+    EXPECT_FALSE(configuration.current().foundServer->agreed);
+    EXPECT_TRUE(
+        read("[model]\nfound-server = 127.0.0.1, yes").problems.value(0).contains(u"found-server"));
+}
+
+TEST(ListenerOwner, IsWhoseListenerAConnectionReaches)
+{
+    QTemporaryDir folder;
+    const auto write = [&](const QString &name, const QByteArray &lines) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(
+            "  sl  local_address rem_address   st tx_queue rx_queue tr tm->when retrnsmt   uid\n" +
+            lines);
+    };
+    const auto row = [](const QByteArray &local, const QByteArray &state, int uid) {
+        return "   0: " + local + " 00000000:0000 " + state +
+               " 00000000:00000000 00:00000000 00000000  " + QByteArray::number(uid) +
+               "        0 31 1\n";
+    };
+    const auto owner = [&] { return listenerOwner(11434, folder.path()); };
+    EXPECT_EQ(owner(), std::nullopt);
+    write(u"tcp"_qs, row("0100007F:2CAB", "0A", 7) + row("0100007F:2CAA", "01", 8) +
+                         row("00000000:2CAA", "0A", 998));
+    EXPECT_EQ(owner(), 998U);
+    write(u"tcp6"_qs, row("00000000000000000000000000000000:2CAA", "0A", 1001));
+    EXPECT_EQ(owner(), 998U) << "one for IPv4 is closer than one for all";
+    write(u"tcp"_qs, row("00000000:2CAA", "0A", 998) + row("0100007F:2CAA", "0A", 1000));
+    EXPECT_EQ(owner(), 1000U);
+    write(u"tcp"_qs, row("0100007F:2CAA", "0A", 998) + row("0100007F:2CAA", "0A", 1000));
+    EXPECT_EQ(owner(), std::nullopt);
+    // The kernel's own tables.
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    EXPECT_EQ(listenerOwner(server.serverPort()), ::geteuid());
+    EXPECT_TRUE(isSystemAccount(0));
+    EXPECT_FALSE(isSystemAccount(1000));
 }
 
 TEST(Configuration, WarnsOfAKeyThatOthersCanRead)

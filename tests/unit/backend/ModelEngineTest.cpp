@@ -3,28 +3,35 @@
 
 #include "backend/model/ModelEngine.h"
 #include "FakeModel.h"
+#include "backend/ServerConsent.h"
 #include "backend/SwitchingEngine.h"
 #include "backend/model/ModelFinder.h"
+#include "commands/Note.h"
 #include "support/WaitUntil.h"
 
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
 
 namespace
 {
 
-ChatResult run(const FakeModel &model, const QString &text, const QString &command = u"clear"_qs,
-               ModelSettings settings = {})
+ModelEngine::Result run(const FakeModel &model, const QString &text,
+                        const QString &command = u"clear"_qs, ModelSettings settings = {})
 {
     settings.url = model.url();
     if (settings.name.isEmpty())
         settings.name = u"tiny"_qs;
-    ModelEngine engine;
-    std::optional<ChatResult> result;
-    const auto job = engine.answer(settings, {command, text},
-                                   [&result](const ChatResult &answer) { result = answer; });
+    ModelEngine engine({.maxRetries = 0});
+    std::optional<ModelEngine::Result> result;
+    const auto job =
+        engine.answer(settings, {command, text},
+                      [&result](const ModelEngine::Result &answer) { result = answer; });
     EXPECT_FALSE(result.has_value());
     EXPECT_TRUE(waitUntil([&] { return result.has_value(); }));
-    return result.value_or(ChatResult{});
+    return result.value_or(ModelEngine::Result{});
 }
 
 TEST(ModelEngine, SendsADelimitedTextAndReadsWholeAndStreamedAnswers)
@@ -37,7 +44,7 @@ TEST(ModelEngine, SendsADelimitedTextAndReadsWholeAndStreamedAnswers)
         ModelSettings settings;
         settings.key = "sk-1";
         settings.temperature = 0.75;
-        const ChatResult result = run(model, attack, u"french"_qs, settings);
+        const auto result = run(model, attack, u"french"_qs, settings);
         EXPECT_EQ(result.status, 200);
         EXPECT_EQ(result.text, u"fine text"_qs);
         ASSERT_EQ(model.requests().size(), 1);
@@ -95,7 +102,7 @@ TEST(ModelEngine, TurnsEveryFailureIntoASentenceAndKeepsTextAndKeyOutOfTheLog)
         ModelSettings settings;
         settings.key = "sk-9";
         testing::internal::CaptureStderr();
-        const ChatResult result = run(model, u"my private text"_qs, u"clear"_qs, settings);
+        const auto result = run(model, u"my private text"_qs, u"clear"_qs, settings);
         const std::string lines = testing::internal::GetCapturedStderr();
         EXPECT_EQ(result.status, status) << cause;
         EXPECT_TRUE(result.text.contains(words)) << cause << ": " << qPrintable(result.text);
@@ -107,7 +114,10 @@ TEST(ModelEngine, TurnsEveryFailureIntoASentenceAndKeepsTextAndKeyOutOfTheLog)
 
 TEST(ModelEngine, ReadsAnAnswerThatComesAsOneEvent)
 {
-    const QString page(5 * 1024 * 1024, u'x');
+    QString page;
+    for (int i = 0; page.size() < 5 * 1024 * 1024; ++i)
+        page += QString::number(i) + (i % 10 ? u' ' : u'\n');
+    page = page.trimmed();
     FakeModel model(FakeModel::stream({page}));
     EXPECT_TRUE(run(model, u"abc"_qs).text == page);
 }
@@ -119,7 +129,7 @@ TEST(ModelEngine, TakesNoKeyToAnotherAddress)
                                    "\r\nContent-Length: 0\r\n\r\n"));
     ModelSettings settings;
     settings.key = "sk-1";
-    const ChatResult result = run(model, u"abc"_qs, u"clear"_qs, settings);
+    const auto result = run(model, u"abc"_qs, u"clear"_qs, settings);
     EXPECT_EQ(result.status, 502);
     EXPECT_TRUE(result.text.contains(u"moved"));
     EXPECT_TRUE(other.requests().isEmpty());
@@ -128,25 +138,104 @@ TEST(ModelEngine, TakesNoKeyToAnotherAddress)
 TEST(ModelEngine, WaitsForASlowModelOnlyWhileSomethingComes)
 {
     ModelSettings settings;
-    settings.timeoutSeconds = 2;
+    settings.timeout = 5s;
     // Longer in all than the limit, but never silent for as long.
     FakeModel slow([](QTcpSocket *socket, const FakeModel::Request &) {
         socket->write(FakeModel::streamHead());
         auto *timer = new QTimer(socket);
         QObject::connect(timer, &QTimer::timeout, socket, [socket, count = 0]() mutable {
-            socket->write(++count < 25 ? FakeModel::event(u"x"_qs) : "data: [DONE]\n\n");
+            socket->write(++count < 8 ? FakeModel::event(u"x"_qs) : "data: [DONE]\n\n");
         });
-        timer->start(100);
+        timer->start(800);
     });
-    EXPECT_EQ(run(slow, u"abc"_qs, u"clear"_qs, settings).text, QString(24, u'x'));
+    EXPECT_EQ(run(slow, u"abc"_qs, u"clear"_qs, settings).text, QString(7, u'x'));
 
-    settings.timeoutSeconds = 1;
+    settings.timeout = 200ms;
     FakeModel silent([](QTcpSocket *socket, const FakeModel::Request &) {
         socket->write(FakeModel::streamHead() + FakeModel::event(u"x"_qs));
     });
-    const ChatResult result = run(silent, u"abc"_qs, u"clear"_qs, settings);
+    const auto result = run(silent, u"abc"_qs, u"clear"_qs, settings);
     EXPECT_EQ(result.status, 504);
     EXPECT_TRUE(result.text.contains(u"too long to answer"));
+}
+
+TEST(ModelEngine, TriesABusyServerAgainAndAsksForNoMorePatienceThanIsReasonable)
+{
+    struct Case {
+        QByteArray head;
+        int expectedRequests;
+        int expectedStatus;
+    };
+    for (const Case &c :
+         {Case{"HTTP/1.1 429 X\r\nRetry-After: 0\r\n", 3, 200}, Case{"HTTP/1.1 503 X\r\n", 3, 200},
+          Case{"HTTP/1.1 429 X\r\nRetry-After: 31\r\n", 1, 502},
+          Case{"HTTP/1.1 404 X\r\n", 1, 502}}) {
+        int count = 0;
+        FakeModel model([&](QTcpSocket *socket, const FakeModel::Request &request) {
+            if (++count <= 2)
+                FakeModel::raw(c.head + "Content-Length: 0\r\nConnection: close\r\n\r\n")(socket,
+                                                                                          request);
+            else
+                FakeModel::json(u"fine"_qs)(socket, request);
+        });
+        ModelSettings settings;
+        settings.url = model.url();
+        ModelEngine engine({.maxRetries = 2, .pause = 1ms});
+        std::optional<ModelEngine::Result> result;
+        const auto work = engine.answer(settings, {u"clear"_qs, u"abc"_qs},
+                                        [&](const ModelEngine::Result &r) { result = r; });
+        ASSERT_TRUE(waitUntil([&] { return result.has_value(); }));
+        EXPECT_EQ(result->status, c.expectedStatus) << c.head.constData();
+        EXPECT_EQ(count, c.expectedRequests) << c.head.constData();
+    }
+}
+
+TEST(ModelEngine, SendsOnlyWhatEveryServerKnowsToOneThatRefusesTheRest)
+{
+    FakeModel model([](QTcpSocket *socket, const FakeModel::Request &request) {
+        if (request.body.contains(u"max_tokens"))
+            FakeModel::status(400, R"({"error":{"code":"unsupported_parameter"}})")(socket,
+                                                                                    request);
+        else
+            FakeModel::json(u"fine"_qs)(socket, request);
+    });
+    EXPECT_EQ(run(model, u"abc"_qs).text, u"fine"_qs);
+    ASSERT_EQ(model.requests().size(), 2);
+    const QJsonObject first = model.requests()[0].body;
+    EXPECT_FALSE(
+        first.value(u"chat_template_kwargs").toObject().value(u"enable_thinking").toBool(true));
+    EXPECT_GT(first.value(u"max_tokens").toInt(), 1000);
+    EXPECT_LT(first.value(u"max_tokens").toInt(), 4096);
+    EXPECT_EQ(model.requests()[1].body.keys(),
+              QStringList({u"messages"_qs, u"model"_qs, u"stream"_qs}));
+
+    FakeModel strict(FakeModel::json(u"abc"_qs));
+    run(strict, u"abc"_qs, u"check-grammar"_qs);
+    run(strict, u"abc"_qs, u"friendly"_qs);
+    EXPECT_EQ(strict.requests()[0].body.value(u"temperature").toDouble(-1), 0);
+    EXPECT_GT(strict.requests()[1].body.value(u"temperature").toDouble(), 0.5);
+}
+
+TEST(ModelEngine, RefusesWhatIsNotTheTaskAndNamesWhatIsLost)
+{
+    const QString text = u"Please send 15 copies to Ada Lovelace before the meeting on Monday."_qs;
+    const auto answerTo = [&](const QString &command, const QString &answer) {
+        FakeModel model(FakeModel::json(answer));
+        return run(model, text, command);
+    };
+    const QString other = u"We would be most delighted if somebody could be so kind as to help."_qs;
+    EXPECT_TRUE(answerTo(u"check-grammar"_qs, other).text.contains(u"rewrote the text"));
+    EXPECT_TRUE(answerTo(u"emojify"_qs, other).text.contains(u"changed the words"));
+    EXPECT_EQ(answerTo(u"check-grammar"_qs, text).status, 200);
+    EXPECT_EQ(answerTo(u"emojify"_qs, text + u" 📅"_qs).text, text + u" 📅"_qs);
+
+    const auto refused = answerTo(u"flirty"_qs, u"I'm sorry, but I can't help with that."_qs);
+    EXPECT_TRUE(refused.refused);
+    EXPECT_EQ(refused.status, 502);
+    const auto lossy = answerTo(u"concise"_qs, u"Send 50 copies by Monday."_qs);
+    EXPECT_EQ(lossy.status, 200);
+    EXPECT_EQ(lossy.remark, u"Not in the new text as it was: 15, Ada Lovelace."_qs);
+    EXPECT_EQ(answerTo(u"german"_qs, u"Hallo"_qs).remark, QString());
 }
 
 TEST(ModelEngine, StopsAModelThatNeverStops)
@@ -161,11 +250,20 @@ TEST(ModelEngine, StopsAModelThatNeverStops)
                     socket->write(flood);
             });
         });
-        const ChatResult result = run(model, u"abc"_qs);
+        const auto result = run(model, u"abc"_qs);
         EXPECT_EQ(result.status, 502);
         EXPECT_TRUE(result.text.contains(u"did not come to an end")) << qPrintable(result.text);
         EXPECT_TRUE(waitUntil([&] { return model.openConnections() == 0; }));
     }
+}
+
+TEST(ModelEngine, LooksAtTheBoundBeforeTheEndMarker)
+{
+    QString page;
+    for (int i = 0; page.size() < 10'000'000; ++i)
+        page += QString::number(i) + u' ';
+    const auto result = run(FakeModel(FakeModel::stream({page})), u"abc"_qs);
+    EXPECT_EQ(result.status, 502);
 }
 
 TEST(ModelEngine, WorksOnALongTextInPartsAndKeepsWhatIsBetweenThem)
@@ -177,7 +275,7 @@ TEST(ModelEngine, WorksOnALongTextInPartsAndKeepsWhatIsBetweenThem)
     for (int i = 0; i < 60; ++i)
         text += u"paragraph %1 "_qs.arg(i) + QString(400, u'w') +
                 (i % 2 ? u"\n\n\n"_qs : u" \r\n\t"_qs);
-    const ChatResult result = run(model, text);
+    const auto result = run(model, text);
     EXPECT_EQ(result.text, text.toUpper());
     EXPECT_GT(model.requests().size(), 2);
 
@@ -197,7 +295,7 @@ TEST(ModelEngine, ClosesTheConnectionWhenCancelled)
     ModelEngine engine;
     bool called = false;
     auto job = engine.answer(settings, {u"clear"_qs, u"abc"_qs},
-                             [&called](const ChatResult &) { called = true; });
+                             [&called](const ModelEngine::Result &) { called = true; });
     ASSERT_TRUE(waitUntil([&] { return model.requests().size() == 1; }));
     job.reset();
     EXPECT_TRUE(waitUntil([&] { return model.openConnections() == 0; }));
@@ -212,8 +310,11 @@ public:
     {
         QMetaObject::invokeMethod(
             &m_context,
-            [done, text = request.text] {
-                done({200, u"offline: "_qs + text});
+            [done, request] {
+                if (request.command == u"reply-msg-copy")
+                    done({501, u"needs a language model"_qs});
+                else
+                    done({200, u"offline: "_qs + request.text});
             },
             Qt::QueuedConnection);
         return std::make_unique<PendingWork>();
@@ -223,12 +324,14 @@ private:
     QObject m_context;
 };
 
-/// Everything behind the server, with Ollama looked for at `ollama`.
+/// Everything behind the server, with Ollama looked for at `ollama`, whose owner is `owner`.
 struct Switched {
-    explicit Switched(const QUrl &ollama, ConfigurationFile::Environment environment = {})
-        : configuration(u"/nonexistent/backend.ini"_qs, std::move(environment))
+    explicit Switched(const QUrl &ollama, ConfigurationFile::Environment environment = {},
+                      unsigned owner = ::geteuid())
+        : configuration(folder.filePath(u"quillet/backend.ini"_qs), std::move(environment))
         , finder(ollama)
-        , engine(configuration, finder, model, offline)
+        , found(configuration, finder, [owner](quint16) { return owner; })
+        , engine(configuration, found, model, offline)
     {
     }
 
@@ -241,17 +344,31 @@ struct Switched {
         return result.value_or(EngineAnswer{});
     }
 
+    FoundServer look()
+    {
+        std::optional<FoundServer> server;
+        bool looked = false;
+        QObject context;
+        found.look(&context, [&](const auto &result) {
+            server = result;
+            looked = true;
+        });
+        EXPECT_TRUE(waitUntil([&] { return looked; }));
+        return server.value_or(FoundServer{});
+    }
+
+    QTemporaryDir folder;
     ConfigurationFile configuration;
     ModelFinder finder;
-    ModelEngine model;
+    ServerConsent found;
+    ModelEngine model{{.maxRetries = 0}};
     OfflineDouble offline;
     SwitchingEngine engine;
 };
 
-TEST(SwitchingEngine, FindsOllamaAndDoesWithoutItWhenItIsGone)
+std::unique_ptr<FakeModel> ollamaDouble()
 {
-    auto ollama = std::make_unique<FakeModel>([](QTcpSocket *socket,
-                                                 const FakeModel::Request &request) {
+    return std::make_unique<FakeModel>([](QTcpSocket *socket, const FakeModel::Request &request) {
         if (request.head.startsWith("GET /api/tags ")) {
             FakeModel::status(200, R"({"models":[{"name":"nomic-embed-text:latest"},
                     {"name":"llama3.1:8b","details":{"family":"llama"}}]})")(socket, request);
@@ -259,38 +376,90 @@ TEST(SwitchingEngine, FindsOllamaAndDoesWithoutItWhenItIsGone)
             FakeModel::json(u"by "_qs + request.body.value(u"model").toString())(socket, request);
         }
     });
-    const QUrl address(u"http://127.0.0.1:%1"_qs.arg(ollama->port()));
-    Switched found(address, {{u"QUILLET_MODEL_KEY"_qs, u"sk-for-another"_qs}});
-    EXPECT_EQ(found.ask(u"clear"_qs).text, u"by llama3.1:8b"_qs);
-    EXPECT_TRUE(found.ask(u"settings"_qs).text.contains(u"Ollama that runs on this computer"));
-    // One look is enough for a while, and the key was not given for this server.
-    EXPECT_EQ(ollama->requests().size(), 2);
-    EXPECT_FALSE(ollama->requests().last().head.contains("sk-for-another"));
+}
 
-    Switched off(address, {{u"QUILLET_FIND_OLLAMA"_qs, u"no"_qs}});
-    EXPECT_EQ(off.ask(u"clear"_qs).text, u"offline: abc"_qs);
-    EXPECT_EQ(ollama->requests().size(), 2);
+QUrl addressOf(const FakeModel &model)
+{
+    return QUrl(u"http://127.0.0.1:%1"_qs.arg(model.port()));
+}
+
+TEST(SwitchingEngine, UsesAFoundServerOnlyAfterTheUserAgreed)
+{
+    auto ollama = ollamaDouble();
+    Switched found(addressOf(*ollama), {{u"QUILLET_MODEL_KEY"_qs, u"sk-for-another"_qs}});
+    EXPECT_EQ(found.ask(u"clear"_qs).text, u"offline: abc"_qs);
+    EXPECT_TRUE(found.ask(u"settings"_qs).text.contains(u"until you agree"));
+    EXPECT_EQ(ollama->requests().size(), 1) << "asked for its models, given no text";
+    const FoundServer server = found.look();
+    EXPECT_EQ(server.consent, FoundServer::Consent::Unanswered);
+    EXPECT_EQ(server.model, u"llama3.1:8b"_qs);
+    EXPECT_EQ(server.owner, ::geteuid());
+
+    EXPECT_TRUE(found.found.remember(server, true));
+    const EngineAnswer answer = found.ask(u"clear"_qs);
+    EXPECT_EQ(answer.text, u"by llama3.1:8b"_qs);
+    EXPECT_EQ(answer.writer, u"llama3.1:8b (%1)"_qs.arg(server.address));
+    EXPECT_TRUE(found.ask(u"settings"_qs).text.contains(u"llama3.1:8b\" of the Ollama"));
+    // The key was not given for this server.
+    EXPECT_FALSE(ollama->requests().last().head.contains("sk-for-another"));
 
     ollama.reset();
     EXPECT_EQ(found.ask(u"clear"_qs).text, u"offline: abc"_qs);
     EXPECT_TRUE(found.ask(u"settings"_qs).text.contains(u"offline"));
 }
 
+TEST(SwitchingEngine, AsksAgainWhenAnotherUserListens)
+{
+    auto ollama = ollamaDouble();
+    constexpr unsigned service = 990;
+    constexpr unsigned stranger = 54'321;
+    Switched ofService(addressOf(*ollama), {}, service);
+    const FoundServer server = ofService.look();
+    EXPECT_TRUE(ofService.found.remember(server, true));
+    EXPECT_EQ(ofService.look().consent, FoundServer::Consent::Agreed);
+    FoundServer other = server;
+    other.owner = 0;
+    EXPECT_TRUE(ofService.found.remember(other, true));
+    EXPECT_EQ(ofService.look().consent, FoundServer::Consent::Unanswered);
+    EXPECT_TRUE(ofService.found.remember(server, false));
+    EXPECT_EQ(ofService.look().consent, FoundServer::Consent::Refused);
+    EXPECT_EQ(ofService.ask(u"clear"_qs).text, u"offline: abc"_qs);
+
+    Switched ofStranger(addressOf(*ollama), {}, stranger);
+    ofStranger.found.remember(ofStranger.look(), true);
+    EXPECT_EQ(ofStranger.look().consent, FoundServer::Consent::Foreign);
+    EXPECT_EQ(ofStranger.ask(u"clear"_qs).text, u"offline: abc"_qs);
+
+    Switched off(addressOf(*ollama), {{u"QUILLET_FIND_OLLAMA"_qs, u"no"_qs}});
+    const auto asked = ollama->requests().size();
+    EXPECT_EQ(off.look().address, QString());
+    EXPECT_EQ(off.ask(u"clear"_qs).text, u"offline: abc"_qs);
+    EXPECT_EQ(ollama->requests().size(), asked);
+}
+
 TEST(SwitchingEngine, DoesNotWaitForAServerThatIsSilent)
 {
     FakeModel silent([](QTcpSocket *, const FakeModel::Request &) {});
-    Switched engine(QUrl(u"http://127.0.0.1:%1"_qs.arg(silent.port())));
+    Switched engine(addressOf(silent));
     EXPECT_EQ(engine.ask(u"clear"_qs).text, u"offline: abc"_qs);
 }
 
-TEST(SwitchingEngine, SaysSoWhenTheConfiguredModelIsNotThere)
+TEST(SwitchingEngine, FallsBackAndSaysSoWhenTheConfiguredModelFails)
 {
     Switched engine(QUrl(), {{u"QUILLET_MODEL_URL"_qs, u"http://127.0.0.1:1"_qs}});
     const EngineAnswer answer = engine.ask(u"clear"_qs);
-    EXPECT_EQ(answer.status, 502);
-    EXPECT_TRUE(answer.text.contains(u"127.0.0.1:1 cannot be reached"));
+    EXPECT_EQ(answer.text, u"offline: abc"_qs);
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_TRUE(answer.remark.contains(u"127.0.0.1:1 cannot be reached"))
+        << qPrintable(answer.remark);
+    EXPECT_EQ(answer.writer, QString());
+    // Without an offline answer, the model's failure is what there is to say.
+    const EngineAnswer reply = engine.ask(u"reply-msg-copy"_qs);
+    EXPECT_EQ(reply.status, 502);
+    EXPECT_TRUE(reply.text.startsWith(u"\u24d8 The language model at 127.0.0.1:1"))
+        << qPrintable(reply.text);
     for (const QString &command : {u"share"_qs, u"rate"_qs, u"send-feedback"_qs, u"settings"_qs})
-        EXPECT_EQ(engine.ask(command).status, 200);
+        EXPECT_TRUE(isNote(engine.ask(command).text)) << qPrintable(command);
 }
 
 } // namespace

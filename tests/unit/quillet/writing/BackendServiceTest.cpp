@@ -93,6 +93,45 @@ TEST_F(BackendServiceTest, ReportsTransportAndDecodingFailures)
     EXPECT_TRUE(std::holds_alternative<BackendFailure>(get(gone)));
 }
 
+TEST_F(BackendServiceTest, UnderstandsTheMarksOfALiveAnswerOnlyWhereTheyWereAnnounced)
+{
+    const QByteArray body("wrong\0\x18r\0ight\x1eQuillet-Writer: a%20model\r\n", 41);
+    const QByteArray live =
+        "HTTP/1.1 200 OK\r\nPreference-Applied: live\r\nConnection: close\r\n\r\n";
+    EXPECT_EQ(success(live + body), QStringLiteral("right"));
+    EXPECT_TRUE(server.requests.last().contains("Prefer: live"));
+    EXPECT_EQ(success(HttpStub::reply("a\x18z")), QStringLiteral("a\u0018z"));
+}
+
+TEST_F(BackendServiceTest, FollowsNoRedirectToAnotherServerAndRepeatsNoAddress)
+{
+    HttpStub other;
+    const QString text = QStringLiteral("private");
+    server.answer = [&](const QByteArray &) {
+        return "HTTP/1.1 307 Moved\r\nContent-Length: 0\r\nLocation: " +
+               other.url("/generate").toLatin1() + "\r\n\r\n";
+    };
+    const auto result = get(server.url("/with/secret/generate"), text);
+    EXPECT_TRUE(other.requests.isEmpty());
+    const auto *reason = std::get_if<BackendFailure>(&result);
+    ASSERT_TRUE(reason);
+    for (const char16_t *part : {u"127.0.0.1", u"private", u"secret"})
+        EXPECT_FALSE(describe(*reason).contains(QString::fromUtf16(part)))
+            << qPrintable(describe(*reason));
+}
+
+TEST_F(BackendServiceTest, GivesUpWhenNothingComes)
+{
+    BackendService hasty(nullptr, std::chrono::milliseconds(100));
+    QTcpServer deaf;
+    ASSERT_TRUE(deaf.listen(QHostAddress::LocalHost));
+    std::optional<BackendService::Result> result;
+    hasty.get(QStringLiteral("http://127.0.0.1:%1/").arg(deaf.serverPort()), {},
+              [&](const BackendService::Result &r) { result = r; });
+    EXPECT_TRUE(waitUntil([&] { return result.has_value(); }));
+    EXPECT_EQ(describe(std::get<BackendFailure>(*result)), QStringLiteral("The request timed out"));
+}
+
 TEST_F(BackendServiceTest, GivesUpOnAnAnswerWithoutEnd)
 {
     const QByteArray body(BackendService::MaximumAnswerSize + 1'000'000, 'x');
