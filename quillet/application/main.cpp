@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "process/ProcessGuard.h"
 #include "quillet/application/Application.h"
+#include "quillet/application/DoctorRun.h"
 #include "quillet/shell/SingleInstance.h"
 
 #include <QApplication>
@@ -26,6 +27,12 @@ bool asksForHelpOnly(int argc, char **argv)
     });
 }
 
+bool hasArgument(int argc, char **argv, const char *wanted)
+{
+    return std::any_of(argv + 1, argv + argc,
+                       [wanted](const char *argument) { return !std::strcmp(argument, wanted); });
+}
+
 /// Prints what was asked for and ends the process where that is all; else tells whether the wizard
 /// is to be shown again.
 bool parseCommandLine()
@@ -41,6 +48,12 @@ bool parseCommandLine()
         QStringLiteral("Show the wizard again. Its tutorial page starts the watching, which a "
                        "start without the wizard does not."));
     parser.addOption(setup);
+    // Handled before there is a display; named here for --help.
+    parser.addOptions(
+        {{QStringLiteral("doctor"),
+          QStringLiteral("Say whether Quillet can do its job in this session, with a "
+                         "remedy for each line.")},
+         {QStringLiteral("json"), QStringLiteral("With --doctor: print the same as JSON.")}});
     parser.process(QCoreApplication::arguments());
     return parser.isSet(setup);
 }
@@ -56,6 +69,10 @@ int main(int argc, char **argv)
     if (asksForHelpOnly(argc, argv)) {
         const QCoreApplication application(argc, argv);
         parseCommandLine();
+    }
+    if (hasArgument(argc, argv, "--doctor")) {
+        const QCoreApplication application(argc, argv);
+        return runDoctor(hasArgument(argc, argv, "--json"));
     }
     platform::prepareProcess();
     const QByteArray startupId = SingleInstance::startupIdOfThisProcess();

@@ -85,7 +85,8 @@ MAY_INCLUDE = {
     "quillet/doctor": ["platform"],
     "quillet/application": ["platform", "process", "MetricPost/include", "quillet/analytics",
                             "quillet/button",
-                            "quillet/diagnostics", "quillet/focus", "quillet/popup",
+                            "quillet/diagnostics", "quillet/doctor", "quillet/focus",
+                            "quillet/popup",
                             "quillet/shell", "quillet/widgets", "quillet/window",
                             "quillet/writing"],
 }

@@ -24,6 +24,7 @@ namespace
 constexpr std::chrono::microseconds answerLimit = std::chrono::seconds(2);
 constexpr int maxObjects = 500;
 constexpr char rootPath[] = "/org/a11y/atspi/accessible/root";
+constexpr char nullPath[] = "/org/a11y/atspi/null";
 constexpr char accessible[] = "org.a11y.atspi.Accessible";
 
 struct Release {
@@ -98,8 +99,12 @@ std::optional<QList<Object>> children(sd_bus *bus, const Object &object)
     QList<Object> found;
     const char *name = nullptr;
     const char *path = nullptr;
-    while (found.size() < maxObjects && sd_bus_message_read(reply.get(), "(so)", &name, &path) > 0)
-        found.append(Object(name, path));
+    for (int i = 0; i < maxObjects && sd_bus_message_read(reply.get(), "(so)", &name, &path) > 0;
+         ++i) {
+        // A window that keeps its contents to itself has one child, which is none.
+        if (QByteArrayView(path) != QByteArrayView(nullPath))
+            found.append(Object(name, path));
+    }
     return found;
 }
 
