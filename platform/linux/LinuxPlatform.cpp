@@ -5,6 +5,7 @@
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 #include "platform/linux/desktop/LinuxInstallation.h"
+#include "platform/linux/inputmethods/DesktopInputMethods.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
 #include "platform/linux/ports/ActiveWindow.h"
 #include "platform/linux/x11/X11WindowSystem.h"
@@ -59,7 +60,8 @@ private:
     QSettings m_settings{QStringLiteral("quillet"), QStringLiteral("platform")};
     linux_::LinuxInstallation m_installation;
     linux_::X11WindowSystem m_windowSystem;
-    linux_::XTestKeyboard m_typist;
+    linux_::DesktopInputMethods m_inputMethods;
+    linux_::XTestKeyboard m_typist{&m_inputMethods};
     linux_::AtspiAccessibility m_accessibility{m_typist, m_windowSystem.activeWindow(), m_settings};
     LinuxKeyboard m_keyboard{m_accessibility, m_typist};
 };

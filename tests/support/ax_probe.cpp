@@ -14,9 +14,12 @@
 //   ["advice"]             adviceForFocusedApplication
 //   ["serve", MS]          serves the event loop
 //
-// What is typed goes through xdotool, which is slow but does not depend on our own typing.
+// What is typed goes through xdotool, which is slow but does not depend on our own typing; with
+// --keyboard as an argument, through our own.
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
+#include "platform/linux/inputmethods/DesktopInputMethods.h"
+#include "platform/linux/keyboard/XTestKeyboard.h"
 #include "platform/linux/ports/Typist.h"
 #include "platform/linux/x11/X11WindowSystem.h"
 
@@ -219,9 +222,13 @@ int main(int argc, char *argv[])
     app.setQuitOnLastWindowClosed(false);
     QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Quillet"),
                        QStringLiteral("ax_probe"));
-    ToolTyping typing;
+    ToolTyping tool;
+    DesktopInputMethods inputMethods;
+    XTestKeyboard keyboard(&inputMethods);
+    const bool typesItself = app.arguments().contains(QStringLiteral("--keyboard"));
     X11WindowSystem windowSystem;
-    AtspiAccessibility accessibility(typing, windowSystem.activeWindow(), settings);
+    AtspiAccessibility accessibility(typesItself ? static_cast<Typist &>(keyboard) : tool,
+                                     windowSystem.activeWindow(), settings);
     Probe probe(accessibility, settings);
 
     const auto answer = [&probe](const QByteArray &line) {
@@ -244,5 +251,7 @@ int main(int argc, char *argv[])
             answer(line);
         readable.setEnabled(true);
     });
-    return app.exec();
+    const int status = QApplication::exec();
+    keyboard.stop();
+    return status;
 }

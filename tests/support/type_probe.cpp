@@ -13,6 +13,7 @@
 //                 1 when there is no such input
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
+#include "platform/linux/inputmethods/DesktopInputMethods.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
 #include "platform/linux/x11/X11WindowSystem.h"
 #include "tests/support/FocusedText.h"
@@ -155,7 +156,8 @@ int main(int argc, char *argv[])
     QObject::connect(&terminate, &QSocketNotifier::activated, &app,
                      [] { QCoreApplication::exit(143); });
 
-    XTestKeyboard keyboard;
+    DesktopInputMethods inputMethods;
+    XTestKeyboard keyboard(&inputMethods);
     std::optional<Watching> watching;
     if (app.arguments().contains(QStringLiteral("--recover")))
         return 0;

@@ -7,6 +7,7 @@
 #include "platform/linux/accessibility/Elements.h"
 #include "platform/linux/accessibility/OwnWindows.h"
 #include "platform/linux/accessibility/ValueWriter.h"
+#include "platform/linux/focus/AtspiTextInput.h"
 #include "platform/linux/focus/AtspiTypingTarget.h"
 #include "platform/linux/reading/CodePoints.h"
 #include "platform/linux/reading/FocusSearch.h"
@@ -62,6 +63,13 @@ std::optional<QRect> readExtents(DBusMessage &reply)
         !isPlace(*y) || !isPlace(*width) || !isPlace(*height))
         return std::nullopt;
     return QRect(*x, *y, *width, *height);
+}
+
+/// Whether the element's text can be replaced: by its application where that offers it, else by
+/// typing, for which the element gets the time to have the focus back.
+bool isValueSettable(const ElementFacts &facts)
+{
+    return isEditable(facts) && hasTextValue(facts);
 }
 
 bool isTopLevel(quint32 role)
@@ -548,7 +556,7 @@ AXError AtspiAccessibility::AXUIElementIsAttributeSettable(const AXUIElement &el
     if (const AXError error = factsOf(*other, application, facts); error != AXError::Success)
         return error;
     settable = attribute == QLatin1String("AXValue") &&
-               isValueSettable(facts, m_focus.hasFocus(other->ref()));
+               isValueSettable(facts);
     return AXError::Success;
 }
 
@@ -581,9 +589,10 @@ void AtspiAccessibility::AXUIElementSetAttributeValue(
         refuse(error);
         return;
     }
-    auto *writer = new ValueWriter(
-        *application, other->ref(), facts, *text, m_focus, m_typist,
-        [this, element] { return typingTarget(element); }, std::move(completion));
+    auto *writer =
+        new ValueWriter(std::make_unique<AtspiTextInput>(m_bus, m_focus, *application, other->ref(),
+                                                         facts, other->window()),
+                        *text, m_typist, std::move(completion), {});
     writer->setParent(this);
     writer->start();
     // Most applications take the value at once. One that types is waited for in the event loop.

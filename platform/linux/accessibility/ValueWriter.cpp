@@ -4,7 +4,11 @@
 #include "platform/linux/accessibility/ValueWriter.h"
 
 #include "platform/linux/reading/CodePoints.h"
-#include "platform/linux/reading/RichText.h"
+#include "platform/text/ProgramChanges.h"
+
+#include <QPointer>
+
+#include <algorithm>
 
 namespace platform::linux_
 {
@@ -12,13 +16,11 @@ namespace platform::linux_
 namespace
 {
 
-/// What was typed may still be on its way through the application's own scripts.
-constexpr int selectionPause = 30;      // milliseconds
-constexpr int selectionPatience = 2000; // milliseconds
-constexpr int readBackPause = 40;       // milliseconds
-constexpr int readBackPatience = 2500;  // milliseconds without any progress
-/// An application that does not answer keeps the caller waiting no longer than this.
-constexpr int answerPatience = 20'000; // milliseconds
+/// Typing what lies between two stretches takes less time than selecting once more.
+constexpr qsizetype maxTypedGap = 24;
+/// What is typed in one go is undone in one step, and this much is quickly typed.
+constexpr qsizetype maxTypedAtOnce = 240;
+constexpr qsizetype maxSteps = 2;
 
 /// With no-break spaces as spaces. A rich text field of a web page keeps spaces as it sees fit: it
 /// turns each into the other where it would collapse or break a line.
@@ -27,219 +29,364 @@ QString withPlainSpaces(QString text)
     return text.replace(QChar::Nbsp, u' ');
 }
 
-} // namespace
-
-bool isValueSettable(const ElementFacts &facts, bool focused)
+std::chrono::milliseconds since(const QElapsedTimer &timer)
 {
-    return isEditable(facts) && hasTextValue(facts) &&
-           (facts.has(ElementFacts::EditableText) || focused);
+    return std::chrono::milliseconds(timer.elapsed());
 }
 
-ValueWriter::ValueWriter(AtspiApplication &application, ObjectRef element, ElementFacts facts,
-                         QString text, FocusTracker &focus, Typist &typist, TargetProvider target,
-                         std::function<void(const WriteOutcome &)> completion)
-    : m_application(&application)
-    , m_element(std::move(element))
-    , m_facts(std::move(facts))
-    , m_text(withLineFeeds(std::move(text)))
-    , m_focus(focus)
-    , m_typist(typist)
-    , m_target(std::move(target))
-    , m_completion(std::move(completion))
+/// The edit with a neighbour of its place, where it only inserts: a selection can be checked, a
+/// caret between two characters is in doubt where an emoji stands before it.
+TextEdit withSelection(TextEdit edit, const QString &before)
 {
-    connect(&application, &QObject::destroyed, this, [this] { finish(AXError::InvalidUIElement); });
-    QTimer::singleShot(answerPatience, this, [this] {
-        if (!m_application || !m_application->isAnswering())
-            finish(AXError::CannotComplete);
+    if (edit.length > 0 || before.isEmpty())
+        return edit;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, before);
+    characters.setPosition(edit.position);
+    if (edit.position > 0) {
+        const qsizetype from = characters.toPreviousBoundary();
+        edit.length = edit.position - from;
+        edit.replacement.prepend(QStringView(before).sliced(from, edit.length));
+        edit.position = from;
+    } else {
+        edit.length = characters.toNextBoundary();
+        edit.replacement.append(QStringView(before).first(edit.length));
+    }
+    return edit;
+}
+
+AXError errorFor(TypingResult result)
+{
+    return result == TypingResult::NoTarget ? AXError::CannotComplete : AXError::Failure;
+}
+
+} // namespace
+
+ValueWriter::ValueWriter(std::unique_ptr<TextInput> input, const QString &text, Typist &typist,
+                         std::function<void(const WriteOutcome &)> completion, const Limits &limits)
+    : m_input(std::move(input))
+    , m_typist(typist)
+    , m_completion(std::move(completion))
+    , m_limits(limits)
+    , m_goal(withLineFeeds(text))
+    , m_text(m_goal)
+{
+    m_silence.setSingleShot(true);
+    connect(&m_silence, &QTimer::timeout, this, [this] {
+        WriteOutcome outcome = WriteOutcome::notWritten(AXError::CannotComplete);
+        outcome.isDamaged = m_isTouched;
+        finish(outcome);
     });
 }
 
-bool ValueWriter::holds(const std::optional<QString> &value) const
-{
-    return value && withLineFeeds(*value) == m_text;
-}
+ValueWriter::~ValueWriter() = default;
 
-bool ValueWriter::holdsAsTyped(const std::optional<QString> &value) const
+template <typename Function> auto ValueWriter::whileWriting(Function function)
 {
-    return value && withPlainSpaces(withLineFeeds(*value)) == withPlainSpaces(m_text);
+    return [self = QPointer(this), function](auto &&...arguments) {
+        if (self && !self->m_outcome) {
+            self->m_silence.stop();
+            function(std::forward<decltype(arguments)>(arguments)...);
+        }
+    };
 }
 
 void ValueWriter::start()
 {
-    readRichText(*m_application, m_element.path,
-                 [self = QPointer(this)](const std::optional<QString> &value) {
-                     if (!self || self->m_result)
-                         return;
-                     if (!value) {
-                         self->finish(AXError::CannotComplete);
-                     } else if (self->holds(value)) {
-                         self->finish(AXError::Success);
-                     } else if (self->m_facts.has(ElementFacts::EditableText)) {
-                         self->setContents();
-                     } else {
-                         self->m_lastRead = *value;
-                         self->m_application->call(
-                             self->m_element.path, atspi::PropertiesInterface, "Get",
-                             [self](DBusMessage &reply) {
-                                 if (!self || self->m_result)
-                                     return;
-                                 const auto number =
-                                     reply.enterVariant("i") ? reply.readInt32() : std::nullopt;
-                                 self->type(number.value_or(0));
-                             },
-                             "ss", atspi::TextInterface, "CharacterCount");
-                     }
-                 });
+    read(&ValueWriter::begin);
 }
 
-void ValueWriter::setContents()
+void ValueWriter::read(void (ValueWriter::*next)(const TextInput::Content &))
 {
-    const QByteArray text = m_text.toUtf8();
-    m_application->call(
-        m_element.path, atspi::EditableTextInterface, "SetTextContents",
-        [self = QPointer(this)](DBusMessage &) {
-            // The answer alone proves nothing: some toolkits say yes and do nothing.
-            if (self && !self->m_result)
-                self->readBack(true);
-        },
-        "s", text.constData());
+    m_silence.start(m_limits.silence);
+    m_input->read(whileWriting([this, next](const std::optional<TextInput::Content> &content) {
+        if (content)
+            (this->*next)(*content);
+        else
+            fail(AXError::CannotComplete);
+    }));
 }
 
-void ValueWriter::readBack(bool mayTryAgain)
+bool ValueWriter::isGoal(const QString &text) const
 {
-    readRichText(*m_application, m_element.path,
-                 [self = QPointer(this), mayTryAgain](const std::optional<QString> &value) {
-                     if (!self || self->m_result)
-                         return;
-                     if (self->holds(value))
-                         self->finish(AXError::Success);
-                     else if (mayTryAgain && value)
-                         self->replaceContents(codePointCount(*value));
-                     else
-                         self->finish(AXError::Failure);
-                 });
+    return text == m_goal || (m_typed && withPlainSpaces(text) == withPlainSpaces(m_goal));
 }
 
-void ValueWriter::replaceContents(qint64 count)
+void ValueWriter::begin(const TextInput::Content &content)
 {
-    const QByteArray text = m_text.toUtf8();
-    if (count > 0)
-        m_application->call(
-            m_element.path, atspi::EditableTextInterface, "DeleteText", [](DBusMessage &) {}, "ii",
-            0, qint32(count));
-    m_application->call(
-        m_element.path, atspi::EditableTextInterface, "InsertText",
-        [self = QPointer(this)](DBusMessage &) {
-            if (self && !self->m_result)
-                self->readBack(false);
-        },
-        "isi", 0, text.constData(), qint32(codePointCount(m_text)));
+    m_before = content.text;
+    pursue(content);
 }
 
-void ValueWriter::type(qint64 count)
+void ValueWriter::pursue(const TextInput::Content &content)
 {
-    if (!m_focus.hasFocus(m_element)) {
-        finish(AXError::CannotComplete);
+    m_lastRead = content.text;
+    if (isGoal(content.text)) {
+        finish(m_isRestoring ? m_failure : WriteOutcome::written());
         return;
     }
-    m_sinceProgress.start();
-    if (count > 0)
-        selectAll(count);
+    takeRoute(m_input->takesEdits() ? Route::Edits : Route::Stretches, content);
+}
+
+/// The edits with neighbours made one where they lie close enough and in the same element.
+QList<TextEdit> ValueWriter::joined(const QList<TextEdit> &edits, const QString &from,
+                                    qsizetype maxGap) const
+{
+    QList<TextEdit> result;
+    for (const TextEdit &edit : edits) {
+        if (!result.isEmpty()) {
+            const QList<TextEdit> pair = joinedEdits({result.last(), edit}, from, maxGap);
+            if (pair.size() == 1 &&
+                m_input->canAddress(pair.first().position, pair.first().length)) {
+                result.last() = pair.first();
+                continue;
+            }
+        }
+        result.append(edit);
+    }
+    return result;
+}
+
+/// The edits that the way takes, in the order of their positions.
+QList<TextEdit> ValueWriter::editsFor(Route route, const TextInput::Content &content) const
+{
+    const QString &from = content.text;
+    QList<TextEdit> edits = textDifference(from, m_goal);
+    if (edits.isEmpty())
+        return edits;
+    const qsizetype span = edits.last().end() - edits.first().position;
+    switch (route) {
+    case Route::Edits:
+        // Each edit is a step of the program's undo. Where no format can be lost, one is enough.
+        return content.isUniform ? joined(edits, from, from.size()) : edits;
+    case Route::Stretches:
+        // Each stretch is a step of the program's undo.
+        edits = joined(edits, from, maxTypedGap);
+        if (edits.size() > maxSteps && span <= maxTypedAtOnce)
+            edits = joined(edits, from, maxTypedAtOnce);
+        for (TextEdit &edit : edits)
+            edit = withSelection(edit, from);
+        return edits;
+    case Route::Contents:
+    case Route::All:
+        break;
+    }
+    return {{0, from.size(), m_goal}};
+}
+
+bool ValueWriter::canTake(Route route, const QList<TextEdit> &edits) const
+{
+    switch (route) {
+    case Route::Edits:
+    case Route::Stretches:
+        return !edits.isEmpty() &&
+               std::all_of(edits.begin(), edits.end(), [this](const TextEdit &edit) {
+                   return m_input->canAddress(edit.position, edit.length);
+               });
+    case Route::Contents:
+        return m_input->takesEdits();
+    case Route::All:
+        break;
+    }
+    return true;
+}
+
+void ValueWriter::takeRoute(Route route, const TextInput::Content &content)
+{
+    m_route = route;
+    m_from = content.text;
+    const QList<TextEdit> edits = editsFor(route, content);
+    if (!canTake(route, edits)) {
+        takeNextRoute(content);
+        return;
+    }
+    switch (route) {
+    case Route::Edits:
+        applyEdits(edits);
+        break;
+    case Route::Contents:
+        m_isTouched = true;
+        m_silence.start(m_limits.silence);
+        m_input->setContents(m_goal, whileWriting([this](bool) { watch(); }));
+        break;
+    case Route::Stretches:
+    case Route::All:
+        m_queue = edits;
+        typeNext();
+        break;
+    }
+}
+
+void ValueWriter::takeNextRoute(const TextInput::Content &content)
+{
+    if (m_route == Route::All)
+        fail(AXError::Failure);
     else
-        typeOverSelection();
+        takeRoute(static_cast<Route>(static_cast<int>(m_route) + 1), content);
 }
 
-void ValueWriter::selectAll(qint64 count)
+/// From the end of the text to its beginning, so that the positions hold.
+void ValueWriter::applyEdits(const QList<TextEdit> &edits)
 {
-    if (!m_application || !m_focus.hasFocus(m_element)) {
-        finish(AXError::CannotComplete);
-        return;
-    }
-    // Chromium adds a selection where there is none, and changes the one that there is. Either
-    // takes effect some time after the answer, so what is selected is asked for before a key is
-    // sent that would otherwise delete or insert at the caret.
-    m_application->call(
-        m_element.path, atspi::TextInterface, "AddSelection", [](DBusMessage &) {}, "ii", 0,
-        qint32(count));
-    m_application->call(
-        m_element.path, atspi::TextInterface, "SetSelection", [](DBusMessage &) {}, "iii", 0, 0,
-        qint32(count));
-    m_application->call(
-        m_element.path, atspi::TextInterface, "GetSelection",
-        [self = QPointer(this), count](DBusMessage &reply) {
-            if (!self || self->m_result)
-                return;
-            const qint32 start = reply.readInt32().value_or(0);
-            const qint32 end = reply.readInt32().value_or(0);
-            if (std::min(start, end) == 0 && std::max(start, end) >= count)
-                self->typeOverSelection();
-            else if (self->m_sinceProgress.elapsed() > selectionPatience)
-                self->finish(AXError::Failure);
-            else
-                QTimer::singleShot(selectionPause, self, [self, count] { self->selectAll(count); });
-        },
-        "i", 0);
+    m_isTouched = true;
+    m_silence.start(m_limits.silence);
+    for (qsizetype i = edits.size() - 1; i > 0; --i)
+        m_input->edit(edits.at(i), [](bool) {});
+    m_input->edit(edits.first(), whileWriting([this](bool) { watch(); }));
 }
 
-void ValueWriter::typeOverSelection()
+void ValueWriter::typeNext()
 {
-    if (!m_focus.hasFocus(m_element)) {
-        finish(AXError::CannotComplete);
+    if (m_queue.isEmpty()) {
+        watch();
         return;
     }
+    m_sinceSelecting.start();
+    selectNext();
+}
+
+void ValueWriter::selectNext()
+{
+    const TextEdit &next = m_queue.last();
+    const auto onAnswer = whileWriting([this](bool selected) {
+        if (selected) {
+            typeOver(m_queue.takeLast());
+        } else if (since(m_sinceSelecting) < m_limits.selection) {
+            QTimer::singleShot(m_limits.selectionPause, this, [this] {
+                if (!m_outcome)
+                    selectNext();
+            });
+        } else if (m_route == Route::Stretches && !m_isTouched) {
+            takeRoute(Route::All, {m_from, true});
+        } else {
+            fail(AXError::Failure);
+        }
+    });
+    // A key over no selection would insert or delete at the caret.
+    if (next.length == 0) {
+        onAnswer(true);
+        return;
+    }
+    m_silence.start(m_limits.silence);
+    if (m_route == Route::All)
+        m_input->selectAll(onAnswer);
+    else
+        m_input->select(next.position, next.length, onAnswer);
+}
+
+void ValueWriter::typeOver(const TextEdit &edit)
+{
     // Nothing to put in place of the selection: then a key that deletes it.
-    const QString keys = m_text.isEmpty() ? QString(QChar(u'\b')) : m_text;
-    m_typist.type(m_target(), keyboardEvents(keys), [self = QPointer(this)](TypingResult result) {
-        if (!self || self->m_result)
-            return;
-        if (result != TypingResult::Typed) {
-            self->finish(AXError::Failure);
+    const QString keys = edit.replacement.isEmpty() ? QString(QChar(u'\b')) : edit.replacement;
+    const qint64 selected = codePointCount(m_from.sliced(edit.position, edit.length));
+    m_typed = true;
+    m_typist.type(m_input->typingTarget(selected), keyboardEvents(keys),
+                  whileWriting([this](TypingResult result) { onTyped(result); }));
+}
+
+void ValueWriter::onTyped(TypingResult result)
+{
+    if (result != TypingResult::NoTarget)
+        m_isTouched = true;
+    if (result == TypingResult::Typed) {
+        typeNext();
+        return;
+    }
+    m_failure.keysMayBeElsewhere |= result == TypingResult::Misplaced;
+    // The text may have become right nonetheless; the reading decides.
+    if (result == TypingResult::Failed)
+        watch();
+    else
+        fail(errorFor(result));
+}
+
+void ValueWriter::watch()
+{
+    m_sinceChange.start();
+    m_lastRead = m_from;
+    read(&ValueWriter::judge);
+}
+
+void ValueWriter::judge(const TextInput::Content &content)
+{
+    if (isGoal(content.text)) {
+        pursue(content);
+        return;
+    }
+    if (content.text != m_lastRead) {
+        m_lastRead = content.text;
+        m_sinceChange.start();
+    }
+    const auto still = since(m_sinceChange);
+    if (content.text == m_from) {
+        if (still >= m_limits.unchanged && !m_typed) {
+            takeNextRoute(content);
             return;
         }
-        self->m_sinceProgress.start();
-        self->awaitTyped();
+    } else if (isProgramsOwnChange(m_goal, content.text)) {
+        if (still >= m_limits.changed) {
+            if (m_isRestoring) {
+                finish(m_failure);
+                return;
+            }
+            WriteOutcome outcome;
+            outcome.kind = WriteOutcome::Kind::ChangedByProgram;
+            outcome.changedCharacters =
+                changedCharacters(textDifference(m_goal, content.text), m_goal);
+            finish(outcome);
+            return;
+        }
+    }
+    if (still >= m_limits.still) {
+        fail(AXError::Failure);
+        return;
+    }
+    QTimer::singleShot(m_limits.readPause, this, [this] {
+        if (!m_outcome)
+            read(&ValueWriter::judge);
     });
 }
 
-void ValueWriter::awaitTyped()
+void ValueWriter::fail(AXError why)
 {
-    if (!m_application) {
-        finish(AXError::InvalidUIElement);
+    m_queue.clear();
+    m_silence.stop();
+    if (m_isRestoring) {
+        m_failure.isDamaged = true;
+        finish(m_failure);
         return;
     }
-    readRichText(*m_application, m_element.path,
-                 [self = QPointer(this)](const std::optional<QString> &value) {
-                     if (!self || self->m_result)
-                         return;
-                     if (self->holdsAsTyped(value)) {
-                         self->finish(AXError::Success);
-                         return;
-                     }
-                     if (value && *value != self->m_lastRead) {
-                         self->m_lastRead = *value;
-                         self->m_sinceProgress.restart();
-                     }
-                     if (self->m_sinceProgress.elapsed() > readBackPatience)
-                         self->finish(AXError::Failure);
-                     else
-                         QTimer::singleShot(readBackPause, self, &ValueWriter::awaitTyped);
-                 });
+    m_failure.kind = WriteOutcome::Kind::NotWritten;
+    m_failure.error = why;
+    if (m_isTouched)
+        restore();
+    else
+        finish(m_failure);
 }
 
-void ValueWriter::finish(AXError result)
+/// Puts the old text back, once.
+void ValueWriter::restore()
 {
-    if (m_result)
+    m_isRestoring = true;
+    m_goal = m_before;
+    if (!m_input->takesEdits() && !m_input->hasFocus())
+        m_input->takeFocus();
+    read(&ValueWriter::pursue);
+}
+
+void ValueWriter::finish(WriteOutcome outcome)
+{
+    if (m_outcome)
         return;
-    m_result = result;
-    // Never from within an answer: whoever is told may ask the application something else.
+    m_silence.stop();
+    m_outcome = outcome;
+    // Never from within an answer: the completion may ask the application something else.
     QMetaObject::invokeMethod(this, &ValueWriter::deliver, Qt::QueuedConnection);
 }
 
 void ValueWriter::deliver()
 {
     if (const auto completion = std::exchange(m_completion, nullptr))
-        completion(*m_result == AXError::Success ? WriteOutcome::written()
-                                                 : WriteOutcome::notWritten(*m_result));
+        completion(*m_outcome);
     deleteLater();
 }
 

@@ -4,61 +4,120 @@
 #pragma once
 
 #include "platform/Accessibility.h"
-#include "platform/linux/focus/FocusTracker.h"
+#include "platform/linux/ports/TextInput.h"
 #include "platform/linux/ports/Typist.h"
 
+#include <QElapsedTimer>
 #include <QObject>
-#include <QPointer>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
 
 namespace platform::linux_
 {
 
-/// Whether the element's text can be replaced: by its application where that offers it, else by
-/// typing, for which the element must have the focus.
-bool isValueSettable(const ElementFacts &facts, bool focused);
-
-/// Replaces the whole text of one element and reads back what has become of it. Lives until its
-/// completion has been called, then deletes itself. Main thread only.
+/// Replaces the text of one input, and reads back what has become of it. Only what differs is
+/// replaced: so the caret, the format of the other words and the program's undo are kept.
+///
+/// The program is asked to change its text where it offers that, else the text is typed over a
+/// selection. What the program says of it is not believed: the text that is read back decides. A
+/// write is done again, by another way, only while the old text is still there. A text that has
+/// come to nothing is put back.
+///
+/// Lives until its completion has been called, then deletes itself. Main thread only.
 class ValueWriter : public QObject
 {
     Q_OBJECT
 public:
-    /// Gives the element as an input to type into; nothing when it is none.
-    using TargetProvider = std::function<std::unique_ptr<TypingTarget>()>;
+    /// How long things may take.
+    struct Limits {
+        std::chrono::milliseconds selectionPause{5};
+        std::chrono::milliseconds readPause{20};
+        /// A selection that does not come.
+        std::chrono::milliseconds selection{2000};
+        /// The old text: a program that says yes and does nothing.
+        std::chrono::milliseconds unchanged{400};
+        /// A text that stands as the program has changed it.
+        std::chrono::milliseconds changed{300};
+        /// Any other text that moves no more.
+        std::chrono::milliseconds still{1500};
+        /// A program that does not answer.
+        std::chrono::milliseconds silence{10000};
+    };
 
-    ValueWriter(AtspiApplication &application, ObjectRef element, ElementFacts facts, QString text,
-                FocusTracker &focus, Typist &typist, TargetProvider target,
-                std::function<void(const WriteOutcome &)> completion);
+    ValueWriter(std::unique_ptr<TextInput> input, const QString &text, Typist &typist,
+                std::function<void(const WriteOutcome &)> completion, const Limits &limits);
+    ~ValueWriter() override;
 
     /// True when the completion can be called. Called from the event loop otherwise.
-    bool isDone() const { return m_result.has_value(); }
+    bool isDone() const { return m_outcome.has_value(); }
     void start();
     /// Calls the completion and ends this object.
     void deliver();
 
 private:
-    void setContents();
-    void replaceContents(qint64 count);
-    void type(qint64 count);
-    void selectAll(qint64 count);
-    void typeOverSelection();
-    void readBack(bool mayTryAgain);
-    void awaitTyped();
-    void finish(AXError result);
-    bool holds(const std::optional<QString> &value) const;
-    bool holdsAsTyped(const std::optional<QString> &value) const;
+    enum class Route {
+        /// The program replaces what differs.
+        Edits,
+        /// The program replaces everything.
+        Contents,
+        /// What differs is typed over.
+        Stretches,
+        /// Everything is typed over.
+        All,
+    };
 
-    QPointer<AtspiApplication> m_application;
-    ObjectRef m_element;
-    ElementFacts m_facts;
-    QString m_text;
-    FocusTracker &m_focus;
+    /// Reads the text; `next` gets it unless this writing has ended meanwhile.
+    void read(void (ValueWriter::*next)(const TextInput::Content &));
+    void begin(const TextInput::Content &content);
+    void pursue(const TextInput::Content &content);
+    QList<TextEdit> joined(const QList<TextEdit> &edits, const QString &from,
+                           qsizetype maxGap) const;
+    QList<TextEdit> editsFor(Route route, const TextInput::Content &content) const;
+    void takeRoute(Route route, const TextInput::Content &content);
+    void takeNextRoute(const TextInput::Content &content);
+    bool canTake(Route route, const QList<TextEdit> &edits) const;
+    void applyEdits(const QList<TextEdit> &edits);
+    void typeNext();
+    void selectNext();
+    void typeOver(const TextEdit &edit);
+    void onTyped(TypingResult result);
+    void watch();
+    void judge(const TextInput::Content &content);
+    void fail(AXError why);
+    void restore();
+    void finish(WriteOutcome outcome);
+    bool isGoal(const QString &text) const;
+    /// `function` that does nothing once this writing has ended.
+    template <typename Function> auto whileWriting(Function function);
+
+    std::unique_ptr<TextInput> m_input;
     Typist &m_typist;
-    TargetProvider m_target;
     std::function<void(const WriteOutcome &)> m_completion;
-    std::optional<AXError> m_result;
+    const Limits m_limits;
+    std::optional<WriteOutcome> m_outcome;
+
+    /// What the input is to hold: the new text; the old one while that is put back.
+    QString m_goal;
+    const QString m_text;
+    QString m_before;
+    bool m_isRestoring = false;
+    /// Whether the input may hold something else than before.
+    bool m_isTouched = false;
+    WriteOutcome m_failure;
+
+    Route m_route = Route::Edits;
+    /// What the way that is being taken started from.
+    QString m_from;
+    /// What is still to be typed, from the end of the text to its beginning.
+    QList<TextEdit> m_queue;
+    bool m_typed = false;
+
     QString m_lastRead;
-    QElapsedTimer m_sinceProgress;
+    QElapsedTimer m_sinceChange;
+    QElapsedTimer m_sinceSelecting;
+    QTimer m_silence;
 };
 
 } // namespace platform::linux_

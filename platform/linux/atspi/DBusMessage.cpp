@@ -154,6 +154,24 @@ bool DBusMessage::enterStruct(const char *contents)
            sd_bus_message_enter_container(m_message, SD_BUS_TYPE_STRUCT, contents) > 0;
 }
 
+bool DBusMessage::enterAny(char container)
+{
+    char type = 0;
+    const char *contents = nullptr;
+    return !isError() && sd_bus_message_peek_type(m_message, &type, &contents) > 0 &&
+           type == container && sd_bus_message_enter_container(m_message, type, contents) > 0;
+}
+
+bool DBusMessage::enterAnyVariant()
+{
+    return enterAny(SD_BUS_TYPE_VARIANT);
+}
+
+bool DBusMessage::enterAnyStruct()
+{
+    return enterAny(SD_BUS_TYPE_STRUCT);
+}
+
 bool DBusMessage::exit()
 {
     return sd_bus_message_exit_container(m_message) >= 0;

@@ -60,10 +60,15 @@ public:
     std::optional<QList<std::pair<QByteArray, QByteArray>>> readDictionary();
     bool enterVariant(const char *contents);
     bool enterStruct(const char *contents);
+    /// The same, whatever it holds.
+    bool enterAnyVariant();
+    bool enterAnyStruct();
     bool exit();
     bool skip(const char *types);
 
 private:
+    bool enterAny(char container);
+
     sd_bus_message *m_message;
 };
 

@@ -13,26 +13,30 @@ namespace
 {
 
 constexpr qint32 longestBeforeCaret = 256;
+/// What a frame that takes the focus can get at the most.
+constexpr std::size_t maxKeysInPage = 8;
 
 } // namespace
 
 std::unique_ptr<TypingTarget> AtspiTypingTarget::of(AtspiBus &bus, FocusTracker &focus,
                                                     ObjectRef element, ElementFacts facts,
-                                                    quint32 window)
+                                                    quint32 window, std::optional<qint64> selected)
 {
     if (facts.is(atspi::Role::Terminal) || isPassword(facts))
         return nullptr;
     return std::unique_ptr<TypingTarget>(
-        new AtspiTypingTarget(bus, focus, std::move(element), std::move(facts), window));
+        new AtspiTypingTarget(bus, focus, std::move(element), std::move(facts), window, selected));
 }
 
 AtspiTypingTarget::AtspiTypingTarget(AtspiBus &bus, FocusTracker &focus, ObjectRef element,
-                                     ElementFacts facts, quint32 window)
+                                     ElementFacts facts, quint32 window,
+                                     std::optional<qint64> selected)
     : m_bus(bus)
     , m_focus(focus)
     , m_element(std::move(element))
     , m_facts(std::move(facts))
     , m_window(window)
+    , m_selected(selected)
 {
 }
 
@@ -88,12 +92,36 @@ void AtspiTypingTarget::askWhetherFocused()
         return;
     m_ownWord->asking =
         application->call(m_element.path, atspi::AccessibleInterface, "GetState",
-                          [word = m_ownWord](DBusMessage &reply) {
+                          [word = m_ownWord, burst = m_bursts](DBusMessage &reply) {
                               ElementFacts facts;
                               facts.setStates(reply.readUInt32s().value_or(QList<quint32>()));
                               word->asking = false;
                               word->lost = !facts.has(atspi::State::Focused);
+                              if (!word->lost)
+                                  word->confirmed = burst;
                           });
+}
+
+std::optional<std::size_t> AtspiTypingTarget::maxUnconfirmedKeys()
+{
+    if (!isInWebPage(m_facts))
+        return std::nullopt;
+    return maxKeysInPage;
+}
+
+void AtspiTypingTarget::keysSent()
+{
+    ++m_bursts;
+    if (m_ownWord)
+        askWhetherFocused();
+}
+
+bool AtspiTypingTarget::isFocusConfirmed()
+{
+    if (!m_ownWord || m_ownWord->confirmed >= m_bursts)
+        return true;
+    askWhetherFocused();
+    return false;
 }
 
 std::optional<qint64> AtspiTypingTarget::characterCount()
@@ -122,7 +150,10 @@ std::optional<qint64> AtspiTypingTarget::characterCount()
     }
     // An editable region holds its paragraphs as elements: what counts is what it reads as.
     const std::optional<QString> text = waitForRichText(*application, m_element.path);
-    return text ? std::optional(codePointCount(*text)) : std::nullopt;
+    if (!text)
+        return std::nullopt;
+    m_lastText = *text;
+    return codePointCount(*text);
 }
 
 bool AtspiTypingTarget::needsSoftLineBreaks()
@@ -133,13 +164,31 @@ bool AtspiTypingTarget::needsSoftLineBreaks()
 qint64 AtspiTypingTarget::selectedCharacterCount()
 {
     AtspiApplication *application = answeringApplication();
-    if (!application || isPassword(m_facts))
-        return 0;
+    if (!m_selected)
+        m_selected = application ? askForSelection(*application).value_or(0) : 0;
+    if (isEditingHost(m_facts) && characterCount())
+        m_firstText = m_lastText;
+    return *m_selected;
+}
+
+bool AtspiTypingTarget::isSelectionReplaced()
+{
+    AtspiApplication *application = answeringApplication();
+    if (!application || m_selected.value_or(0) == 0)
+        return false;
+    // A region is selected in one of its elements; its whole text has been read anyway.
+    if (isEditingHost(m_facts))
+        return m_firstText && m_lastText != *m_firstText;
+    return askForSelection(*application) == 0;
+}
+
+std::optional<qint64> AtspiTypingTarget::askForSelection(AtspiApplication &application)
+{
     qint32 start = 0;
     qint32 end = 0;
     qint32 count = 0;
     qint32 selections = 0;
-    Pipeline pipeline(*application);
+    Pipeline pipeline(application);
     pipeline.call(m_element.path, atspi::TextInterface, "GetNSelections",
                   [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
     pipeline.call(
@@ -151,7 +200,9 @@ qint64 AtspiTypingTarget::selectedCharacterCount()
         "i", 0);
     pipeline.property(m_element.path, atspi::TextInterface, "CharacterCount", "i",
                       [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
-    if (!pipeline.wait() || selections <= 0)
+    if (!pipeline.wait())
+        return std::nullopt;
+    if (selections <= 0)
         return 0;
     const auto [first, last] = std::minmax(start, end);
     // A paragraph inside counts as one character there; all selected is all that it reads as.

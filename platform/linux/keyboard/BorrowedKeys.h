@@ -57,8 +57,6 @@ public:
     static constexpr int bankCount = 4;
     std::size_t bankCapacity() const;
     std::size_t wholeCapacity() const;
-    /// Whether Caps Lock cannot alter what the keys type.
-    bool ignoresCapsLock() const { return m_type.has_value(); }
 
     /// Characters, no more than there is room for, and the bank whose keys are to type them, or all
     /// keys without one. The first characters are the quickest to type.

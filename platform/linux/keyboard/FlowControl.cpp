@@ -28,9 +28,12 @@ constexpr qint64 deafPause = 80;
 // characters anew for each key takes ten seconds for what may be on its way; the user can stop it
 // with any key.
 constexpr qint64 progressLimit = 60000;
-// A count that stands still for so long after the last key will not come right.
-constexpr qint64 settledAfter = 30000;
-// Asking the input costs it time: at most the fifth part.
+// A count that stands still for so long after the last key will not come right: the program has
+// changed the text by itself. The one of a page is told by another process than the one that works.
+constexpr qint64 settledAfter = 1000;
+constexpr qint64 settledAfterInPage = 2500;
+// Asking the input costs it time: at most the fifth part, but in a page, where the keys wait for
+// it.
 constexpr qint64 readingPause = 8;
 constexpr qint64 readingShare = 4;
 
@@ -49,6 +52,7 @@ FlowControl::FlowControl(Pings &pings, TypingTarget *target, bool countable, boo
                      ? ReadBack(target->characterCount(), target->selectedCharacterCount())
                      : ReadBack())
     , m_oneByOne(oneByOne)
+    , m_maxUnconfirmed(target ? target->maxUnconfirmedKeys() : std::nullopt)
     , m_clock(clock)
     , m_lastBurst(clock.elapsed())
     , m_lastProgress(clock.elapsed())
@@ -61,6 +65,8 @@ void FlowControl::sent(std::size_t keys, std::size_t utf16Units)
     m_sentUnits += utf16Units;
     if (m_pings.answers())
         m_unanswered.emplace_back(m_pings.send(), m_sent);
+    if (m_target)
+        m_target->keysSent();
     m_lastBurst = m_lastProgress = m_clock.elapsed();
 }
 
@@ -76,14 +82,17 @@ void FlowControl::update(bool wanted)
         m_unanswered.pop_front();
     }
     if (m_readBack.useful()) {
-        const bool matters =
-            wanted || m_oneByOne || !m_pings.answers() || m_sent - m_shown > mostUnshown / 2;
+        const bool matters = wanted || m_oneByOne || m_maxUnconfirmed || !m_pings.answers() ||
+                             m_sent - m_shown > mostUnshown / 2;
         if (m_sent > m_shown && matters && now >= m_nextReading) {
-            m_readBack.observe(m_target->characterCount(), m_sent, now);
+            const bool replaced = !m_readBack.hasMoved() && m_target->isSelectionReplaced();
+            m_readBack.observe(m_target->characterCount(), m_sent, now, replaced);
             m_shown = m_readBack.confirmed();
             const qint64 after = m_clock.elapsed();
             m_nextReading = after;
-            if (!m_oneByOne)
+            if (m_maxUnconfirmed)
+                m_nextReading += after - now;
+            else if (!m_oneByOne)
                 m_nextReading += std::max(readingPause, readingShare * (after - now));
         }
         if (!m_pings.answers())
@@ -101,13 +110,16 @@ std::size_t FlowControl::room() const
 {
     if (m_oneByOne && m_shown < m_sent)
         return 0;
+    if (m_maxUnconfirmed && !m_target->isFocusConfirmed())
+        return 0;
+    const std::size_t unconfirmed = m_maxUnconfirmed.value_or(mostUnshown);
     const std::size_t burst = m_oneByOne ? 1 : burstSize;
     if (m_readBack.useful())
         return std::min(
-            {burst, left(mostUntaken, m_sent - m_taken), left(mostUnshown, m_sent - m_shown)});
+            {burst, left(mostUntaken, m_sent - m_taken), left(unconfirmed, m_sent - m_shown)});
     const qint64 pause = m_pings.answers() ? blindPause : deafPause;
     const bool waits = m_sent > m_taken || m_clock.elapsed() - m_lastBurst < pause;
-    return waits ? 0 : std::min(burst, blindBurstSize);
+    return waits ? 0 : std::min({burst, blindBurstSize, unconfirmed});
 }
 
 bool FlowControl::stalled() const
@@ -117,7 +129,8 @@ bool FlowControl::stalled() const
 
 bool FlowControl::settledElsewhere() const
 {
-    return m_readBack.stillFor(m_clock.elapsed()) > settledAfter;
+    return m_readBack.stillFor(m_clock.elapsed()) >
+           (m_maxUnconfirmed ? settledAfterInPage : settledAfter);
 }
 
 void FlowControl::acceptExcess()

@@ -63,6 +63,8 @@ private:
     TypingTarget *m_target;
     ReadBack m_readBack;
     bool m_oneByOne = false;
+    /// See TypingTarget::maxUnconfirmedKeys().
+    std::optional<std::size_t> m_maxUnconfirmed;
     const QElapsedTimer &m_clock;
 
     std::size_t m_sent = 0;

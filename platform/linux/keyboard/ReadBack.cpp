@@ -15,6 +15,8 @@ namespace
 // all keys that are on their way before it tells of the first.
 constexpr qint64 givenUpAfter = 3000;
 constexpr qint64 longestForKey = 20;
+// A count that still stands so long after the selection went is the new text's.
+constexpr qint64 replacedPause = 40;
 
 } // namespace
 
@@ -26,7 +28,7 @@ ReadBack::ReadBack(std::optional<qint64> countBefore, qint64 selected)
     m_last = *countBefore;
     m_base = *countBefore - selected;
     // An empty rich text input counts a line break of its own, which the first character replaces.
-    if (m_base == 1)
+    if (m_base == 1 && selected == 0)
         m_base = 0;
 }
 
@@ -38,7 +40,7 @@ qint64 ReadBack::excess(Sent sent) const
     return m_moved ? std::max<qint64>(0, arrived - expected) : 0;
 }
 
-void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now)
+void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now, bool replaced)
 {
     if (!m_useful || sent == 0)
         return;
@@ -48,6 +50,15 @@ void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now
         m_last = *count;
         m_lastChange = now;
         m_moved = true;
+    }
+    // A text that is as long as what it replaces leaves the count where it was. The two may not
+    // have been asked at the same moment.
+    if (replaced && !m_moved) {
+        m_replacedSince = m_replacedSince.value_or(now);
+        if (now - *m_replacedSince >= replacedPause) {
+            m_moved = true;
+            m_lastChange = now;
+        }
     }
     const qint64 patience = givenUpAfter + longestForKey * static_cast<qint64>(sent);
     if (!m_moved && now - *m_lastChange >= patience) {

@@ -20,8 +20,12 @@ public:
     /// The count before typing, absent when the input does not say, and how much of it is selected.
     ReadBack(std::optional<qint64> countBefore, qint64 selected);
 
-    /// Takes a new reading, `sent` keys having been sent by then.
-    void observe(std::optional<qint64> count, std::size_t sent, qint64 now);
+    /// Takes a new reading, `sent` keys having been sent by then. `replaced`: what was selected is
+    /// not there any more, as was asked before the count.
+    void observe(std::optional<qint64> count, std::size_t sent, qint64 now, bool replaced = false);
+
+    /// Whether the input has followed the typing by now.
+    bool hasMoved() const { return m_moved; }
 
     /// False when the input does not say how long its text is, or its answer has not followed the
     /// typing for a long time, as with rich text that is spread over several elements.
@@ -50,6 +54,7 @@ private:
     qint64 m_last = 0;
     std::optional<qint64> m_lastChange;
     bool m_moved = false;
+    std::optional<qint64> m_replacedSince;
     std::size_t m_confirmed = 0;
 };
 

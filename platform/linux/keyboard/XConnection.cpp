@@ -301,6 +301,12 @@ void XConnection::sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambi
     lock(lockedBefore);
 }
 
+void XConnection::lockModifiers(std::uint8_t locked)
+{
+    XkbLockModifiers(m_display, XkbUseCoreKbd, 0xff, locked);
+    XFlush(m_display);
+}
+
 std::vector<XWindow> XConnection::inputMethods() const
 {
     std::vector<XWindow> found;

@@ -72,6 +72,9 @@ public:
     void sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambientLocks,
                   std::uint8_t lockedBefore);
 
+    /// Makes exactly these modifiers locked.
+    void lockModifiers(std::uint8_t locked);
+
     /// The windows of the input methods that serve this display (XIM_SERVERS, The Input Method
     /// Protocol).
     std::vector<XWindow> inputMethods() const;

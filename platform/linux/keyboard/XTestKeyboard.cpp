@@ -14,6 +14,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
@@ -49,7 +50,7 @@ constexpr int tick = 2;
 class XTestKeyboard::Engine : public QObject
 {
 public:
-    explicit Engine(const QByteArray &displayName);
+    Engine(InputMethods *methods, const QByteArray &displayName);
     ~Engine() override;
 
     void post(std::unique_ptr<TypingTarget> target, const QList<KeyboardEvent> &events,
@@ -88,6 +89,7 @@ private:
     void drain(TypingResult result);
     void finish(TypingResult result);
 
+    InputMethods *m_methods;
     std::unique_ptr<XConnection> m_connection;
     std::unique_ptr<InputWatch> m_watch;
     std::unique_ptr<BorrowedKeys> m_borrowed;
@@ -104,10 +106,14 @@ private:
 
     std::unique_ptr<TypingTarget> m_target;
     std::optional<qint64> m_askedWhetherReady;
+    bool m_askedForDirectInput = false;
+    std::optional<bool> m_isDirectInput;
     bool m_softLineBreaks = false;
     XWindow m_focus = 0;
     int m_group = 0;
     std::uint8_t m_locked = 0;
+    /// Locks that are off while text is typed.
+    std::uint8_t m_releasedLocks = 0;
     /// The locks under which the layout's keys type what they are planned for.
     std::uint8_t m_ambient = 0;
     std::vector<PlannedKey> m_keys;
@@ -123,8 +129,9 @@ private:
     bool m_focusLost = false;
 };
 
-XTestKeyboard::Engine::Engine(const QByteArray &displayName)
-    : m_connection(XConnection::open(displayName))
+XTestKeyboard::Engine::Engine(InputMethods *methods, const QByteArray &displayName)
+    : m_methods(methods)
+    , m_connection(XConnection::open(displayName))
 {
     m_clock.start();
     m_timer.setSingleShot(true);
@@ -179,6 +186,7 @@ void XTestKeyboard::Engine::startNext()
     m_fenceRequested = false;
     m_focusLost = false;
     m_askedWhetherReady.reset();
+    m_isDirectInput.reset();
     m_target = std::move(m_current.target);
     m_timer.start(0);
 }
@@ -250,7 +258,18 @@ void XTestKeyboard::Engine::wait()
         m_timer.start(5);
         return;
     }
-    if (!m_target->isReadyForKeys()) {
+    if (m_methods && !std::exchange(m_askedForDirectInput, true)) {
+        m_methods->suspend([self = QPointer(this)](bool direct) {
+            if (self)
+                self->m_isDirectInput = direct;
+        });
+    }
+    if (m_isDirectInput == false) {
+        finish(TypingResult::Failed);
+        return;
+    }
+    const bool isDirect = !m_methods || m_isDirectInput;
+    if (!m_target->isReadyForKeys() || !isDirect) {
         if (!m_askedWhetherReady)
             m_askedWhetherReady = m_clock.elapsed();
         if (m_clock.elapsed() - *m_askedWhetherReady > readyLimit)
@@ -276,11 +295,15 @@ bool XTestKeyboard::Engine::plan(const XConnection::Moment &moment)
 {
     m_lastFocusCheck = 0;
     m_group = moment.group;
-    m_locked = moment.lockedModifiers;
+    // Chromium makes a capital of what a borrowed key types while Caps Lock is on.
+    m_releasedLocks = moment.lockedModifiers & capsLock;
+    m_locked = moment.lockedModifiers & ~capsLock;
+    if (m_releasedLocks)
+        m_connection->lockModifiers(m_locked);
     const KeyboardMap map = m_connection->readMap();
     if (!m_borrowed->begin(map))
         return false;
-    m_ambient = m_locked & (m_borrowed->ignoresCapsLock() ? capsLock | numLock : numLock);
+    m_ambient = m_locked & numLock;
     const KeyboardMap::Lookup layout = map.lookup(m_group, m_ambient);
     m_softLineBreaks = m_target->needsSoftLineBreaks();
     m_keys = planKeys(m_current.events, layout, {m_softLineBreaks, m_target->takesTabs()});
@@ -499,11 +522,15 @@ void XTestKeyboard::Engine::finish(TypingResult result)
 {
     m_timer.stop();
     m_phase = Phase::Idle;
+    if (std::exchange(m_askedForDirectInput, false))
+        m_methods->resume();
     if (result == TypingResult::Interrupted && m_focusLost && m_flow && !m_flow->allShown())
         result = TypingResult::Misplaced;
     if (m_connection && !m_connection->broken()) {
         m_watch->stop();
         m_borrowed->giveBack();
+        if (const std::uint8_t released = std::exchange(m_releasedLocks, std::uint8_t{0}))
+            m_connection->lockModifiers(m_locked | released);
     }
     m_indent.reset();
     m_banks.reset();
@@ -520,8 +547,8 @@ void XTestKeyboard::Engine::finish(TypingResult result)
     });
 }
 
-XTestKeyboard::XTestKeyboard(const QByteArray &displayName)
-    : m_engine(std::make_unique<Engine>(displayName))
+XTestKeyboard::XTestKeyboard(InputMethods *methods, const QByteArray &displayName)
+    : m_engine(std::make_unique<Engine>(methods, displayName))
 {
 }
 

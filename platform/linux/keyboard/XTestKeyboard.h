@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/linux/ports/InputMethods.h"
 #include "platform/linux/ports/Typist.h"
 
 #include <QByteArray>
@@ -27,9 +28,10 @@ namespace platform::linux_
 class XTestKeyboard : public Typist
 {
 public:
-    /// `displayName` as XOpenDisplay takes it; empty for $DISPLAY. Without a usable X server every
-    /// sequence ends as Failed.
-    explicit XTestKeyboard(const QByteArray &displayName = {});
+    /// `methods`, which may be null, must outlive this or stop(). `displayName` as XOpenDisplay
+    /// takes it; empty for $DISPLAY. Without a usable X server, and beside an input method that
+    /// goes on composing, every sequence ends as Failed.
+    explicit XTestKeyboard(InputMethods *methods = nullptr, const QByteArray &displayName = {});
     ~XTestKeyboard() override;
 
     void type(std::unique_ptr<TypingTarget> target, const QList<KeyboardEvent> &events,

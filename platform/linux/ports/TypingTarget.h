@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <optional>
 
 namespace platform::linux_
@@ -35,6 +36,18 @@ public:
 
     /// Number of code points that are selected now, which the first typed character replaces.
     virtual qint64 selectedCharacterCount() { return 0; }
+    /// Whether what was selected then has been replaced. The count does not show it where what is
+    /// typed is as long as what was selected.
+    virtual bool isSelectionReplaced() { return false; }
+
+    /// How many keys may be on their way that the input does not show yet, where something else in
+    /// the same window can take the focus between two of them: a frame in a web page.
+    virtual std::optional<std::size_t> maxUnconfirmedKeys() { return std::nullopt; }
+    /// Tells that keys have been sent.
+    virtual void keysSent() {}
+    /// Whether the input has said since the last keysSent() that it has the focus. True where it
+    /// does not say.
+    virtual bool isFocusConfirmed() { return true; }
 
     /// The end of the text before the caret, no longer than a few hundred characters; absent when
     /// the input does not say.

@@ -41,6 +41,17 @@ CFRange utf16Range(const QString &text, qint64 start, qint64 end, qint64 count)
     return {first, utf16Offset(text, end) - first};
 }
 
+bool isSelection(const QString &text, qsizetype position, qsizetype length, qint64 start,
+                 qint64 end)
+{
+    const auto means = [&text](qint64 answer, qsizetype at) {
+        const qint64 characters = codePointCount(text.first(at));
+        const qint64 pairs = at - characters;
+        return answer == characters || answer == at || answer == characters - pairs;
+    };
+    return means(start, position) && means(end, position + length);
+}
+
 QString withLineFeeds(QString text)
 {
     // Looking for two characters takes several times as long as looking for one.

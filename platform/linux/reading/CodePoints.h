@@ -21,6 +21,12 @@ qint64 utf16Offset(const QString &text, qint64 position);
 /// text's length: Qt counts UTF-16 units where it should count characters.
 CFRange utf16Range(const QString &text, qint64 start, qint64 end, qint64 count);
 
+/// Whether the answer "selected from `start` to `end`" means the `length` UTF-16 units of `text`
+/// from `position` on, in whatever the application counts. Chromium's numbers are short by the
+/// count of characters above U+FFFF that stand before them.
+bool isSelection(const QString &text, qsizetype position, qsizetype length, qint64 start,
+                 qint64 end);
+
 /// The text with every kind of line end as a line feed: toolkits differ in what they make of one.
 QString withLineFeeds(QString text);
 

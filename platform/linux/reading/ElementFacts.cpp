@@ -192,8 +192,11 @@ bool isEditable(const ElementFacts &facts)
 
 bool isEditingHost(const ElementFacts &facts)
 {
-    if (!isInWebPage(facts) || isDocument(facts) || !isEditable(facts))
+    if (!isInWebPage(facts) || !isEditable(facts))
         return false;
+    // A mail's composer, for one, is a document that is editable as a whole.
+    if (isDocument(facts))
+        return true;
     if (facts.tag == "input" || facts.tag == "textarea" || facts.tag == "select")
         return false;
     // What lies inside a host is editable too, but is no target of the focus.
@@ -205,7 +208,7 @@ QString axRole(const ElementFacts &facts)
     if (isPassword(facts))
         return QStringLiteral("AXTextField");
     if (isDocument(facts))
-        return QStringLiteral("AXWebArea");
+        return isEditable(facts) ? QStringLiteral("AXTextArea") : QStringLiteral("AXWebArea");
     if (facts.is(Role::ComboBox) && facts.tag == "textarea" && isEditable(facts))
         return QStringLiteral("AXTextArea");
     if (facts.is(Role::ComboBox))

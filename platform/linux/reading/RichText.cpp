@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace platform::linux_
 {
@@ -22,30 +23,42 @@ constexpr int deepest = 100;
 class Lines
 {
 public:
-    void add(QStringView text) { m_line += text; }
+    /// `text` stands in the element's own text from `offset` on.
+    void add(QStringView text, const TextNode &node, qsizetype offset)
+    {
+        if (!text.isEmpty())
+            m_linePieces.append({m_line.size(), text.size(), node.path, node.text, offset});
+        m_line += text;
+    }
 
     void endLine()
     {
         if (m_line.isEmpty())
             return;
-        if (m_line.endsWith(QLatin1Char('\n')))
+        if (m_line.endsWith(QLatin1Char('\n'))) {
             m_line.chop(1);
+            --m_linePieces.last().length;
+        }
         if (m_any)
-            m_text += QLatin1Char('\n');
-        m_text += m_line;
+            m_content.text += QLatin1Char('\n');
+        for (TextPiece &piece : m_linePieces)
+            piece.position += m_content.text.size();
+        m_content.pieces += std::exchange(m_linePieces, {});
+        m_content.text += m_line;
         m_any = true;
         m_line.clear();
     }
 
-    QString take()
+    RichTextContent take()
     {
         endLine();
-        return std::move(m_text);
+        return std::move(m_content);
     }
 
 private:
-    QString m_text;
+    RichTextContent m_content;
     QString m_line;
+    QList<TextPiece> m_linePieces;
     bool m_any = false;
 };
 
@@ -94,7 +107,7 @@ void compose(const TextNode &node, Lines &lines)
     for (qsizetype i = 0; i <= text.size(); ++i) {
         if (i < text.size() && text.at(i) != QChar::ObjectReplacementCharacter)
             continue;
-        lines.add(text.mid(start, i - start));
+        lines.add(text.mid(start, i - start), node, node.text.size() - text.size() + start);
         start = i + 1;
         if (i == text.size())
             break;
@@ -107,7 +120,7 @@ void compose(const TextNode &node, Lines &lines)
 /// A reading under way. Lives as long as answers are outstanding.
 struct Reading : std::enable_shared_from_this<Reading> {
     QPointer<AtspiApplication> application;
-    std::function<void(const std::optional<QString> &)> completion;
+    std::function<void(std::optional<RichTextContent>)> completion;
     TextNode root;
     QSet<QByteArray> seen;
     int elements = 0;
@@ -153,7 +166,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
         if (--outstanding > 0 || !completion)
             return;
         const auto done = std::exchange(completion, nullptr);
-        done(failed ? std::nullopt : std::optional(flatten(root)));
+        done(failed ? std::nullopt : std::optional(flattened(root)));
     }
 
     void read(TextNode *node, const QByteArray &path, int depth)
@@ -163,6 +176,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
             return;
         }
         seen.insert(path);
+        node->path = path;
         node->facts.toolkit = application->toolkit();
         ask(path, atspi::AccessibleInterface, "GetRole",
             [node](DBusMessage &reply) { node->facts.role = reply.readUInt32().value_or(0); });
@@ -208,28 +222,48 @@ struct Reading : std::enable_shared_from_this<Reading> {
 
 } // namespace
 
-QString flatten(const TextNode &node)
+RichTextContent flattened(const TextNode &node)
 {
+    RichTextContent content;
     // A plain input's line breaks are all the user's.
     const QByteArray &tag = node.facts.tag;
     if (node.children.empty() && (tag.isEmpty() || tag == "textarea" || tag == "input")) {
-        QString text = QString(node.text).remove(QChar::ObjectReplacementCharacter);
-        if (holdsLastLineOpen(node.facts) && text.endsWith(QLatin1Char('\n')))
-            text.chop(1);
-        return text;
+        content.text = QString(node.text).remove(QChar::ObjectReplacementCharacter);
+        const bool isWhole = content.text.size() == node.text.size();
+        if (holdsLastLineOpen(node.facts) && content.text.endsWith(QLatin1Char('\n')))
+            content.text.chop(1);
+        if (isWhole)
+            content.pieces.append({0, content.text.size(), node.path, node.text, 0});
+    } else {
+        Lines lines;
+        compose(node, lines);
+        content = lines.take();
     }
-    Lines lines;
-    compose(node, lines);
-    return lines.take();
+    content.ownText = node.text;
+    return content;
 }
 
-void readRichText(AtspiApplication &application, const QByteArray &path,
-                  std::function<void(const std::optional<QString> &)> completion)
+QString flatten(const TextNode &node)
+{
+    return flattened(node).text;
+}
+
+void readRichContent(AtspiApplication &application, const QByteArray &path,
+                     std::function<void(std::optional<RichTextContent>)> completion)
 {
     const auto reading = std::make_shared<Reading>();
     reading->application = &application;
     reading->completion = std::move(completion);
     reading->read(&reading->root, path, 0);
+}
+
+void readRichText(AtspiApplication &application, const QByteArray &path,
+                  std::function<void(const std::optional<QString> &)> completion)
+{
+    readRichContent(application, path,
+                    [completion = std::move(completion)](std::optional<RichTextContent> content) {
+                        completion(content ? std::optional(content->text) : std::nullopt);
+                    });
 }
 
 std::optional<QString> waitForRichText(AtspiApplication &application, const QByteArray &path,

@@ -21,6 +21,7 @@ struct TextNode {
     /// What the Text interface says; every embedded element is one U+FFFC.
     QString text;
     std::vector<TextNode> children;
+    QByteArray path{};
 };
 
 /// The text as the user sees it: what is embedded stands in its place, blocks begin a new line,
@@ -28,9 +29,34 @@ struct TextNode {
 /// counts as none. List markers are the page's, not the user's.
 QString flatten(const TextNode &node);
 
+/// A stretch of one element's text, and where it stands in the text that the user sees. Positions
+/// and lengths are UTF-16 units.
+struct TextPiece {
+    qsizetype position = 0;
+    qsizetype length = 0;
+    /// The element, its own text, and where the stretch begins in that.
+    QByteArray path;
+    QString text;
+    qsizetype offset = 0;
+};
+
+/// The text as the user sees it, with the pieces that it is made of, in their order.
+struct RichTextContent {
+    QString text;
+    QList<TextPiece> pieces;
+    /// What the outermost element itself says.
+    QString ownText;
+};
+
+RichTextContent flattened(const TextNode &node);
+
 /// Reads the whole text of the element, embedded elements included, without waiting. `completion`
 /// is called once, from within the application's answer; with nothing when the application does not
 /// say or what it says has no end.
+void readRichContent(AtspiApplication &application, const QByteArray &path,
+                     std::function<void(std::optional<RichTextContent>)> completion);
+
+/// The same, without the pieces.
 void readRichText(AtspiApplication &application, const QByteArray &path,
                   std::function<void(const std::optional<QString> &)> completion);
 

@@ -11,10 +11,10 @@ CANNOT_COMPLETE = -25204
 
 
 class Probe:
-    def __init__(self, session, build):
+    def __init__(self, session, build, *options):
         with open(session.folder + "/ax_probe", "wb") as log:
             self.process = subprocess.Popen(
-                [str(build / "tests" / "support" / "ax_probe")],
+                [str(build / "tests" / "support" / "ax_probe"), *options],
                 env=session.env,
                 stdin=subprocess.PIPE,
                 stdout=subprocess.PIPE,

@@ -66,7 +66,8 @@ TEST(ElementFacts, OnlyWhatTheUserEditsInSeveralLinesIsATextArea)
     EXPECT_EQ(role(facts(Role::Label, {State::MultiLine})), "AXStaticText");
     EXPECT_EQ(role(facts(Role::Link, {State::Editable}, "a")), "AXLink") << "inside a host";
     EXPECT_EQ(role(facts(Role::Terminal, editable)), "AXGroup");
-    EXPECT_EQ(role(facts(Role::DocumentWeb, editable, "#document")), "AXWebArea");
+    EXPECT_EQ(role(facts(Role::DocumentWeb, editable, "#document")), "AXTextArea");
+    EXPECT_EQ(role(facts(Role::DocumentWeb, {}, "#document")), "AXWebArea");
     EXPECT_EQ(role(facts(Role(4'000'000'000U), {})), "AXUnknown");
     EXPECT_EQ(role(facts(Role(-1), {})), "AXUnknown");
 }
