@@ -11,7 +11,7 @@
 namespace metricpost
 {
 
-/// Tells the instances when the application becomes active and when it stops being so. The
+/// Notifies the instances when the application becomes active and when it stops being so. The
 /// application reports; the instances listen. Any thread; listeners run on the reporting one and
 /// must not add or remove listeners.
 class ApplicationState
@@ -26,7 +26,7 @@ public:
     void applicationWillResignActive();
 
     /// Returns the number to remove it by. A listener that comes while the application is
-    /// already active hears so at once.
+    /// already active is notified at once.
     int addListener(const Listener &listener);
 
     /// When it returns the listener is not running and will not run again.

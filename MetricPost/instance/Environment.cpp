@@ -4,6 +4,7 @@
 #include "Environment.h"
 
 #include "MetricPostPersistence.h"
+#include "ProcessClock.h"
 #include "QtHTTPTransport.h"
 #include "SettingsUserDefaults.h"
 
@@ -24,6 +25,11 @@ std::optional<QString> folder(QStandardPaths::StandardLocation location)
     return path.isEmpty() ? std::nullopt : std::optional(path);
 }
 
+template <class Clock> double secondsOf()
+{
+    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
+}
+
 bool wishesNoTracking()
 {
     const QString value = qEnvironmentVariable("DO_NOT_TRACK").toLower();
@@ -39,11 +45,9 @@ Environment Environment::standard()
         MetricPostUserDefaultsKeys::suiteName + QStringLiteral(".conf");
     const auto archives = folder(QStandardPaths::GenericDataLocation);
     return {
-        .now =
-            [] {
-                const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-                return std::chrono::duration<double>(sinceEpoch).count();
-            },
+        .now = [clock = std::make_shared<ProcessClock>(
+                    secondsOf<std::chrono::system_clock>,
+                    secondsOf<std::chrono::steady_clock>)] { return clock->now(); },
         .random = [] { return QRandomGenerator::global()->generate(); },
         .userDefaults = std::make_shared<SettingsUserDefaults>(suiteFile),
         .cachesFolder = folder(QStandardPaths::GenericCacheLocation),

@@ -4,6 +4,7 @@
 #include "InstanceCore.h"
 
 #include "AutomaticProperties.h"
+#include "InstanceStore.h"
 #include "MainQueue.h"
 #include "MetricPost/MetricPostInstance.h"
 #include "MetricPost/MetricPostLogger.h"
@@ -30,17 +31,20 @@ QString initialServerURL(const MetricPostOptions &options, const Environment &en
     return options.serverURL.value_or(environment.defaultServerURL);
 }
 
-PersistenceType persistenceType(FlushType type)
+// What a value holds in memory, roughly.
+qint64 approximateBytes(const MetricPostType &value)
 {
-    switch (type) {
-    case FlushType::events:
-        return PersistenceType::events;
-    case FlushType::people:
-        return PersistenceType::people;
-    case FlushType::groups:
-        break;
+    qint64 bytes = qint64(sizeof(MetricPostType));
+    if (const auto *text = value.get<QString>()) {
+        bytes += text->size() * qint64(sizeof(QChar));
+    } else if (const auto *list = value.get<ValueList>()) {
+        for (const MetricPostType &element : *list)
+            bytes += approximateBytes(element);
+    } else if (const auto *dictionary = value.get<Properties>()) {
+        for (auto entry = dictionary->cbegin(); entry != dictionary->cend(); ++entry)
+            bytes += entry.key().size() * qint64(sizeof(QChar)) + approximateBytes(entry.value());
     }
-    return PersistenceType::groups;
+    return bytes;
 }
 
 constexpr std::array allLogLevels{MetricPostLogLevel::debug, MetricPostLogLevel::info,
@@ -48,33 +52,23 @@ constexpr std::array allLogLevels{MetricPostLogLevel::debug, MetricPostLogLevel:
 
 } // namespace
 
-struct InstanceCore::Store {
-    Store(const MetricPostOptions &options, const QString &name, const Environment &environment,
-          SerialQueue &trackingQueue, std::stop_token stop)
-        : persistence(name, {environment.now, environment.cachesFolder, environment.userDefaults,
-                             environment.legacyArchiveFolder, std::move(stop)})
-        , sessionMetadata(trackingQueue, environment.now, environment.random)
-        , trackInstance(options.token, name, sessionMetadata, persistence, environment.userDefaults)
-    {
-    }
-
-    MetricPostPersistence persistence;
-    SessionMetadata sessionMetadata;
-    Track trackInstance;
-};
-
 InstanceCore::InstanceCore(const MetricPostOptions &options, const Environment &environment)
     : m_options(options)
     , m_name(options.instanceName.value_or(options.token))
     , m_environment(environment)
     , m_trackAutomaticEventsEnabled(options.trackAutomaticEvents)
     , m_optedOut(environment.doNotTrack)
-    , m_trackingQueue(queueLabel(options.token, QStringLiteral("tracking")))
+    , m_trackingQueue(queueLabel(options.token, QStringLiteral("tracking")),
+                      [this] { afterGroup(); }, {options.maxQueuedEvents, options.maxQueuedBytes})
     , m_networkQueue(queueLabel(options.token, QStringLiteral("network")))
     , m_flushInstance(initialServerURL(options, environment), options.useGzipCompression,
                       {environment.transport, environment.now, environment.random})
 {
-    // Who asked for no tracking gets no file either.
+    if (m_environment.cachesFolder) {
+        m_uploadClaim.emplace(
+            MetricPostPersistence::uploadClaimPath(*m_environment.cachesFolder, m_name));
+    }
+    // Without tracking there is no file either.
     if (!m_environment.doNotTrack) {
         m_trackingQueue.async([this] {
             m_store = std::make_unique<Store>(m_options, m_name, m_environment, m_trackingQueue,
@@ -85,8 +79,8 @@ InstanceCore::InstanceCore(const MetricPostOptions &options, const Environment &
     AutomaticProperties::computeOnce(m_environment.systemInfo);
     m_flushInstance.setInitialFlushInterval(options.flushInterval);
     m_flushInstance.setDelegate(this);
-    unarchive();
     setupListeners();
+    unarchive();
     if (options.optOutTrackingByDefault && !m_environment.doNotTrack &&
         !MetricPostPersistence::loadOptOutStatusFlag(m_name, *m_environment.userDefaults)) {
         optOutTracking();
@@ -131,9 +125,13 @@ void InstanceCore::unarchive()
             deviceId = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
         identity.anonymousId = deviceId;
         identity.distinctID = MetricPostInstance::addPrefixToDeviceId(*deviceId);
-        // Ahead of the first event; nobody waits for the disk.
+        // On the tracking queue, so that no caller waits for the disk, and before the first event.
+        // When another process has stored an identity meanwhile, that one holds.
         onStore([this, identity](Store &) {
-            MetricPostPersistence::saveIdentity(identity, m_name, *m_environment.userDefaults);
+            const MetricPostIdentity stored = MetricPostPersistence::saveIdentityIfAbsent(
+                identity, m_name, *m_environment.userDefaults);
+            if (!stored.distinctID.isEmpty())
+                m_readWriteLock.write([&] { m_identity = stored; });
         });
     }
     m_readWriteLock.write([&] {
@@ -153,26 +151,51 @@ void InstanceCore::onStore(std::function<void(Store &)> work)
     });
 }
 
+// The tracking queue has run everything that waited.
+void InstanceCore::afterGroup()
+{
+    if (!m_store)
+        return;
+    m_store->persistence.commit();
+    m_droppedRows = m_store->persistence.droppedRows();
+}
+
+// On the tracking queue. The user may have opted out since the event was handed over, also in
+// another process of the same instance.
+bool InstanceCore::mayRecord(Store &store)
+{
+    if (m_optedOut)
+        return false;
+    if (!MetricPostPersistence::loadOptOutStatusFlag(m_name, *m_environment.userDefaults)
+             .value_or(false)) {
+        return true;
+    }
+    m_optedOut = true;
+    store.persistence.resetEntities();
+    return false;
+}
+
 void InstanceCore::track(const QString &event, const Properties &properties)
 {
     if (hasOptedOutTracking())
         return;
-    m_trackingQueue.async([this, event, properties, epochInterval = m_environment.now()] {
-        // The user may have opted out since.
-        if (!m_store || hasOptedOutTracking())
-            return;
-        MetricPostIdentity identity;
-        Properties timedEvents;
-        Properties superProperties;
-        m_readWriteLock.read([&] {
-            identity = m_identity;
-            timedEvents = m_timedEvents;
-            superProperties = m_superProperties;
+    const qint64 bytes = approximateBytes(event) + approximateBytes(properties);
+    m_trackingQueue.asyncDroppable(
+        bytes, [this, event, properties, epochInterval = m_environment.now()] {
+            if (!m_store || !mayRecord(*m_store))
+                return;
+            MetricPostIdentity identity;
+            Properties timedEvents;
+            Properties superProperties;
+            m_readWriteLock.read([&] {
+                identity = m_identity;
+                timedEvents = m_timedEvents;
+                superProperties = m_superProperties;
+            });
+            timedEvents = m_store->trackInstance.track(event, properties, timedEvents,
+                                                       superProperties, identity, epochInterval);
+            m_readWriteLock.write([&] { m_timedEvents = timedEvents; });
         });
-        timedEvents = m_store->trackInstance.track(event, properties, timedEvents, superProperties,
-                                                   identity, epochInterval);
-        m_readWriteLock.write([&] { m_timedEvents = timedEvents; });
-    });
 }
 
 void InstanceCore::changeTimedEvents(std::function<Properties(const Properties &)> change)
@@ -246,55 +269,6 @@ void InstanceCore::clearSuperProperties()
     });
 }
 
-void InstanceCore::flush(bool performFullFlush, std::function<void()> completion)
-{
-    if (hasOptedOutTracking()) {
-        if (completion)
-            runOnMainQueue(std::move(completion));
-        return;
-    }
-    // By way of the tracking queue, behind everything that was tracked before; from there to the
-    // network queue, which loads at its turn. Loading any earlier would load rows that a flush
-    // under way is about to deliver, and send them twice.
-    m_trackingQueue.async([this, performFullFlush, completion = std::move(completion)] {
-        m_networkQueue.async([this, performFullFlush, completion] {
-            deliver(performFullFlush);
-            if (completion)
-                runOnMainQueue(completion);
-        });
-    });
-}
-
-// On the network queue.
-void InstanceCore::deliver(bool performFullFlush)
-{
-    if (m_flushInstance.serverURL().isEmpty())
-        return;
-    ProxyServerResource proxy;
-    if (m_options.proxyServerConfig && m_options.proxyServerConfig->delegate)
-        proxy = m_options.proxyServerConfig->delegate->resourceForProxyServer(m_name);
-    const int batchSize = performFullFlush ? MPDB::allRows : m_flushInstance.flushBatchSize();
-    for (const FlushType type : allFlushTypes) {
-        if (m_flushInstance.flushRequest().requestNotAllowed())
-            return;
-        QList<Properties> records;
-        m_trackingQueue.sync([&] {
-            if (m_store) {
-                records = m_store->persistence.loadEntitiesInBatch(
-                    persistenceType(type), batchSize, false, !trackAutomaticEventsEnabled());
-            }
-        });
-        m_flushInstance.flushQueue(records, type, proxy.headers, proxy.queryItems);
-    }
-}
-
-void InstanceCore::flushSuccess(FlushType type, const QList<qint32> &ids)
-{
-    onStore([type, ids](Store &store) {
-        store.persistence.removeEntitiesInBatch(persistenceType(type), ids);
-    });
-}
-
 void InstanceCore::optOutTracking()
 {
     m_optedOut = true;
@@ -304,8 +278,9 @@ void InstanceCore::optOutTracking()
 
 void InstanceCore::optInTracking()
 {
-    m_optedOut = m_environment.doNotTrack;
+    // In this order, so that no event finds the old status.
     MetricPostPersistence::saveOptOutStatusFlag(false, m_name, *m_environment.userDefaults);
+    m_optedOut = m_environment.doNotTrack;
 }
 
 bool InstanceCore::hasOptedOutTracking() const
@@ -346,7 +321,7 @@ void InstanceCore::setLoggingEnabled(bool enabled)
 
 void InstanceCore::waitUntilStored()
 {
-    m_trackingQueue.sync([] {});
+    m_trackingQueue.sync([this] { afterGroup(); });
 }
 
 bool InstanceCore::shutdown(std::chrono::milliseconds limit)

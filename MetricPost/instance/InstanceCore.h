@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Environment.h"
+#include "FileLock.h"
 #include "Flush.h"
 #include "MetricPost/MetricPostIdentity.h"
 #include "MetricPost/MetricPostOptions.h"
@@ -69,17 +70,31 @@ public:
     bool loggingEnabled() const { return m_loggingEnabled; }
     void setLoggingEnabled(bool enabled);
 
+    qint64 droppedRecords() const { return m_droppedRows + m_trackingQueue.droppedTasks(); }
+    qint64 refusedRecords() const { return m_refusedRecords; }
+
+    /// Whether the caller is a task of one of the two queues.
+    bool isOwnThread() const
+    {
+        return m_trackingQueue.isCurrentThread() || m_networkQueue.isCurrentThread();
+    }
+
     void waitUntilStored();
     bool shutdown(std::chrono::milliseconds limit);
 
 private:
-    /// What exists only on the tracking queue, opened there so that no caller waits for a disk.
     struct Store;
 
-    void flushSuccess(FlushType type, const QList<qint32> &ids) override;
+    bool flushSuccess(FlushType type, const QList<qint32> &ids) override;
+    void flushRefused(FlushType type, const QList<qint32> &ids) override;
+    bool isSendingAllowed() const override;
     void setupListeners();
     void unarchive();
     void deliver(bool performFullFlush);
+    bool deliverBatch(FlushType type, const ProxyServerResource &proxy);
+    bool claimUploads();
+    bool mayRecord(Store &store);
+    void afterGroup();
     void onStore(std::function<void(Store &)> work);
     void changeTimedEvents(std::function<Properties(const Properties &)> change);
     void changeSuperProperties(std::function<Properties(Store &, const Properties &)> change);
@@ -90,6 +105,8 @@ private:
     std::atomic<bool> m_trackAutomaticEventsEnabled;
     std::atomic<bool> m_optedOut;
     std::atomic<bool> m_loggingEnabled{false};
+    std::atomic<qint64> m_droppedRows{0};
+    std::atomic<qint64> m_refusedRecords{0};
 
     mutable ReadWriteLock m_readWriteLock{QStringLiteral("dratru.globallock")};
     MetricPostIdentity m_identity;
@@ -101,6 +118,8 @@ private:
     SerialQueue m_trackingQueue;
     SerialQueue m_networkQueue;
     Flush m_flushInstance;
+    /// Network queue only. Held while rows are sent and removed.
+    std::optional<FileLock> m_uploadClaim;
     int m_applicationListener = 0;
     std::once_flag m_shutdownOnce;
 };

@@ -31,7 +31,7 @@ MetricPost::InstancePtr MetricPost::initialize(const MetricPostOptions &options)
 }
 
 MetricPost::InstancePtr
-MetricPost::initialize(const QString &token, double flushInterval,
+MetricPost::initialize(const QString &token, Seconds flushInterval,
                        const std::optional<QString> &instanceName, bool optOutTrackingByDefault,
                        bool useUniqueDistinctId, const std::optional<Properties> &superProperties,
                        const std::optional<QString> &serverURL, bool useGzipCompression)

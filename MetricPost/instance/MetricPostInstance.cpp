@@ -5,6 +5,8 @@
 
 #include "InstanceCore.h"
 
+#include <thread>
+
 namespace metricpost
 {
 
@@ -14,7 +16,12 @@ MetricPostInstance::MetricPostInstance(const MetricPostOptions &options,
 {
 }
 
-MetricPostInstance::~MetricPostInstance() = default;
+MetricPostInstance::~MetricPostInstance()
+{
+    // A completion may have held the last reference. A queue cannot wait for its own thread to end.
+    if (m_core->isOwnThread())
+        std::thread([core = std::move(m_core)]() mutable { core.reset(); }).detach();
+}
 
 const QString &MetricPostInstance::apiToken() const
 {
@@ -142,12 +149,12 @@ void MetricPostInstance::setServerURL(const QString &url)
     m_core->flushInstance().setServerURL(url);
 }
 
-double MetricPostInstance::flushInterval() const
+Seconds MetricPostInstance::flushInterval() const
 {
     return m_core->flushInstance().flushInterval();
 }
 
-void MetricPostInstance::setFlushInterval(double interval)
+void MetricPostInstance::setFlushInterval(Seconds interval)
 {
     m_core->flushInstance().setFlushInterval(interval);
 }
@@ -180,6 +187,16 @@ bool MetricPostInstance::useIPAddressForGeoLocation() const
 void MetricPostInstance::setUseIPAddressForGeoLocation(bool use)
 {
     m_core->flushInstance().setUseIPAddressForGeoLocation(use);
+}
+
+qint64 MetricPostInstance::droppedRecords() const
+{
+    return m_core->droppedRecords();
+}
+
+qint64 MetricPostInstance::refusedRecords() const
+{
+    return m_core->refusedRecords();
 }
 
 bool MetricPostInstance::loggingEnabled() const

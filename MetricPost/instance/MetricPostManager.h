@@ -35,9 +35,9 @@ public:
     /// The instance of that name if there is one, which the options then do not change, or else
     /// a new one. It becomes the main instance.
     InstancePtr initialize(const MetricPostOptions &options);
-    /// Nothing, and a warning in the log, when there is none.
+    /// Empty, with a warning in the log, when there is none.
     InstancePtr getInstance(const QString &name);
-    /// Nothing when there is none.
+    /// Empty when there is none.
     InstancePtr mainInstance() const;
     void setMainInstance(const QString &name);
     /// Removing the main instance leaves none.

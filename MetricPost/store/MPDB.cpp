@@ -1,18 +1,13 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
+// Writing and reading rows.
 #include "MPDB.h"
 
 #include "JSONHandler.h"
 #include "MetricPost/MetricPostLogger.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
-#include <sqlite3.h>
-
-#include <thread>
+#include "SqliteCodes.h"
+#include "Statement.h"
 
 namespace metricpost
 {
@@ -20,284 +15,188 @@ namespace metricpost
 namespace
 {
 
-constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+// The flag of rows that are set aside; reads ask for 0 or 1.
+constexpr int asideFlag = 2;
 
-QString lettersAndDigits(const QString &token)
+QString joined(const QList<qint32> &ids)
 {
-    QString result;
-    const auto characters = token.toUcs4();
-    for (const uint character : characters) {
-        if (QChar::isLetterOrNumber(character))
-            result += QChar::fromUcs4(character);
-    }
-    return result;
-}
-
-// The database's own file and those that SQLite keeps beside it.
-QStringList filesOf(const QString &path)
-{
-    return {path, path + QStringLiteral("-wal"), path + QStringLiteral("-shm")};
-}
-
-// SQLite gives the files that it creates beside a database the database's permissions.
-void keepPrivate(const QString &path)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    if (QFile file(path); !file.exists())
-        (void)file.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly);
-    const QStringList files = filesOf(path);
-    for (const QString &file : files) {
-        if (QFile::exists(file))
-            QFile::setPermissions(file, ownerOnly);
-    }
+    QStringList numbers;
+    numbers.reserve(ids.size());
+    for (const qint32 id : ids)
+        numbers.append(QString::number(id));
+    return u'(' + numbers.join(u',') + u')';
 }
 
 } // namespace
 
-/// A prepared statement, finalised at the end of its scope.
-class MPDB::Statement
+int MPDB::execute(const char *sql)
 {
-public:
-    Statement(sqlite3 *connection, const QString &sql)
-    {
-        const QByteArray text = sql.toUtf8();
-        sqlite3_prepare_v2(connection, text.constData(), int(text.size()), &m_statement, nullptr);
+    const int code = sqlite3_exec(m_connection, sql, nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK)
+        logSqlError();
+    return code;
+}
+
+// Runs a write and deals with its failure, see the class comment. The operation returns
+// SQLite's code and SQLITE_OK for success.
+bool MPDB::attempt(const std::function<int()> &operation)
+{
+    int code = operation();
+    if (primaryCode(code) == SQLITE_FULL || primaryCode(code) == SQLITE_IOERR) {
+        // The write-ahead log may be what fills the disk; a checkpoint empties it.
+        sqlite3_wal_checkpoint_v2(m_connection, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr,
+                                  nullptr);
+        code = operation();
     }
-    ~Statement() { sqlite3_finalize(m_statement); }
-    Q_DISABLE_COPY_MOVE(Statement)
-
-    explicit operator bool() const { return m_statement != nullptr; }
-    sqlite3_stmt *get() const { return m_statement; }
-    int step() { return sqlite3_step(m_statement); }
-
-private:
-    sqlite3_stmt *m_statement = nullptr;
-};
-
-MPDB::MPDB(const QString &token, Surroundings surroundings)
-    : m_apiToken(lettersAndDigits(token))
-    , m_surroundings(std::move(surroundings))
-{
-    open();
-}
-
-MPDB::~MPDB()
-{
-    if (m_connection)
-        close();
-}
-
-std::optional<QString> MPDB::path() const
-{
-    if (!m_surroundings.folder)
-        return std::nullopt;
-    return *m_surroundings.folder + u'/' + m_apiToken + u'_' + DB_FILE_NAME;
-}
-
-QString MPDB::tableName(PersistenceType type) const
-{
-    return QStringLiteral("metricpost_") + m_apiToken + u'_' + rawValue(type);
-}
-
-void MPDB::open()
-{
-    if (m_apiToken.isEmpty()) {
-        MetricPostLogger::error([] {
-            return QStringLiteral("Project token must not be empty. Database cannot be opened.");
-        });
-        return;
-    }
-    const auto file = path();
-    if (!file)
-        return;
-
-    keepPrivate(*file);
-    const int status = sqlite3_open_v2(QFile::encodeName(*file).constData(), &m_connection,
-                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    if (status != SQLITE_OK) {
-        logSqlError(QStringLiteral("Error opening or creating database at path: ") + *file);
-        close();
-        return;
-    }
-    sqlite3_busy_handler(m_connection, &MPDB::waitForLock, this);
-    MetricPostLogger::info([&] {
-        return QStringLiteral("Successfully opened connection to database at path: ") + *file;
-    });
-    enableWriteAheadLog();
-    for (const PersistenceType type : allPersistenceTypes) {
-        createTableFor(type);
-        createIndexFor(type);
-    }
-}
-
-void MPDB::enableWriteAheadLog()
-{
-    Statement statement(m_connection, QStringLiteral("PRAGMA journal_mode=WAL;"));
-    if (!statement) {
-        MetricPostLogger::error([] {
-            return QStringLiteral("PRAGMA journal_mode=WAL statement could not be prepared");
-        });
-    } else if (statement.step() != SQLITE_ROW) {
-        MetricPostLogger::error([] { return QStringLiteral("Failed to enable journal_mode=WAL"); });
-    } else {
-        MetricPostLogger::info([&] {
-            const auto *mode =
-                reinterpret_cast<const char *>(sqlite3_column_text(statement.get(), 0));
-            return QStringLiteral("SQLite journal mode set to ") + QString::fromUtf8(mode);
-        });
-    }
-}
-
-void MPDB::createTableFor(PersistenceType type)
-{
-    const QString table = tableName(type);
-    Statement statement(m_connection,
-                        QStringLiteral("CREATE TABLE IF NOT EXISTS ") + table +
-                            QStringLiteral("(id integer primary key autoincrement,data blob,time "
-                                           "real,flag integer);"));
-    if (!statement) {
-        logSqlError(QStringLiteral("CREATE statement for table ") + table +
-                    QStringLiteral(" could not be prepared"));
-    } else if (statement.step() != SQLITE_DONE) {
-        logSqlError(table + QStringLiteral(" table create failed"));
-    } else {
-        MetricPostLogger::info([&] { return table + QStringLiteral(" table created"); });
-    }
-}
-
-void MPDB::createIndexFor(PersistenceType type)
-{
-    const QString table = tableName(type);
-    const QString index = QStringLiteral("idx_") + table + QStringLiteral("_time");
-    Statement statement(m_connection, QStringLiteral("CREATE INDEX IF NOT EXISTS ") + index +
-                                          QStringLiteral(" ON ") + table +
-                                          QStringLiteral(" (time);"));
-    if (!statement) {
-        logSqlError(QStringLiteral("CREATE statement for index ") + index +
-                    QStringLiteral(" could not be prepared"));
-    } else if (statement.step() != SQLITE_DONE) {
-        logSqlError(index + QStringLiteral(" index creation failed"));
-    } else {
-        MetricPostLogger::info([&] { return index + QStringLiteral(" index created"); });
-    }
-}
-
-void MPDB::close()
-{
-    sqlite3_close_v2(m_connection);
-    m_connection = nullptr;
-    MetricPostLogger::info([] { return QStringLiteral("Connection to database closed."); });
-}
-
-void MPDB::reconnect()
-{
-    MetricPostLogger::warn(
-        [] { return QStringLiteral("No database connection found. Calling MPDB.open()"); });
-    open();
-}
-
-void MPDB::recreate()
-{
-    close();
-    if (const auto database = path()) {
-        const QStringList files = filesOf(*database);
-        for (const QString &name : files) {
-            QFile file(name);
-            if (!file.exists())
-                continue;
-            if (file.remove()) {
-                MetricPostLogger::info(
-                    [&] { return QStringLiteral("Deleted database file at path: ") + name; });
-            } else {
-                MetricPostLogger::error([&] {
-                    return QStringLiteral("Unable to remove database file at path: ") + name +
-                           QStringLiteral(", error: ") + file.errorString();
-                });
-            }
-        }
-    }
-    reconnect();
+    if (code != SQLITE_OK && !isOutsideTheFile(code))
+        recreate(code);
+    return code == SQLITE_OK;
 }
 
 void MPDB::insertRow(PersistenceType type, const QByteArray &data, bool flag)
 {
-    const QString table = tableName(type);
-    write(table,
-          QStringLiteral("INSERT INTO ") + table +
-              QStringLiteral(" (data, flag, time) VALUES(?, ?, ?);"),
-          {QLatin1String("Successfully inserted row into table "),
-           QLatin1String("Failed to insert row into table "),
-           QLatin1String("INSERT statement for table ")},
-          [&](sqlite3_stmt *statement) {
-              // The data outlives the statement.
-              sqlite3_bind_blob64(statement, 1, data.constData(), sqlite3_uint64(data.size()),
-                                  SQLITE_STATIC);
-              sqlite3_bind_int(statement, 2, flag ? 1 : 0);
-              sqlite3_bind_double(statement, 3, m_surroundings.now());
-          });
+    m_waiting.push_back({type, data, flag, m_surroundings.now()});
+    m_waitingBytes += data.size();
+    if (!m_grouping || m_waiting.size() >= maxRowsInTransaction)
+        commit();
 }
 
-void MPDB::deleteRows(PersistenceType type, const QList<qint32> &ids, bool isDeleteAll)
+bool MPDB::commit()
 {
-    const QString table = tableName(type);
-    QString sql = QStringLiteral("DELETE FROM ") + table;
-    if (!isDeleteAll) {
-        QStringList numbers;
-        numbers.reserve(ids.size());
-        for (const qint32 id : ids)
-            numbers.append(QString::number(id));
-        sql += QStringLiteral(" WHERE id IN (") + numbers.join(u',') + u')';
+    while (!m_waiting.empty()) {
+        if (!m_connection) {
+            reconnect();
+            limitWaitingRows();
+            return false;
+        }
+        int code = SQLITE_OK;
+        const auto insertRows = [&] { return code = insertWaitingRows(); };
+        if (attempt(insertRows)) {
+            for (const Row &row : m_waiting) {
+                MetricPostLogger::debug([&] {
+                    return QStringLiteral("Successfully inserted row into table ") +
+                           tableName(row.type);
+                });
+            }
+            m_rowsUntilCheck -= int(m_waiting.size());
+            m_waiting.clear();
+            m_waitingBytes = 0;
+            limitStoredRows();
+        } else if (isOutsideTheFile(code)) {
+            limitWaitingRows();
+            return false;
+        } else {
+            // The row that failed is lost with the file; the others go into the new one.
+            m_waitingBytes -= m_waiting.front().data.size();
+            m_waiting.pop_front();
+        }
     }
-    write(table, sql,
-          {QLatin1String("Successfully deleted rows from table "),
-           QLatin1String("Failed to delete rows from table "),
-           QLatin1String("DELETE statement for table ")});
+    return true;
+}
+
+// In one transaction; all of them or none.
+int MPDB::insertWaitingRows()
+{
+    const bool single = m_waiting.size() == 1;
+    int code = single ? SQLITE_OK : execute("BEGIN IMMEDIATE");
+    std::optional<Statement> statement;
+    std::optional<PersistenceType> type;
+    for (auto row = m_waiting.cbegin(); code == SQLITE_OK && row != m_waiting.cend(); ++row) {
+        const QString table = tableName(row->type);
+        if (type != row->type) {
+            type = row->type;
+            statement.emplace(m_connection, QStringLiteral("INSERT INTO ") + table +
+                                                QStringLiteral(" (data, flag, time) "
+                                                               "VALUES(?, ?, ?);"));
+        }
+        code = insert(*statement, *row, table);
+    }
+    statement.reset();
+    if (code == SQLITE_OK && !single)
+        code = execute("COMMIT");
+    // Some failures have ended the transaction already.
+    if (code != SQLITE_OK && sqlite3_get_autocommit(m_connection) == 0)
+        execute("ROLLBACK");
+    return code;
+}
+
+int MPDB::insert(Statement &statement, const Row &row, const QString &table)
+{
+    if (!statement) {
+        logSqlError(QStringLiteral("INSERT statement for table ") + table +
+                    QStringLiteral(" could not be prepared"));
+        return statement.code();
+    }
+    // The data outlives the statement.
+    sqlite3_bind_blob64(statement.get(), 1, row.data.constData(), sqlite3_uint64(row.data.size()),
+                        SQLITE_STATIC);
+    sqlite3_bind_int(statement.get(), 2, row.flag ? 1 : 0);
+    sqlite3_bind_double(statement.get(), 3, row.time);
+    const int code = statement.step();
+    if (code != SQLITE_DONE)
+        logSqlError(QStringLiteral("Failed to insert row into table ") + table);
+    sqlite3_reset(statement.get());
+    return code == SQLITE_DONE ? SQLITE_OK : code;
+}
+
+bool MPDB::deleteRows(PersistenceType type, const QList<qint32> &ids, bool isDeleteAll)
+{
+    QString sql = QStringLiteral("DELETE FROM ") + tableName(type);
+    if (!isDeleteAll)
+        sql += QStringLiteral(" WHERE id IN ") + joined(ids);
+    return write(type, sql,
+                 {QLatin1String("Successfully deleted rows from table "),
+                  QLatin1String("Failed to delete rows from table "),
+                  QLatin1String("DELETE statement for table ")});
 }
 
 void MPDB::updateRowsFlag(PersistenceType type, bool newFlag)
 {
-    const QString table = tableName(type);
     const auto word = [](bool flag) {
         return flag ? QStringLiteral("true") : QStringLiteral("false");
     };
-    write(table,
-          QStringLiteral("UPDATE ") + table + QStringLiteral(" SET flag = ") + word(newFlag) +
-              QStringLiteral(" where flag = ") + word(!newFlag),
+    write(type,
+          QStringLiteral("UPDATE ") + tableName(type) + QStringLiteral(" SET flag = ") +
+              word(newFlag) + QStringLiteral(" where flag = ") + word(!newFlag),
           {QLatin1String("Successfully updated rows from table "),
            QLatin1String("Failed to update rows from table "),
            QLatin1String("UPDATE statement for table ")});
 }
 
-void MPDB::write(const QString &table, const QString &sql, const WriteMessages &messages,
-                 const std::function<void(sqlite3_stmt *)> &bind)
+bool MPDB::setAside(PersistenceType type, const QList<qint32> &ids)
+{
+    return write(type,
+                 QStringLiteral("UPDATE ") + tableName(type) + QStringLiteral(" SET flag = ") +
+                     QString::number(asideFlag) + QStringLiteral(" WHERE id IN ") + joined(ids),
+                 {QLatin1String("Successfully updated rows from table "),
+                  QLatin1String("Failed to update rows from table "),
+                  QLatin1String("UPDATE statement for table ")});
+}
+
+bool MPDB::write(PersistenceType type, const QString &sql, const WriteMessages &messages)
 {
     if (!m_connection) {
         reconnect();
-        return;
+        return false;
     }
-    bool succeeded = false;
-    {
+    commit();
+    if (!m_connection)
+        return false;
+    const QString table = tableName(type);
+    const bool done = attempt([&] {
         Statement statement(m_connection, sql);
         if (!statement) {
             logSqlError(messages.statement + table + QStringLiteral(" could not be prepared"));
-        } else {
-            if (bind)
-                bind(statement.get());
-            succeeded = statement.step() == SQLITE_DONE;
-            if (!succeeded)
-                logSqlError(messages.failure + table);
+            return statement.code();
         }
-    }
-    if (succeeded) {
+        const int code = statement.step();
+        if (code != SQLITE_DONE)
+            logSqlError(messages.failure + table);
+        return code == SQLITE_DONE ? SQLITE_OK : code;
+    });
+    if (done)
         MetricPostLogger::debug([&] { return messages.success + table; });
-        return;
-    }
-    // A wait that the end of the program cut short says nothing against the file.
-    if (m_surroundings.stop.stop_requested() &&
-        (sqlite3_errcode(m_connection) & 0xff) == SQLITE_BUSY) {
-        return;
-    }
-    recreate();
+    return done;
 }
 
 QList<Properties> MPDB::readRows(PersistenceType type, int numRows, bool flag)
@@ -307,6 +206,39 @@ QList<Properties> MPDB::readRows(PersistenceType type, int numRows, bool flag)
         reconnect();
         return rows;
     }
+    commit();
+    if (!m_connection)
+        return rows;
+    qsizetype deleted = 0;
+    while (true) {
+        rows.clear();
+        QList<qint32> unreadable;
+        const int code = readInto(rows, unreadable, type, numRows, flag);
+        if (isDamage(code)) {
+            recreate(code);
+            return {};
+        }
+        // Deleted, since they take the place of rows that can be decoded; then read again.
+        if (unreadable.isEmpty() || !deleteRows(type, unreadable))
+            break;
+        deleted += unreadable.size();
+    }
+    if (deleted > 0) {
+        MetricPostLogger::warn([&] {
+            return QStringLiteral("Deleted rows that cannot be decoded from table ") +
+                   tableName(type) + QStringLiteral(": ") + QString::number(deleted);
+        });
+    }
+    MetricPostLogger::info([&] {
+        return QStringLiteral("Successfully read ") + QString::number(rows.size()) +
+               QStringLiteral(" from table ") + tableName(type);
+    });
+    return rows;
+}
+
+int MPDB::readInto(QList<Properties> &rows, QList<qint32> &unreadable, PersistenceType type,
+                   int numRows, bool flag)
+{
     const QString table = tableName(type);
     QString sql = QStringLiteral("SELECT id, data FROM ") + table +
                   QStringLiteral(" WHERE flag = ") + (flag ? u'1' : u'0') +
@@ -318,55 +250,31 @@ QList<Properties> MPDB::readRows(PersistenceType type, int numRows, bool flag)
     if (!statement) {
         logSqlError(QStringLiteral("SELECT statement for table ") + table +
                     QStringLiteral(" could not be prepared"));
-        return rows;
+        return statement.code();
     }
-    int status = SQLITE_DONE;
-    while ((status = statement.step()) == SQLITE_ROW) {
+    int code = SQLITE_DONE;
+    while ((code = statement.step()) == SQLITE_ROW) {
+        const qint32 id = sqlite3_column_int(statement.get(), 0);
         const auto *blob = static_cast<const char *>(sqlite3_column_blob(statement.get(), 1));
         if (!blob) {
             MetricPostLogger::error(
                 [&] { return QStringLiteral("No blob found in data column for row in ") + table; });
+            unreadable.append(id);
             continue;
         }
         const auto value = JSONHandler::deserializeData(
             QByteArrayView(blob, sqlite3_column_bytes(statement.get(), 1)));
         const Properties *record = value ? value->get<Properties>() : nullptr;
-        if (!record)
+        if (!record) {
+            unreadable.append(id);
             continue;
+        }
         rows.append(*record);
-        rows.last().insert(QStringLiteral("id"), sqlite3_column_int(statement.get(), 0));
+        rows.last().insert(QStringLiteral("id"), id);
     }
-    if (status != SQLITE_DONE)
+    if (code != SQLITE_DONE)
         logSqlError();
-    MetricPostLogger::info([&] {
-        return QStringLiteral("Successfully read ") + QString::number(rows.size()) +
-               QStringLiteral(" from table ") + table;
-    });
-    return rows;
-}
-
-void MPDB::logSqlError(const std::optional<QString> &message)
-{
-    if (!m_connection) {
-        reconnect();
-        return;
-    }
-    if (message)
-        MetricPostLogger::error([&] { return *message; });
-    MetricPostLogger::error([&] { return QString::fromUtf8(sqlite3_errmsg(m_connection)); });
-}
-
-// See sqlite3_busy_handler: the attempt counts up within one wait, zero gives up.
-int MPDB::waitForLock(void *self, int attempt)
-{
-    auto &database = *static_cast<MPDB *>(self);
-    const auto now = std::chrono::steady_clock::now();
-    if (attempt == 0)
-        database.m_lockWaitEnds = now + lockLimit;
-    if (now >= database.m_lockWaitEnds || database.m_surroundings.stop.stop_requested())
-        return 0;
-    std::this_thread::sleep_for(std::chrono::milliseconds(std::min(1 + attempt, 20)));
-    return 1;
+    return code;
 }
 
 } // namespace metricpost

@@ -59,6 +59,19 @@ std::optional<bool> boolean(const QVariant &variant)
     return variant.isValid() ? std::optional(variant.toBool()) : std::nullopt;
 }
 
+QMap<QString, QVariant> valuesOf(const MetricPostIdentity &identity, const QString &instanceName)
+{
+    return {
+        {key(instanceName, Keys::distinctID), identity.distinctID},
+        {key(instanceName, Keys::peopleDistinctID), orInvalid(identity.peopleDistinctID)},
+        {key(instanceName, Keys::anonymousId), orInvalid(identity.anonymousId)},
+        {key(instanceName, Keys::userId), orInvalid(identity.userId)},
+        {key(instanceName, Keys::alias), orInvalid(identity.alias)},
+        {key(instanceName, Keys::hadPersistedDistinctId),
+         orInvalid(identity.hadPersistedDistinctId)},
+    };
+}
+
 bool isAutomatic(const Properties &record)
 {
     const auto value = record.value(QStringLiteral("event"));
@@ -73,7 +86,10 @@ MetricPostPersistence::MetricPostPersistence(const QString &instanceName,
     : m_instanceName(instanceName)
     , m_userDefaults(surroundings.userDefaults)
     , m_legacyArchiveFolder(surroundings.legacyArchiveFolder)
-    , m_mpdb(instanceName, {surroundings.folder, surroundings.now, surroundings.stop})
+    , m_mpdb(instanceName, {.folder = surroundings.folder,
+                            .now = surroundings.now,
+                            .stop = surroundings.stop,
+                            .limits = surroundings.limits})
 {
 }
 
@@ -93,9 +109,20 @@ void MetricPostPersistence::saveEntities(const QList<Properties> &entities, Pers
 QList<Properties> MetricPostPersistence::loadEntitiesInBatch(PersistenceType type, int batchSize,
                                                              bool flag, bool excludeAutomaticEvents)
 {
-    QList<Properties> entities = m_mpdb.readRows(type, batchSize, flag);
-    if (excludeAutomaticEvents && type == PersistenceType::events)
-        entities.removeIf(isAutomatic);
+    QList<Properties> entities;
+    int numRows = batchSize;
+    while (true) {
+        entities = m_mpdb.readRows(type, numRows, flag);
+        const bool hasMore = entities.size() == numRows;
+        if (excludeAutomaticEvents && type == PersistenceType::events)
+            entities.removeIf(isAutomatic);
+        if (!hasMore || entities.size() >= batchSize)
+            break;
+        // Records that stay behind must not hold up the others.
+        numRows = numRows > MPDB::allRows / 2 ? MPDB::allRows : numRows * 2;
+    }
+    if (entities.size() > batchSize)
+        entities.resize(batchSize);
     if (type == PersistenceType::people && !entities.isEmpty()) {
         const QString current = loadIdentity(m_instanceName, *m_userDefaults).distinctID;
         for (Properties &entity : entities)
@@ -104,9 +131,19 @@ QList<Properties> MetricPostPersistence::loadEntitiesInBatch(PersistenceType typ
     return entities;
 }
 
-void MetricPostPersistence::removeEntitiesInBatch(PersistenceType type, const QList<qint32> &ids)
+bool MetricPostPersistence::removeEntitiesInBatch(PersistenceType type, const QList<qint32> &ids)
 {
-    m_mpdb.deleteRows(type, ids);
+    return m_mpdb.deleteRows(type, ids);
+}
+
+bool MetricPostPersistence::setAside(PersistenceType type, const QList<qint32> &ids)
+{
+    return m_mpdb.setAside(type, ids);
+}
+
+QString MetricPostPersistence::uploadClaimPath(const QString &folder, const QString &instanceName)
+{
+    return MPDB::path(folder, instanceName) + QStringLiteral("-upload");
 }
 
 void MetricPostPersistence::identifyPeople()
@@ -205,15 +242,15 @@ Properties MetricPostPersistence::loadFlags(const QString &instanceName, const U
 void MetricPostPersistence::saveIdentity(const MetricPostIdentity &identity,
                                          const QString &instanceName, UserDefaults &suite)
 {
-    suite.setValues({
-        {key(instanceName, Keys::distinctID), identity.distinctID},
-        {key(instanceName, Keys::peopleDistinctID), orInvalid(identity.peopleDistinctID)},
-        {key(instanceName, Keys::anonymousId), orInvalid(identity.anonymousId)},
-        {key(instanceName, Keys::userId), orInvalid(identity.userId)},
-        {key(instanceName, Keys::alias), orInvalid(identity.alias)},
-        {key(instanceName, Keys::hadPersistedDistinctId),
-         orInvalid(identity.hadPersistedDistinctId)},
-    });
+    suite.setValues(valuesOf(identity, instanceName));
+}
+
+MetricPostIdentity MetricPostPersistence::saveIdentityIfAbsent(const MetricPostIdentity &identity,
+                                                               const QString &instanceName,
+                                                               UserDefaults &suite)
+{
+    suite.setValuesIfAbsent(key(instanceName, Keys::distinctID), valuesOf(identity, instanceName));
+    return loadIdentity(instanceName, suite);
 }
 
 MetricPostIdentity MetricPostPersistence::loadIdentity(const QString &instanceName,

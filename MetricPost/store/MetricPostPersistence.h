@@ -46,13 +46,14 @@ public:
     /// What the disk side depends on.
     struct Surroundings {
         /// Seconds since 1970. Any thread.
-        std::function<double()> now;
+        std::function<double()> now = {};
         /// The caches folder; without one no database is opened.
-        std::optional<QString> folder;
-        std::shared_ptr<UserDefaults> userDefaults;
-        std::optional<QString> legacyArchiveFolder;
+        std::optional<QString> folder = {};
+        std::shared_ptr<UserDefaults> userDefaults = {};
+        std::optional<QString> legacyArchiveFolder = {};
         /// Gives up waits for another process's lock.
-        std::stop_token stop;
+        std::stop_token stop = {};
+        MPDB::Limits limits = {};
     };
 
     /// Opens the database.
@@ -65,9 +66,21 @@ public:
     /// distinct id, whichever was current when they were queued.
     QList<Properties> loadEntitiesInBatch(PersistenceType type, int batchSize = MPDB::allRows,
                                           bool flag = false, bool excludeAutomaticEvents = false);
-    void removeEntitiesInBatch(PersistenceType type, const QList<qint32> &ids);
+    /// False when the records are still there.
+    bool removeEntitiesInBatch(PersistenceType type, const QList<qint32> &ids);
+    /// Keeps records that the service refuses out of later batches. False when that failed.
+    bool setAside(PersistenceType type, const QList<qint32> &ids);
 
-    /// Makes the profile updates of a user who was not identified until now sendable.
+    /// See MPDB.
+    void setGrouping(bool grouping) { m_mpdb.setGrouping(grouping); }
+    void commit() { m_mpdb.commit(); }
+    void shrink() { m_mpdb.shrink(); }
+    qint64 droppedRows() const { return m_mpdb.droppedRows(); }
+
+    /// The file whose lock a process holds while it sends rows, so that no other sends them too.
+    static QString uploadClaimPath(const QString &folder, const QString &instanceName);
+
+    /// Releases the profile updates that waited for the user to be identified.
     void identifyPeople();
     void resetEntities();
     void closeDB();
@@ -91,6 +104,10 @@ public:
     static Properties loadFlags(const QString &instanceName, const UserDefaults &suite);
     static void saveIdentity(const MetricPostIdentity &identity, const QString &instanceName,
                              UserDefaults &suite);
+    /// Saves the identity unless one is stored, by this or another process. Returns the stored one.
+    static MetricPostIdentity saveIdentityIfAbsent(const MetricPostIdentity &identity,
+                                                   const QString &instanceName,
+                                                   UserDefaults &suite);
     static MetricPostIdentity loadIdentity(const QString &instanceName, const UserDefaults &suite);
     static void deleteMPUserDefaultsData(const QString &instanceName, UserDefaults &suite);
 

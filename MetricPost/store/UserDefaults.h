@@ -21,6 +21,9 @@ public:
 
     /// Stores the values in one step; an invalid variant removes its key.
     virtual void setValues(const QMap<QString, QVariant> &values) = 0;
+
+    /// Stores the values unless the key has a value, in one step also for other processes.
+    virtual void setValuesIfAbsent(const QString &key, const QMap<QString, QVariant> &values) = 0;
 };
 
 } // namespace metricpost

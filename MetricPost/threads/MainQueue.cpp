@@ -20,7 +20,7 @@ struct Pending {
     std::deque<std::function<void()>> functions;
 };
 
-// Never destroyed: a queue may still hand something over while the process ends.
+// Never destroyed: a queue may still hand over a function while the process ends.
 Pending &pending()
 {
     static auto *const instance = new Pending;
@@ -43,8 +43,14 @@ void runNext()
 void runOnMainQueue(std::function<void()> function)
 {
     auto *const application = QCoreApplication::instance();
-    if (!application)
+    if (!application) {
+        static std::once_flag warned;
+        std::call_once(warned, [] {
+            qWarning("MetricPost: without a QCoreApplication completions and the flush timer do "
+                     "not run");
+        });
         return;
+    }
     {
         const std::lock_guard lock(pending().mutex);
         pending().functions.push_back(std::move(function));

@@ -10,7 +10,7 @@ namespace metricpost
 {
 
 /// Counts permits. Any thread; it must outlive the calls of release. (std::counting_semaphore may
-/// sleep for ever in the standard library of GCC before 12.3.)
+/// sleep forever in the standard library of GCC before 12.3.)
 class Semaphore
 {
 public:

@@ -17,7 +17,7 @@ struct SystemInfo {
     QString osVersion;
     QString manufacturer;
     QString model;
-    /// The same for every program run on this computer, but not to be traced back to it where
+    /// The same in all programs on this computer, but not traceable to the computer where
     /// the system asks for that; nothing when it cannot be read.
     std::optional<QString> deviceIdentifier;
 

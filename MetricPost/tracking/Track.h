@@ -37,7 +37,7 @@ public:
     Track(const QString &apiToken, const QString &instanceName, SessionMetadata &metadata,
           MetricPostPersistence &metricPostPersistence, std::shared_ptr<UserDefaults> userDefaults);
 
-    /// Without an owner automatic events count as turned off and nobody as opted out.
+    /// Without an owner, automatic events are off and the user has not opted out.
     void setMetricPostInstance(const TrackOwner *instance) { m_metricPostInstance = instance; }
 
     /// Stores one event. The record's properties are the automatic ones, identity and time, the

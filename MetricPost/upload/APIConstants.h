@@ -3,15 +3,17 @@
 
 #pragma once
 
+#include <chrono>
+
 namespace metricpost
 {
 
-/// Fixed values of the analytics service's protocol. Times are in seconds.
+/// Fixed values of the analytics service's protocol.
 struct APIConstants {
     static constexpr int maxBatchSize = 50;
     static constexpr int flushSize = 1000;
-    static constexpr double minRetryBackoff = 60.0;
-    static constexpr double maxRetryBackoff = 600.0;
+    static constexpr std::chrono::seconds minRetryBackoff{60};
+    static constexpr std::chrono::seconds maxRetryBackoff{600};
     static constexpr int failuresTillBackoff = 2;
 };
 

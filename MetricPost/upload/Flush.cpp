@@ -24,7 +24,7 @@ Flush::Flush(const QString &serverURL, bool useGzipCompression,
 
 void Flush::startFlushTimer()
 {
-    if (const double interval = flushInterval(); interval > 0)
+    if (const Seconds interval = flushInterval(); interval > Seconds(0))
         m_timer.start(interval);
     else
         m_timer.stop();
@@ -41,45 +41,84 @@ void Flush::flushSelector()
         m_delegate->flush(false, {});
 }
 
-void Flush::flushQueue(const QList<Properties> &queue, FlushType type, const Headers &headers,
+bool Flush::flushQueue(const QList<Properties> &queue, FlushType type, const Headers &headers,
                        const QueryItems &queryItems)
 {
     if (m_flushRequest.requestNotAllowed())
-        return;
-    flushQueueInBatches(queue, type, headers, queryItems);
+        return false;
+    return flushQueueInBatches(queue, type, headers, queryItems);
 }
 
-void Flush::flushQueueInBatches(QList<Properties> queue, FlushType type, const Headers &headers,
+/// One batch and what became of it so far.
+struct Flush::Batch {
+    FlushType type;
+    const Headers &headers;
+    const QueryItems &queryItems;
+    bool wasRefused = false;
+    bool hasDelivered = false;
+    QList<qint32> refusedIds;
+};
+
+bool Flush::flushQueueInBatches(QList<Properties> queue, FlushType type, const Headers &headers,
                                 const QueryItems &queryItems)
 {
     while (!queue.isEmpty()) {
         const int batchSize = int(std::min<qsizetype>(queue.size(), flushBatchSize()));
-        ValueList batch;
-        QList<qint32> ids;
-        for (const Properties &record : queue.first(batchSize)) {
-            batch.append(record);
-            const MetricPostType identity = record.value(QStringLiteral("id"));
-            if (const qint64 *id = identity.get<qint64>())
-                ids.append(qint32(*id));
+        Batch batch{type, headers, queryItems, false, false, {}};
+        bool isDone = sendPart(batch, queue.first(batchSize));
+        if (!batch.refusedIds.isEmpty()) {
+            if (batch.hasDelivered && m_delegate)
+                m_delegate->flushRefused(type, batch.refusedIds);
+            isDone = isDone && batch.hasDelivered;
         }
-        MetricPostLogger::debug([] { return QStringLiteral("Sending batch of data"); });
-        MetricPostLogger::debug([&] { return MetricPostType(batch).description(); });
-
-        // A batch that cannot be encoded stays, and must not keep those behind it from leaving.
-        if (const auto requestData = JSONHandler::encodeAPIData(batch)) {
-            const bool success =
-                m_flushRequest.sendRequest(*requestData, type, useIPAddressForGeoLocation(),
-                                           headers, queryItems, m_useGzipCompression);
-            if (!success)
-                return;
-            if (m_delegate)
-                m_delegate->flushSuccess(type, ids);
-        }
+        if (!isDone)
+            return false;
         queue = removeProcessedBatch(batchSize, std::move(queue));
     }
+    return true;
 }
 
-// Taken by value: removing the head of a list that nobody shares costs nothing per element left.
+// Sends records of the batch in one request, or in several when the service refuses that. False
+// when the rest of the batch must not be sent now.
+bool Flush::sendPart(Batch &batch, const QList<Properties> &records)
+{
+    if (m_delegate && !m_delegate->isSendingAllowed())
+        return false;
+    ValueList values;
+    QList<qint32> ids;
+    for (const Properties &record : records) {
+        values.append(record);
+        const MetricPostType identity = record.value(QStringLiteral("id"));
+        if (const qint64 *id = identity.get<qint64>())
+            ids.append(qint32(*id));
+    }
+    MetricPostLogger::debug([] { return QStringLiteral("Sending batch of data"); });
+    MetricPostLogger::debug([&] { return MetricPostType(values).description(); });
+
+    using Failures = FlushRequest::Failures;
+    // What cannot be encoded cannot be sent, as if it had been refused.
+    const auto requestData = JSONHandler::encodeAPIData(values);
+    if (requestData) {
+        const bool success = m_flushRequest.sendRequest(
+            *requestData, batch.type, useIPAddressForGeoLocation(), batch.headers, batch.queryItems,
+            m_useGzipCompression, batch.wasRefused ? Failures::CountedBefore : Failures::Count);
+        if (success) {
+            batch.hasDelivered = true;
+            return !m_delegate || m_delegate->flushSuccess(batch.type, ids);
+        }
+        if (!m_flushRequest.wasRefused())
+            return false;
+    }
+    batch.wasRefused = true;
+    if (records.size() > 1) {
+        const qsizetype half = records.size() / 2;
+        return sendPart(batch, records.first(half)) && sendPart(batch, records.sliced(half));
+    }
+    batch.refusedIds.append(ids);
+    return batch.hasDelivered || batch.refusedIds.size() < maxRefusedWithoutSuccess;
+}
+
+// Taken by value: the head of an unshared list is removed without copying the rest.
 QList<Properties> Flush::removeProcessedBatch(int batchSize, QList<Properties> queue)
 {
     if (batchSize > queue.size())
@@ -88,12 +127,12 @@ QList<Properties> Flush::removeProcessedBatch(int batchSize, QList<Properties> q
     return queue;
 }
 
-double Flush::flushInterval() const
+Seconds Flush::flushInterval() const
 {
     return m_flushRequestReadWriteLock.read([this] { return m_flushInterval; });
 }
 
-void Flush::setFlushInterval(double interval)
+void Flush::setFlushInterval(Seconds interval)
 {
     setInitialFlushInterval(interval);
     if (m_delegate)
@@ -101,7 +140,7 @@ void Flush::setFlushInterval(double interval)
     startFlushTimer();
 }
 
-void Flush::setInitialFlushInterval(double interval)
+void Flush::setInitialFlushInterval(Seconds interval)
 {
     m_flushRequestReadWriteLock.write([&] { m_flushInterval = interval; });
 }
@@ -113,7 +152,7 @@ int Flush::flushBatchSize() const
 
 void Flush::setFlushBatchSize(int size)
 {
-    // A batch of none would never empty a queue.
+    // Empty batches would never empty a queue.
     m_flushRequestReadWriteLock.write([&] { m_flushBatchSize = std::max(size, 1); });
 }
 

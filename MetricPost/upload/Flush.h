@@ -7,6 +7,7 @@
 #include "FlushTimer.h"
 #include "FlushType.h"
 #include "MetricPost/MetricPostType.h"
+#include "MetricPost/Seconds.h"
 #include "ReadWriteLock.h"
 
 #include <QList>
@@ -24,7 +25,12 @@ class FlushDelegate
 public:
     virtual ~FlushDelegate() = default;
     virtual void flush(bool performFullFlush, std::function<void()> completion) = 0;
-    virtual void flushSuccess(FlushType type, const QList<qint32> &ids) = 0;
+    /// The records arrived. False when they could not be removed from the store.
+    virtual bool flushSuccess(FlushType type, const QList<qint32> &ids) = 0;
+    /// The service refuses these records, and accepts others.
+    virtual void flushRefused(FlushType type, const QList<qint32> &ids) = 0;
+    /// Whether records may still be sent; asked before each request.
+    virtual bool isSendingAllowed() const = 0;
 };
 
 /// Decides when records are sent, cuts them into batches and sends them.
@@ -39,7 +45,7 @@ public:
 
     void setDelegate(FlushDelegate *delegate) { m_delegate = delegate; }
 
-    /// Starts the timer afresh; with an interval of 0 none runs.
+    /// Restarts the timer; with an interval of 0 no timer runs.
     void startFlushTimer();
     void stopFlushTimer();
     void flushSelector();
@@ -47,17 +53,22 @@ public:
     void applicationDidBecomeActive() { startFlushTimer(); }
     void applicationWillResignActive() { stopFlushTimer(); }
 
-    /// Sends the records batch by batch, in order, up to the first failure. The delegate hears
-    /// of each delivered batch.
-    void flushQueue(const QList<Properties> &queue, FlushType type, const Headers &headers,
+    /// Single records that the service may refuse in one batch while it accepts none. With more,
+    /// it refuses everything, and nothing is set aside.
+    static constexpr int maxRefusedWithoutSuccess = 8;
+
+    /// Sends the records batch by batch, in order, up to the first failure, and reports each
+    /// delivered batch to the delegate. A refused batch is halved until the records that the
+    /// service refuses are known. False when records are left to be sent later.
+    bool flushQueue(const QList<Properties> &queue, FlushType type, const Headers &headers,
                     const QueryItems &queryItems);
     static QList<Properties> removeProcessedBatch(int batchSize, QList<Properties> queue);
 
-    /// Seconds. Setting it asks for a flush and starts the timer afresh.
-    double flushInterval() const;
-    void setFlushInterval(double interval);
+    /// Setting it asks for a flush and restarts the timer.
+    Seconds flushInterval() const;
+    void setFlushInterval(Seconds interval);
     /// Without the flush and the timer's start.
-    void setInitialFlushInterval(double interval);
+    void setInitialFlushInterval(Seconds interval);
     int flushBatchSize() const;
     void setFlushBatchSize(int size);
     QString serverURL() const;
@@ -69,10 +80,14 @@ public:
     void setFlushOnBackground(bool flush) { m_flushOnBackground = flush; }
 
     FlushRequest &flushRequest() { return m_flushRequest; }
+    const FlushRequest &flushRequest() const { return m_flushRequest; }
 
 private:
-    void flushQueueInBatches(QList<Properties> queue, FlushType type, const Headers &headers,
+    struct Batch;
+
+    bool flushQueueInBatches(QList<Properties> queue, FlushType type, const Headers &headers,
                              const QueryItems &queryItems);
+    bool sendPart(Batch &batch, const QList<Properties> &records);
 
     FlushDelegate *m_delegate = nullptr;
     std::atomic<bool> m_useIPAddressForGeoLocation{true};
@@ -80,7 +95,7 @@ private:
     const bool m_useGzipCompression;
     FlushRequest m_flushRequest;
     mutable ReadWriteLock m_flushRequestReadWriteLock{QStringLiteral("dratru.flush_interval.lock")};
-    double m_flushInterval = 0;
+    Seconds m_flushInterval{0};
     int m_flushBatchSize;
     QString m_serverURL;
     FlushTimer m_timer;

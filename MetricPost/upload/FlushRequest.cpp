@@ -6,6 +6,7 @@
 #include "APIConstants.h"
 #include "GzipCompression.h"
 #include "MetricPost/MetricPostLogger.h"
+#include "RetryAfter.h"
 
 #include <algorithm>
 #include <charconv>
@@ -18,9 +19,10 @@ namespace metricpost
 namespace
 {
 
-// The whole body as a decimal number: no blanks, no line break.
-std::optional<qint64> integer(const QByteArray &body)
+// The body as a decimal number. Some servers end it with a line break.
+std::optional<qint64> integer(const QByteArray &answer)
 {
+    const QByteArray body = answer.trimmed();
     const char *begin = body.constData();
     const char *const end = begin + body.size();
     if (begin != end && *begin == '+' && end - begin > 1 && begin[1] != '-')
@@ -28,14 +30,6 @@ std::optional<qint64> integer(const QByteArray &body)
     qint64 value = 0;
     const auto [rest, error] = std::from_chars(begin, end, value);
     return error == std::errc() && rest == end ? std::optional(value) : std::nullopt;
-}
-
-double retryAfter(const std::optional<URLResponse> &response)
-{
-    const auto header = response ? response->header("Retry-After") : std::nullopt;
-    bool ok = false;
-    const double seconds = header ? header->trimmed().toDouble(&ok) : 0;
-    return ok && std::isfinite(seconds) ? seconds : 0;
 }
 
 } // namespace
@@ -77,7 +71,7 @@ FlushRequest::~FlushRequest() = default;
 
 bool FlushRequest::sendRequest(const QByteArray &requestData, FlushType type, bool useIP,
                                const Headers &headers, const QueryItems &queryItems,
-                               bool useGzipCompression)
+                               bool useGzipCompression, Failures failures)
 {
     Headers allHeaders = headers;
     allHeaders.insert(QStringLiteral("Content-Type"), QStringLiteral("application/json"));
@@ -102,7 +96,13 @@ bool FlushRequest::sendRequest(const QByteArray &requestData, FlushType type, bo
         buildResource<qint64>(endpoint, RequestMethod::post, body, allItems, allHeaders, integer));
 
     if (!answer->result) {
-        ++m_networkConsecutiveFailures;
+        constexpr int badRequest = 400;
+        constexpr int contentTooLarge = 413;
+        const int status = answer->response ? answer->response->statusCode : 0;
+        m_wasRefused = (status == badRequest || status == contentTooLarge) &&
+                       retryAfter(answer->response) == 0;
+        if (failures == Failures::Count || !m_wasRefused)
+            ++m_networkConsecutiveFailures;
         updateRetryDelay(answer->response);
         MetricPostLogger::warn([&] {
             return QStringLiteral("API request to ") + serverURL() + endpoint +
@@ -110,6 +110,7 @@ bool FlushRequest::sendRequest(const QByteArray &requestData, FlushType type, bo
         });
         return false;
     }
+    m_wasRefused = false;
     m_networkConsecutiveFailures = 0;
     updateRetryDelay(answer->response);
     if (*answer->result == 0) {
@@ -119,7 +120,7 @@ bool FlushRequest::sendRequest(const QByteArray &requestData, FlushType type, bo
     return true;
 }
 
-// The answer that it returns is complete: nobody writes to it any more.
+// Nothing changes the returned answer any more.
 std::shared_ptr<FlushRequest::Answer>
 FlushRequest::flushRequestHandler(const Resource<qint64> &resource)
 {
@@ -154,6 +155,12 @@ FlushRequest::flushRequestHandler(const Resource<qint64> &resource)
     return answer;
 }
 
+double FlushRequest::retryAfter(const std::optional<URLResponse> &response) const
+{
+    const auto header = response ? response->header("Retry-After") : std::nullopt;
+    return header ? retryAfterSeconds(*header, m_now()) : 0;
+}
+
 void FlushRequest::updateRetryDelay(const std::optional<URLResponse> &response)
 {
     double retryTime = retryAfter(response);
@@ -164,17 +171,25 @@ void FlushRequest::updateRetryDelay(const std::optional<URLResponse> &response)
     m_networkRequestsAllowedAfterTime = m_now() + retryTime;
 }
 
-// Exponential, with some chance in it so that clients do not come back all at once.
+// Exponential, with a random part so that clients do not all come back at the same time.
 double FlushRequest::retryBackOffTimeWithConsecutiveFailures(int failures) const
 {
     constexpr quint32 spread = 30;
-    const double time = std::pow(2, failures - 1) * 60 + double(m_random() % spread);
-    return std::clamp(time, APIConstants::minRetryBackoff, APIConstants::maxRetryBackoff);
+    constexpr double shortest = APIConstants::minRetryBackoff.count();
+    constexpr double longest = APIConstants::maxRetryBackoff.count();
+    const double time = std::pow(2, failures - 1) * shortest + double(m_random() % spread);
+    return std::clamp(time, shortest, longest);
 }
 
 bool FlushRequest::requestNotAllowed() const
 {
     return m_networkRequestsAllowedAfterTime > m_now();
+}
+
+bool FlushRequest::isCancelled() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_cancelled;
 }
 
 void FlushRequest::cancel()

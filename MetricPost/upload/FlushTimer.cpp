@@ -37,10 +37,11 @@ FlushTimer::~FlushTimer()
     runOnMainQueue([state = std::move(m_state)] { state->timer.reset(); });
 }
 
-void FlushTimer::start(double interval)
+void FlushTimer::start(Seconds interval)
 {
+    using Milliseconds = std::chrono::duration<double, std::milli>;
     const double milliseconds =
-        std::clamp(interval * 1000, 1.0, double(std::numeric_limits<int>::max()));
+        std::clamp(Milliseconds(interval).count(), 1.0, double(std::numeric_limits<int>::max()));
     runOnMainQueue([state = m_state, milliseconds] {
         state->timer = std::make_unique<QTimer>();
         QObject::connect(state->timer.get(), &QTimer::timeout, [weak = std::weak_ptr(state)] {

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "MetricPost/Seconds.h"
+
 #include <functional>
 #include <memory>
 
@@ -13,14 +15,14 @@ namespace metricpost
 class FlushTimer
 {
 public:
-    /// The action runs on the main thread; never again once the destructor has returned.
+    /// The action runs on the main thread, and not after the destructor has returned.
     explicit FlushTimer(std::function<void()> action);
     ~FlushTimer();
     FlushTimer(const FlushTimer &) = delete;
     FlushTimer &operator=(const FlushTimer &) = delete;
 
-    /// Starts it afresh. Seconds; greater than 0.
-    void start(double interval);
+    /// Restarts it. The interval is longer than 0.
+    void start(Seconds interval);
     void stop();
 
 private:

@@ -18,7 +18,7 @@ namespace metricpost
 
 struct URLRequest {
     QUrl url;
-    /// Sent exactly as it stands.
+    /// In either case; the transport writes it as RFC 9110 does, in capitals.
     QByteArray method;
     std::optional<QByteArray> body;
     QMap<QString, QString> headers;

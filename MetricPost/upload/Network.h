@@ -20,10 +20,10 @@ namespace metricpost
 
 enum class RequestMethod { get, post };
 
-/// "get" or "post", in lower case, as it goes over the wire.
+/// "get" or "post". The transport writes the method in capitals.
 QByteArray rawValue(RequestMethod method);
 
-/// One thing to ask of a server, and how to understand its answer.
+/// A request to a server and the parser of its answer.
 template <class A> struct Resource {
     QString path;
     RequestMethod method = RequestMethod::get;

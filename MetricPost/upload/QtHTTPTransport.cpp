@@ -12,6 +12,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <chrono>
 
 namespace metricpost
 {
@@ -19,19 +20,19 @@ namespace metricpost
 namespace
 {
 
-constexpr int idleLimitMilliseconds = 60 * 1000;
+constexpr std::chrono::milliseconds idleLimit = std::chrono::seconds(60);
 
 QNetworkRequest networkRequest(const URLRequest &request)
 {
     QNetworkRequest result(request.url);
-    result.setTransferTimeout(idleLimitMilliseconds);
+    result.setTransferTimeout(int(idleLimit.count()));
     result.setMaximumRedirectsAllowed(0);
     result.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                         QNetworkRequest::ManualRedirectPolicy);
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     result.setRawHeader("User-Agent", QByteArray("MetricPost/") + libraryVersion);
-    // Qt would tell the server the user's language.
+    // Qt would send the user's language.
     result.setRawHeader("Accept-Language", "*");
     for (auto header = request.headers.cbegin(); header != request.headers.cend(); ++header)
         result.setRawHeader(header.key().toUtf8(), header.value().toUtf8());
@@ -73,8 +74,8 @@ public:
             m_manager->setAutoDeleteReplies(true);
         }
         QNetworkReply *const reply = m_manager->sendCustomRequest(
-            networkRequest(request), request.method, request.body.value_or(QByteArray()));
-        // Bounds what is held of an answer that nobody asked for.
+            networkRequest(request), request.method.toUpper(), request.body.value_or(QByteArray()));
+        // Bounds the memory that an answer can take.
         reply->setReadBufferSize(bodyLimit + 1);
         m_replies.insert(number, reply);
         const auto body = std::make_shared<QByteArray>();

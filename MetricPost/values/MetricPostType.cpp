@@ -43,14 +43,32 @@ double shortestDouble(float value)
     return result;
 }
 
+template <class Container> int MetricPostType::deepestOf(const Container &container)
+{
+    int deepest = 0;
+    for (const MetricPostType &value : container)
+        deepest = std::max(deepest, value.m_depth);
+    return deepest;
+}
+
 MetricPostType::MetricPostType(const ValueList &value)
     : m_value(std::make_shared<const ValueList>(value))
 {
+    nest(deepestOf(value));
 }
 
 MetricPostType::MetricPostType(const Properties &value)
     : m_value(std::make_shared<const Properties>(value))
 {
+    nest(deepestOf(value));
+}
+
+void MetricPostType::nest(int innerDepth)
+{
+    if (innerDepth < maxDepth)
+        m_depth = innerDepth + 1;
+    else
+        *this = unsupported(typeName(), QStringLiteral("nested too deeply"));
 }
 
 MetricPostType MetricPostType::unsupported(const QString &typeName, const QString &description)

@@ -19,13 +19,13 @@ namespace metricpost
 
 class MetricPostManager;
 
-/// The library's front door: the shared registry's instances. Any thread.
+/// The entry points: the instances of the shared registry. Any thread.
 class MetricPost
 {
 public:
     using InstancePtr = std::shared_ptr<MetricPostInstance>;
 
-    /// What only the application can tell of itself; call it before `initialize` so that the
+    /// Sets the facts that only the application knows. Call it before `initialize`, so that the
     /// first event has it.
     static void setApplicationFacts(const ApplicationFacts &facts);
 
@@ -33,7 +33,7 @@ public:
     /// configured. It becomes the main instance.
     static InstancePtr initialize(const MetricPostOptions &options);
     /// The older form. Unlike the options it does not compress unless told to.
-    static InstancePtr initialize(const QString &token, double flushInterval = 60,
+    static InstancePtr initialize(const QString &token, Seconds flushInterval = Seconds(60),
                                   const std::optional<QString> &instanceName = {},
                                   bool optOutTrackingByDefault = false,
                                   bool useUniqueDistinctId = false,
@@ -41,11 +41,11 @@ public:
                                   const std::optional<QString> &serverURL = {},
                                   bool useGzipCompression = false);
 
-    /// Nothing, and a line in the log, when there is none of that name.
+    /// Empty, with a line in the log, when no instance has that name.
     static InstancePtr getInstance(const QString &name);
     /// Stops the program when there is none.
     static InstancePtr mainInstance();
-    /// Nothing, and a line in the log, when there is none.
+    /// Empty, with a line in the log, when there is none.
     static InstancePtr safeMainInstance();
     static void setMainInstance(const QString &name);
     static void removeInstance(const QString &name);

@@ -10,7 +10,7 @@
 namespace metricpost
 {
 
-/// Who the events of an instance are about; read and written as one.
+/// The user that an instance reports about. Read and written as one value.
 struct MetricPostIdentity {
     QString distinctID;
     std::optional<QString> peopleDistinctID;

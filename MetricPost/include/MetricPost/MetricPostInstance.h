@@ -78,9 +78,9 @@ public:
     /// Where events go; may be set at any time. Empty: they wait in the store.
     QString serverURL() const;
     void setServerURL(const QString &url);
-    /// Seconds. Setting it asks for a flush and restarts the timer; 0 stops the timer.
-    double flushInterval() const;
-    void setFlushInterval(double interval);
+    /// Setting it asks for a flush and restarts the timer; 0 stops the timer.
+    Seconds flushInterval() const;
+    void setFlushInterval(Seconds interval);
     /// Records in one request, at least 1.
     int flushBatchSize() const;
     void setFlushBatchSize(int size);
@@ -90,6 +90,11 @@ public:
     /// Whether the service may derive a location from the request's IP address.
     bool useIPAddressForGeoLocation() const;
     void setUseIPAddressForGeoLocation(bool use);
+
+    /// Records that the bounds of memory and store dropped, and records that the service refused
+    /// and that are kept out of later uploads; both since this instance exists.
+    qint64 droppedRecords() const;
+    qint64 refusedRecords() const;
 
     /// The library's log on standard output, for all instances.
     bool loggingEnabled() const;

@@ -37,7 +37,7 @@ concept IntegerValue = std::integral<T> && !std::same_as<T, bool> && !std::same_
                        !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> &&
                        !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
-/// One value of the closed set that events and profiles may carry. Immutable; copies share
+/// One value of the closed set that events and profiles may have. Immutable; copies share
 /// their contents and are cheap. Any thread.
 class MetricPostType
 {
@@ -58,6 +58,10 @@ public:
         Optional,
         Unsupported,
     };
+
+    /// Arrays, dictionaries and Optionals nest at most this deep. A deeper one becomes an
+    /// Unsupported value, so that no value exhausts the stack of the code that walks it.
+    static constexpr int maxDepth = 512;
 
     /// The JSON null.
     MetricPostType() = default;
@@ -112,6 +116,8 @@ public:
     MetricPostType(const std::optional<T> &value)
         : m_value(Wrapper{value ? std::make_shared<const MetricPostType>(*value) : nullptr})
     {
+        if (const auto &wrapped = std::get<Wrapper>(m_value).wrapped)
+            nest(wrapped->m_depth);
     }
     // A pointer would otherwise quietly become a Bool.
     template <class T> MetricPostType(const T *) = delete;
@@ -157,6 +163,10 @@ private:
         QString description;
     };
 
+    template <class Container> static int deepestOf(const Container &container);
+    void nest(int innerDepth);
+
+    int m_depth = 0;
     // In the order of Kind.
     std::variant<std::monostate, bool, qint64, quint64, double, float, BoxedNumber, QString,
                  QDateTime, QUrl, std::shared_ptr<const ValueList>,

@@ -15,8 +15,24 @@ namespace
 
 struct Delegate : FlushDelegate {
     void flush(bool, std::function<void()>) override {}
-    void flushSuccess(FlushType, const QList<qint32> &ids) override { delivered.append(ids); }
+    bool flushSuccess(FlushType, const QList<qint32> &ids) override
+    {
+        delivered.append(ids);
+        return removes;
+    }
+    void flushRefused(FlushType, const QList<qint32> &ids) override { refused.append(ids); }
+    bool isSendingAllowed() const override { return delivered.size() < maxDelivered; }
+    QList<qint32> deliveredIds() const
+    {
+        QList<qint32> ids;
+        for (const QList<qint32> &batch : delivered)
+            ids.append(batch);
+        return ids;
+    }
     QList<QList<qint32>> delivered;
+    QList<qint32> refused;
+    bool removes = true;
+    int maxDelivered = 1000;
 };
 
 QList<Properties> queueOf(int count)
@@ -49,6 +65,78 @@ TEST_F(Flushing, SendsBatchesInOrderUpToTheFirstFailure)
     EXPECT_EQ(delegate.delivered[0].size(), 50);
     EXPECT_EQ(delegate.delivered[1].constFirst(), 51);
     EXPECT_EQ(sandbox.transport->requests().size(), 3);
+    // Batches that cannot be removed would be sent again and again.
+    sandbox.transport->answerWith([](int) { return answer(200, "1"); });
+    delegate.removes = false;
+    EXPECT_FALSE(flush.flushQueue(queueOf(200), FlushType::people, {}, {}));
+    EXPECT_EQ(delegate.delivered.size(), 3);
+    delegate.removes = true;
+    // The delegate may end it before any batch.
+    delegate.maxDelivered = 5;
+    EXPECT_FALSE(flush.flushQueue(queueOf(200), FlushType::people, {}, {}));
+    EXPECT_EQ(delegate.delivered.size(), 5);
+    flush.setFlushBatchSize(0);
+    EXPECT_EQ(flush.flushBatchSize(), 1);
+}
+
+TEST_F(Flushing, ARefusedRecordIsFoundAndSetAside)
+{
+    const auto hasPoison = [](const URLRequest &sent) {
+        for (const Properties &record : recordsOf(*sent.body)) {
+            if (const qint64 id = *record[u"id"_qs].get<qint64>(); id == 17 || id == 18)
+                return true;
+        }
+        return false;
+    };
+    for (const int status : {400, 413}) {
+        delegate = Delegate();
+        sandbox.transport->answerRequests(
+            [&](const URLRequest &sent) { return answer(hasPoison(sent) ? status : 200, "1"); });
+        EXPECT_TRUE(flush.flushQueue(queueOf(70), FlushType::events, {}, {}));
+        EXPECT_EQ(delegate.refused, (QList<qint32>{17, 18}));
+        QList<qint32> others;
+        for (int id = 1; id <= 70; ++id) {
+            if (id != 17 && id != 18)
+                others.append(id);
+        }
+        EXPECT_EQ(delegate.deliveredIds(), others);
+        EXPECT_FALSE(request.requestNotAllowed());
+    }
+    // Other failures say nothing about the records.
+    delegate = Delegate();
+    int requests = 0;
+    sandbox.transport->answerRequests([&](const URLRequest &) {
+        ++requests;
+        return answer(404, "1");
+    });
+    EXPECT_FALSE(flush.flushQueue(queueOf(70), FlushType::events, {}, {}));
+    EXPECT_EQ(requests, 1);
+}
+
+TEST_F(Flushing, AServerThatRefusesEverythingLosesNothing)
+{
+    int requests = 0;
+    sandbox.transport->answerRequests([&](const URLRequest &) {
+        ++requests;
+        return answer(400, "");
+    });
+    EXPECT_FALSE(flush.flushQueue(queueOf(50), FlushType::events, {}, {}));
+    EXPECT_TRUE(delegate.refused.isEmpty());
+    EXPECT_LT(requests, 25);
+    EXPECT_EQ(request.networkConsecutiveFailures(), 1);
+    // The next attempt is the second failure, from which on the back-off holds.
+    flush.flushQueue(queueOf(1), FlushType::events, {}, {});
+    EXPECT_TRUE(request.requestNotAllowed());
+    EXPECT_TRUE(delegate.refused.isEmpty());
+    // A pause that the service asks for is kept before the halves too.
+    *sandbox.now = *sandbox.now + 1000;
+    requests = 0;
+    sandbox.transport->answerRequests([&](const URLRequest &) {
+        ++requests;
+        return answer(413, "", "5");
+    });
+    EXPECT_FALSE(flush.flushQueue(queueOf(50), FlushType::events, {}, {}));
+    EXPECT_EQ(requests, 1);
 }
 
 TEST_F(Flushing, ARequestIsBuiltAsTheServiceWantsIt)
@@ -106,8 +194,13 @@ TEST_F(Flushing, HonoursRetryAfterWhateverTheResult)
     };
     EXPECT_EQ(waitAfter(200, "30"), 30);
     EXPECT_EQ(waitAfter(200, " 0.5 "), 0.5);
-    for (const char *unusable : {"soon", "nan", "inf", "Wed, 21 Oct 2026 07:28:00 GMT"})
+    for (const char *unusable : {"soon", "nan", "inf", "-5", "Thu, 01 Jan 1970 00:10:00 GMT"})
         EXPECT_EQ(waitAfter(200, unusable), 0) << unusable;
+    // The clock stands at 1000 s, which is 00:16:40.
+    EXPECT_EQ(waitAfter(200, "Thu, 01 Jan 1970 00:17:00 GMT"), 20);
+    constexpr double day = 86'400;
+    EXPECT_EQ(waitAfter(200, "1e300"), day);
+    EXPECT_EQ(waitAfter(200, "Wed, 21 Oct 2026 07:28:00 GMT"), day);
     EXPECT_EQ(waitAfter(429, "45"), 45);
     *sandbox.random = 0;
     EXPECT_EQ(waitAfter(429, "5"), 120);

@@ -1,70 +1,36 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "LoopbackServer.h"
+#include "InstanceFixture.h"
+
 #include "MetricPost/MetricPost.h"
 #include "MetricPost/MetricPostLogger.h"
 #include "MetricPostManager.h"
-#include "QtHTTPTransport.h"
-#include "TestSupport.h"
+#include "ProcessClock.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
 
-#include <gtest/gtest.h>
-
 using namespace metricpost;
 using namespace metricpost::test;
-
-namespace
-{
-
-struct Instances : testing::Test {
-    MetricPostOptions options(const QString &token) const
-    {
-        MetricPostOptions result;
-        result.token = token;
-        result.useGzipCompression = false;
-        return result;
-    }
-    std::unique_ptr<MetricPostInstance> make(const MetricPostOptions &with)
-    {
-        return std::make_unique<MetricPostInstance>(with, sandbox.environment());
-    }
-    std::unique_ptr<MetricPostInstance> make() { return make(options(u"tok"_qs)); }
-
-    QStringList sentNames() const
-    {
-        QStringList names;
-        for (const URLRequest &request : sandbox.transport->requests()) {
-            for (const Properties &record : recordsOf(*request.body))
-                names.append(textAt(record, {u"event"_qs}));
-        }
-        return names;
-    }
-    int stored() const { return sandbox.storedEvents(u"tok"_qs); }
-
-    Sandbox sandbox;
-};
-
-} // namespace
 
 TEST_F(Instances, TheRegistryKeepsTheFirstConfigurationAndTheLastMainInstance)
 {
     MetricPostManager manager(sandbox.environment());
     EXPECT_FALSE(MetricPost::safeMainInstance(manager));
     MetricPostOptions first = options(u"one"_qs);
-    first.flushInterval = 5;
+    first.flushInterval = Seconds(5);
     const auto one = manager.initialize(first);
-    first.flushInterval = 6;
+    first.flushInterval = Seconds(6);
     MetricPostOptions named = options(u"one"_qs);
     named.instanceName = u"other"_qs;
     const auto other = manager.initialize(named);
     EXPECT_NE(one, other);
     EXPECT_EQ(manager.mainInstance(), other);
     EXPECT_EQ(manager.initialize(first), one);
-    EXPECT_EQ(one->flushInterval(), 5);
+    EXPECT_EQ(one->flushInterval(), Seconds(5));
     EXPECT_EQ(manager.mainInstance(), one);
     EXPECT_EQ(manager.getInstance(u"other"_qs), other);
     EXPECT_FALSE(manager.getInstance(u"none"_qs));
@@ -92,6 +58,30 @@ TEST_F(Instances, TheFirstIdentityIsADeviceAndStays)
     unique.useUniqueDistinctId = true;
     EXPECT_EQ(make(unique)->distinctId(), u"$device:d1"_qs);
     EXPECT_EQ(MetricPostInstance::addPrefixToDeviceId({}), QString());
+    EXPECT_EQ(make(unique)->debugDescription(),
+              u"MetricPost(\n    Token: unique,\n    Distinct Id: $device:d1\n)"_qs);
+}
+
+TEST_F(Instances, TimedEventsAndSuperPropertiesOutliveTheInstance)
+{
+    {
+        const auto instance = make();
+        instance->time(u"t"_qs);
+        instance->time(u"u"_qs);
+        instance->clearTimedEvent(u"u"_qs);
+        instance->registerSuperProperties({{u"a"_qs, 1}, {u"b"_qs, 2}});
+        instance->registerSuperPropertiesOnce({{u"a"_qs, 9}, {u"c"_qs, 3}});
+        instance->unregisterSuperProperty(u"b"_qs);
+    }
+    const auto instance = make();
+    EXPECT_EQ(instance->timedEvents().keys(), QStringList{u"t"_qs});
+    EXPECT_EQ(MetricPostType(instance->superProperties()).description(),
+              u"[\"a\": 1, \"c\": 3]"_qs);
+    instance->clearTimedEvents();
+    instance->clearSuperProperties();
+    instance->waitUntilStored();
+    EXPECT_TRUE(instance->timedEvents().isEmpty());
+    EXPECT_TRUE(instance->superProperties().isEmpty());
 }
 
 TEST_F(Instances, EventsAreStoredSentInOrderAndDeleted)
@@ -119,51 +109,63 @@ TEST_F(Instances, EventsAreStoredSentInOrderAndDeleted)
     EXPECT_EQ(sentNames(), expected);
 }
 
-TEST_F(Instances, OverlappingFlushesSendNothingTwice)
-{
-    LoopbackServer server([](int) {
-        QThread::msleep(20);
-        return LoopbackServer::Answer{LoopbackServer::response(200, "1")};
-    });
-    Environment environment = sandbox.environment();
-    environment.transport = std::make_shared<QtHTTPTransport>();
-    MetricPostInstance instance(options(u"tok"_qs), environment);
-    instance.setServerURL(server.url());
-    QStringList expected;
-    for (int i = 0; i < 30; ++i) {
-        expected.append(u"e%1"_qs.arg(i));
-        *sandbox.now = 1001 + i;
-        instance.track(expected.constLast());
-        instance.flush();
-    }
-    flushAndWait(instance);
-    QStringList names;
-    for (const QByteArray &request : server.requests()) {
-        for (const Properties &record : recordsOf(bodyOf(request)))
-            names.append(textAt(record, {u"event"_qs}));
-    }
-    EXPECT_EQ(names, expected);
-}
-
 TEST_F(Instances, OptingOutEmptiesTheStoreAndLasts)
 {
-    MetricPostOptions byDefault = options(u"tok"_qs);
-    byDefault.optOutTrackingByDefault = true;
     {
         const auto instance = make();
         instance->track(u"before"_qs);
+        instance->waitUntilStored();
+        ASSERT_EQ(stored(), 1);
         instance->optOutTracking();
+        instance->waitUntilStored();
+        EXPECT_EQ(stored(), 0) << "the queue goes";
         instance->track(u"after"_qs);
+        instance->time(u"after"_qs);
+        instance->registerSuperProperties({{u"a"_qs, 1}});
+        instance->waitUntilStored();
+        EXPECT_EQ(stored(), 0) << "and nothing comes";
+        EXPECT_TRUE(instance->timedEvents().isEmpty());
+        EXPECT_TRUE(instance->superProperties().isEmpty());
+        query(sandbox.databasePath(u"tok"_qs),
+              u"INSERT INTO metricpost_tok_events(data,time,flag) VALUES('{}',1,0)"_qs);
         flushAndWait(*instance);
+        EXPECT_TRUE(sandbox.transport->requests().isEmpty()) << "and nothing leaves";
     }
-    EXPECT_EQ(stored(), 0);
-    EXPECT_TRUE(sandbox.transport->requests().isEmpty());
     EXPECT_TRUE(make()->hasOptedOutTracking());
-    make()->optInTracking();
+    {
+        const auto instance = make();
+        instance->optInTracking();
+        instance->track(u"again"_qs);
+        flushAndWait(*instance, true);
+        EXPECT_TRUE(sentNames().contains(u"again"_qs));
+    }
+    MetricPostOptions byDefault = options(u"tok"_qs);
+    byDefault.optOutTrackingByDefault = true;
     // A stored choice beats the default.
     EXPECT_FALSE(make(byDefault)->hasOptedOutTracking());
     byDefault.token = u"fresh"_qs;
     EXPECT_TRUE(make(byDefault)->hasOptedOutTracking());
+}
+
+TEST(ProcessClockTest, FollowsTheWallClockAndNeverRunsBackwards)
+{
+    double wall = 1000;
+    double steady = 5;
+    ProcessClock clock([&] { return wall; }, [&] { return steady; });
+    EXPECT_EQ(clock.now(), 1000);
+    wall = 1010;
+    steady = 15;
+    EXPECT_EQ(clock.now(), 1010);
+    wall = 500; // set back
+    steady = 17;
+    EXPECT_EQ(clock.now(), 1012);
+    wall = 2000; // set forward, or the computer slept
+    steady = 18;
+    EXPECT_EQ(clock.now(), 2000);
+    const auto now = Environment::standard().now;
+    const double first = now();
+    EXPECT_NEAR(first, double(QDateTime::currentSecsSinceEpoch()), 3600);
+    EXPECT_GE(now(), first);
 }
 
 TEST_F(Instances, DoNotTrackRecordsNothingAndIsForgottenWithTheEnvironment)
@@ -196,14 +198,17 @@ TEST_F(Instances, DoNotTrackRecordsNothingAndIsForgottenWithTheEnvironment)
 TEST_F(Instances, TheTimerFlushesWhileTheApplicationIsActive)
 {
     MetricPostOptions often = options(u"tok"_qs);
-    often.flushInterval = 0.01;
+    often.flushInterval = Seconds(0.3);
     const auto instance = make(often);
     instance->track(u"one"_qs);
-    QThread::msleep(50);
+    QThread::msleep(400);
     QCoreApplication::processEvents();
     EXPECT_TRUE(sandbox.transport->requests().isEmpty());
+    QElapsedTimer timer;
+    timer.start();
     sandbox.applicationState->applicationDidBecomeActive();
     EXPECT_TRUE(waitUntil([&] { return sentNames() == QStringList{u"one"_qs}; }));
+    EXPECT_GE(timer.elapsed(), 250) << "a timer never fires early";
     sandbox.applicationState->applicationWillResignActive();
     flushAndWait(*instance);
     instance->track(u"two"_qs);
@@ -211,7 +216,7 @@ TEST_F(Instances, TheTimerFlushesWhileTheApplicationIsActive)
     sandbox.applicationState->applicationWillResignActive();
     EXPECT_TRUE(waitUntil([&] { return sentNames().size() == 2; }));
     instance->track(u"three"_qs);
-    QThread::msleep(50);
+    QThread::msleep(400);
     QCoreApplication::processEvents();
     EXPECT_EQ(sentNames().size(), 2);
 
@@ -221,40 +226,12 @@ TEST_F(Instances, TheTimerFlushesWhileTheApplicationIsActive)
     const auto late = make(often);
     late->track(u"four"_qs);
     EXPECT_TRUE(waitUntil([&] { return sentNames().contains(u"four"_qs); }));
-    late->setFlushInterval(0);
+    late->setFlushInterval(Seconds(0));
     flushAndWait(*late);
     late->track(u"five"_qs);
-    QThread::msleep(50);
+    QThread::msleep(400);
     QCoreApplication::processEvents();
     EXPECT_FALSE(sentNames().contains(u"five"_qs)) << "without an interval there is no timer";
-}
-
-TEST_F(Instances, AHangingServerHoldsUpNeitherCallersNorTheEnd)
-{
-    LoopbackServer server(LoopbackServer::always({}));
-    Environment environment = sandbox.environment();
-    environment.transport = std::make_shared<QtHTTPTransport>();
-    {
-        MetricPostInstance instance(options(u"tok"_qs), environment);
-        instance.setServerURL(server.url());
-        instance.track(u"first"_qs);
-        instance.flush();
-        ASSERT_TRUE(waitUntil([&] { return server.requests().size() == 1; }));
-        for (int i = 0; i < 100; ++i)
-            instance.track(u"more"_qs);
-        instance.flush();
-        instance.waitUntilStored();
-        EXPECT_EQ(stored(), 101);
-        // The server would be waited for longer.
-        EXPECT_TRUE(instance.shutdown(std::chrono::seconds(50)));
-        instance.track(u"too late"_qs);
-    }
-    EXPECT_EQ(server.requests().size(), 1);
-    // A later run sends what this one could not.
-    const auto next = make();
-    flushAndWait(*next, true);
-    EXPECT_EQ(sentNames().size(), 101);
-    EXPECT_EQ(stored(), 0);
 }
 
 TEST_F(Instances, TheLoggingSwitchAddsAndRemovesThePrintSink)

@@ -37,7 +37,7 @@ struct Wire : testing::Test {
 
 } // namespace
 
-TEST_F(Wire, CarriesTheLowerCaseMethodTheQueryTheBodyAndTheAnswersHeaders)
+TEST_F(Wire, CarriesTheMethodTheQueryTheBodyAndTheAnswersHeaders)
 {
     LoopbackServer server(
         LoopbackServer::always(LoopbackServer::response(200, "1", "RETRY-AFTER: 30\r\n")));
@@ -47,7 +47,7 @@ TEST_F(Wire, CarriesTheLowerCaseMethodTheQueryTheBodyAndTheAnswersHeaders)
     EXPECT_EQ(request->networkRequestsAllowedAfterTime(), *sandbox.now + 30);
     ASSERT_EQ(server.requests().size(), 2);
     const QByteArray plain = server.requests()[0];
-    EXPECT_TRUE(plain.startsWith("post /track/?ip=1 HTTP/1.1\r\n")) << plain.constData();
+    EXPECT_TRUE(plain.startsWith("POST /track/?ip=1 HTTP/1.1\r\n")) << plain.constData();
     EXPECT_TRUE(plain.contains("Content-Type: application/json\r\n"));
     EXPECT_FALSE(plain.contains("Content-Encoding"));
     EXPECT_TRUE(plain.contains("\r\nAccept-Language: *\r\n"));
@@ -71,9 +71,10 @@ TEST_F(Wire, OnlyAWhole200WithAnIntegerCountsAsSent)
           Then::Close},
          u"notOKStatusCode(statusCode: 401)"_qs},
         {{LoopbackServer::response(200, "<html>")}, u"parseError"_qs},
-        {{LoopbackServer::response(200, "1\n")}, u"parseError"_qs},
+        {{LoopbackServer::response(200, "1 2")}, u"parseError"_qs},
+        {{LoopbackServer::response(200, "+-1")}, u"parseError"_qs},
         {{LoopbackServer::response(200, "")}, u"noData"_qs},
-        {{LoopbackServer::response(200, QByteArray(10'000'000, '1'))}, {}},
+        {{LoopbackServer::response(200, QByteArray(10'000'000, '1'))}, u"other("_qs},
         {{"HTTP/1.1 200 OK\r\nContent-Length: 3\r\n\r\n1", Then::Close}, u"other("_qs},
         {{"HTTP/1.1 200 OK\r\nContent-Le", Then::Close}, u"other("_qs},
         {{"SMTP ready\r\n\r\n", Then::Close}, {}},
@@ -88,6 +89,10 @@ TEST_F(Wire, OnlyAWhole200WithAnIntegerCountsAsSent)
                                                      u"/track/ has failed with reason "_qs +
                                                      reason))
             << qPrintable(log.lines().join(u'\n'));
+    }
+    for (const char *number : {"1\n", " +7\r\n", "-1"}) {
+        LoopbackServer server(LoopbackServer::always(LoopbackServer::response(200, number)));
+        EXPECT_TRUE(send(*requestTo(server.url()))) << number;
     }
     LoopbackServer rejecting(LoopbackServer::always(LoopbackServer::response(200, "0")));
     LogCapture log;

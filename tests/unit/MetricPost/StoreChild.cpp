@@ -3,11 +3,10 @@
 
 // A process that the tests lock a store with, kill, or starve of disk space.
 //   metricpost_child lock FILE MILLISECONDS    holds the write lock that long
-//   metricpost_child track FOLDER TOKEN        tracks without end; prints a dot for each stored row
-//   metricpost_child starve FOLDER TOKEN       tracks while files cannot grow
+//   metricpost_child track FOLDER TOKEN        tracks without end; prints a dot for each committed
+//   row metricpost_child starve FOLDER TOKEN       tracks while files cannot grow
 #include "Environment.h"
 #include "MetricPost/MetricPostInstance.h"
-#include "MetricPost/MetricPostLogger.h"
 #include "QtHTTPTransport.h"
 #include "SettingsUserDefaults.h"
 
@@ -24,18 +23,6 @@ using namespace metricpost;
 
 namespace
 {
-
-class DotForEachRow : public MetricPostLogging
-{
-public:
-    void addMessage(const MetricPostLogMessage &message) override
-    {
-        if (message.text.startsWith(u"Successfully inserted row")) {
-            std::fputc('.', stdout);
-            std::fflush(stdout);
-        }
-    }
-};
 
 Environment environmentIn(const QString &folder)
 {
@@ -66,12 +53,14 @@ int lock(const QByteArray &file, unsigned long milliseconds)
 
 int track(MetricPostInstance &instance)
 {
-    MetricPostLogger::addLogging(std::make_shared<DotForEachRow>());
-    MetricPostLogger::enableLevel(MetricPostLogLevel::debug);
+    constexpr int group = 16;
     for (int number = 0;; ++number) {
         instance.track(QString::number(number));
-        if (number % 16 == 0)
-            instance.waitUntilStored();
+        if (number % group != group - 1)
+            continue;
+        instance.waitUntilStored();
+        std::fputs("................", stdout);
+        std::fflush(stdout);
     }
 }
 
@@ -85,11 +74,10 @@ int starve(const Environment &environment, const MetricPostOptions &options)
     setrlimit(RLIMIT_FSIZE, &size);
     MetricPostInstance instance(options, environment);
     for (int number = 0; number < 300; ++number)
-        instance.track(QStringLiteral("starved"), {{QStringLiteral("t"), QString(2000, u'x')}});
+        instance.track(QString::number(number), {{QStringLiteral("t"), QString(2000, u'x')}});
     instance.waitUntilStored();
     size.rlim_cur = before;
     setrlimit(RLIMIT_FSIZE, &size);
-    instance.track(QStringLiteral("fed, or lost with the file that could not be written"));
     instance.track(QStringLiteral("fed"));
     return instance.shutdown(std::chrono::seconds(1)) ? 0 : 1;
 }

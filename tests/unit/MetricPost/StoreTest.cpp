@@ -1,43 +1,16 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "StoreFixture.h"
+
 #include "KeyedArchive.h"
-#include "MPDB.h"
 #include "MetricPostPersistence.h"
 #include "SettingsUserDefaults.h"
-#include "TestSupport.h"
 
 #include <QDir>
-#include <QFile>
-
-#include <gtest/gtest.h>
 
 using namespace metricpost;
 using namespace metricpost::test;
-
-namespace
-{
-
-const QString table = u"metricpost_ab12cd_events"_qs;
-
-struct Store : testing::Test {
-    MPDB::Surroundings surroundings() const
-    {
-        return {sandbox.folder.path(), [clock = sandbox.now] { return clock->load(); }, {}};
-    }
-    QList<qint64> ids(const QList<Properties> &rows) const
-    {
-        QList<qint64> result;
-        for (const Properties &row : rows)
-            result.append(*row[u"id"_qs].get<qint64>());
-        return result;
-    }
-
-    Sandbox sandbox;
-    const QString file = sandbox.databasePath(u"ab12cd"_qs);
-};
-
-} // namespace
 
 TEST_F(Store, NamesItsFileTablesAndIndexesByTheTokensLettersAndDigits)
 {
@@ -82,14 +55,19 @@ TEST_F(Store, ReadsInTheOrderOfTimeUpToALimitAndDeletesByIdentity)
         *sandbox.now = time;
         database.insertRow(PersistenceType::events, "{\"t\":1}");
     }
-    query(file, u"INSERT INTO %1(data,time,flag) VALUES(NULL,5,0)"_qs.arg(table));
-    query(file, u"INSERT INTO %1(data,time,flag) VALUES('[broken',6,0)"_qs.arg(table));
+    for (int i = 0; i < 50; ++i) {
+        const QString broken = i % 2 == 0 ? u"NULL"_qs : u"'[broken'"_qs;
+        query(file, u"INSERT INTO %1(data,time,flag) VALUES(%2,5,0)"_qs.arg(table, broken));
+    }
     LogCapture log;
+    EXPECT_EQ(ids(database.readRows(PersistenceType::events, 2)), (QList<qint64>{2, 3}))
+        << "what cannot be decoded holds up nothing";
+    EXPECT_EQ(count(), u"3"_qs);
+    EXPECT_TRUE(log.contains(u"error No blob found in data column for row in "_qs + table));
+    EXPECT_TRUE(log.contains(u"info Successfully read 2 from table "_qs + table));
+    EXPECT_EQ(log.lines().filter(u"Deleted rows that cannot be decoded"_qs).size(), 1);
     EXPECT_EQ(ids(database.readRows(PersistenceType::events, MPDB::allRows)),
               (QList<qint64>{2, 3, 1}));
-    EXPECT_TRUE(log.contains(u"error No blob found in data column for row in "_qs + table));
-    EXPECT_TRUE(log.contains(u"info Successfully read 3 from table "_qs + table));
-    EXPECT_EQ(ids(database.readRows(PersistenceType::events, 3)), (QList<qint64>{2}));
     database.deleteRows(PersistenceType::events, {1, 3});
     EXPECT_EQ(
         query(file, u"SELECT id, time, flag, typeof(data) FROM %1 WHERE time > 6"_qs.arg(table)),
@@ -98,91 +76,81 @@ TEST_F(Store, ReadsInTheOrderOfTimeUpToALimitAndDeletesByIdentity)
     EXPECT_EQ(query(file, u"SELECT count(*) FROM "_qs + table), QStringList{u"0"_qs});
 }
 
-TEST_F(Store, AFailedWriteLeavesAnEmptyNewDatabase)
+TEST_F(Store, GroupedRowsAreCommittedTogether)
 {
     MPDB database(u"ab12cd"_qs, surroundings());
+    database.setGrouping(true);
+    insert(database, u"a"_qs);
     database.insertRow(PersistenceType::people, "{}");
-    query(file, u"DROP TABLE "_qs + table);
-    LogCapture log;
-    database.insertRow(PersistenceType::events, "{}");
-    EXPECT_TRUE(log.contains(u"error Failed to insert row into table "_qs + table));
-    EXPECT_TRUE(log.contains(u"error no such table: "_qs + table));
-    EXPECT_TRUE(log.contains(u"info Deleted database file at path: "_qs + file));
-    EXPECT_TRUE(log.contains(u"warning No database connection found. Calling MPDB.open()"_qs));
-    EXPECT_EQ(query(file, u"SELECT count(*) FROM metricpost_ab12cd_people"_qs),
-              QStringList{u"0"_qs});
-    database.insertRow(PersistenceType::events, "{}");
-    EXPECT_EQ(database.readRows(PersistenceType::events, 5).size(), 1);
-}
-
-TEST_F(Store, ABrokenFileIsReplacedWithItsCompanions)
-{
-    for (const QString &suffix : {QString(), u"-wal"_qs, u"-shm"_qs}) {
-        QFile broken(file + suffix);
-        ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-        broken.write(QByteArray(5000, 'x'));
-    }
-    MPDB database(u"ab12cd"_qs, surroundings());
-    database.insertRow(PersistenceType::events, "{\"lost\":1}");
-    database.insertRow(PersistenceType::events, "{\"kept\":1}");
-    EXPECT_EQ(database.readRows(PersistenceType::events, MPDB::allRows).size(), 1);
-    EXPECT_EQ(query(file, u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
-}
-
-TEST_F(Store, DamageInsideTheFileIsLoggedAndGoneAfterAFailedWrite)
-{
-    {
-        MPDB database(u"ab12cd"_qs, surroundings());
-        for (int i = 0; i < 100; ++i)
-            database.insertRow(PersistenceType::events,
-                               "{\"t\":\"" + QByteArray(2000, 'x') + "\"}");
-    }
-    {
-        // The first pages hold the schema; what follows are rows and the index.
-        constexpr int intact = 10 * 4096;
-        QFile damaged(file);
-        ASSERT_TRUE(damaged.open(QIODevice::ReadWrite));
-        ASSERT_GT(damaged.size(), 2 * intact);
-        damaged.seek(intact);
-        damaged.write(QByteArray(damaged.size() - intact, '\xff'));
-    }
-    MPDB database(u"ab12cd"_qs, surroundings());
-    LogCapture log;
-    EXPECT_LT(database.readRows(PersistenceType::events, MPDB::allRows).size(), 100);
-    EXPECT_TRUE(log.contains(u"error database disk image is malformed"_qs));
+    insert(database, u"b"_qs);
+    EXPECT_EQ(count(), u"0"_qs);
+    EXPECT_TRUE(database.commit());
+    EXPECT_EQ(count(), u"2"_qs);
+    EXPECT_EQ(database.readRows(PersistenceType::people, 1).size(), 1);
+    insert(database, u"c"_qs);
+    EXPECT_EQ(names(database), (QStringList{u"a"_qs, u"b"_qs, u"c"_qs}));
+    insert(database, u"d"_qs);
     database.deleteRows(PersistenceType::events, {}, true);
-    database.insertRow(PersistenceType::events, "{}");
-    EXPECT_EQ(database.readRows(PersistenceType::events, MPDB::allRows).size(), 1);
-    EXPECT_EQ(query(file, u"PRAGMA integrity_check"_qs), QStringList{u"ok"_qs});
+    EXPECT_EQ(count(), u"0"_qs) << "in the order of the calls";
+    for (std::size_t i = 0; i < MPDB::maxRowsInTransaction + 7; ++i)
+        insert(database, u"e"_qs);
+    EXPECT_EQ(count(), QString::number(MPDB::maxRowsInTransaction));
+    database.close();
+    EXPECT_FALSE(database.commit());
+    EXPECT_TRUE(database.commit());
+    EXPECT_EQ(count(), QString::number(MPDB::maxRowsInTransaction + 7));
 }
 
-TEST_F(Store, WithoutAUsableFolderOrTokenOperationsOnlyLog)
+TEST_F(Store, RowsThatAreSetAsideAreNotReadAgain)
 {
-    LogCapture log;
-    QFile notAFolder(sandbox.folder.filePath(u"file"_qs));
-    ASSERT_TRUE(notAFolder.open(QIODevice::WriteOnly));
-    MPDB::Surroundings unusable = surroundings();
-    unusable.folder = notAFolder.fileName();
-    MPDB::Surroundings none = surroundings();
-    none.folder.reset();
-    MPDB inAFile(u"t"_qs, unusable);
-    MPDB nowhere(u"t"_qs, none);
-    MPDB unnamed(u"-_-"_qs, surroundings());
-    for (MPDB *database : {&inAFile, &nowhere, &unnamed}) {
-        database->insertRow(PersistenceType::events, "{}");
-        database->deleteRows(PersistenceType::events, {1});
-        database->updateRowsFlag(PersistenceType::people, false);
-        EXPECT_TRUE(database->readRows(PersistenceType::events, 1).isEmpty());
-    }
-    EXPECT_EQ(
-        log.lines().count(u"error Project token must not be empty. Database cannot be opened."_qs),
-        5);
-    // A folder that is merely missing is made.
-    MPDB::Surroundings missing = surroundings();
-    missing.folder = sandbox.folder.filePath(u"a/b"_qs);
-    MPDB made(u"t"_qs, missing);
-    made.insertRow(PersistenceType::events, "{}");
-    EXPECT_EQ(made.readRows(PersistenceType::events, 1).size(), 1);
+    MPDB database(u"ab12cd"_qs, surroundings());
+    for (const QString &name : {u"a"_qs, u"b"_qs, u"c"_qs})
+        insert(database, name);
+    EXPECT_TRUE(database.setAside(PersistenceType::events, {1, 2}));
+    EXPECT_EQ(names(database), QStringList{u"c"_qs});
+    database.updateRowsFlag(PersistenceType::events, false);
+    database.updateRowsFlag(PersistenceType::events, true);
+    EXPECT_EQ(database.readRows(PersistenceType::events, 9, true).size(), 1);
+}
+
+TEST_F(Store, FlagsKeepProfilesOfUnknownUsersBack)
+{
+    MetricPostPersistence persistence(u"ab12cd"_qs, sandbox.storeSurroundings());
+    MetricPostPersistence::saveIdentity({u"me"_qs, {}, {}, {}, {}, {}}, u"ab12cd"_qs,
+                                        *sandbox.defaults);
+    persistence.saveEntity({{u"$distinct_id"_qs, u"old"_qs}}, PersistenceType::people, true);
+    EXPECT_TRUE(persistence.loadEntitiesInBatch(PersistenceType::people).isEmpty());
+    persistence.identifyPeople();
+    const auto people = persistence.loadEntitiesInBatch(PersistenceType::people);
+    ASSERT_EQ(people.size(), 1);
+    EXPECT_EQ(textAt(people[0], {u"$distinct_id"_qs}), u"me"_qs);
+
+    // Automatic events stay behind when they are not wanted, and hold up no others.
+    for (const QString &name : {u"$ae_1"_qs, u"$ae_2"_qs, u"$ae_3"_qs, u"x"_qs, u"y"_qs})
+        persistence.saveEntity({{u"event"_qs, name}}, PersistenceType::events);
+    const auto load = [&](bool exclude) {
+        return persistence.loadEntitiesInBatch(PersistenceType::events, 1, false, exclude);
+    };
+    ASSERT_EQ(load(true).size(), 1);
+    EXPECT_EQ(textAt(load(true)[0], {u"event"_qs}), u"x"_qs);
+    EXPECT_EQ(textAt(load(false)[0], {u"event"_qs}), u"$ae_1"_qs);
+    persistence.resetEntities();
+    EXPECT_TRUE(persistence.loadEntitiesInBatch(PersistenceType::people).isEmpty());
+}
+
+TEST_F(Store, DefaultsSeeWhatAnotherProcessWrites)
+{
+    const QString path = sandbox.folder.filePath(u"shared.conf"_qs);
+    SettingsUserDefaults one(path);
+    SettingsUserDefaults other(path);
+    EXPECT_FALSE(other.value(u"k"_qs).isValid());
+    one.setValues({{u"k"_qs, 1}});
+    EXPECT_EQ(other.value(u"k"_qs).toInt(), 1);
+    other.setValuesIfAbsent(u"k"_qs, {{u"k"_qs, 2}, {u"l"_qs, 2}});
+    EXPECT_EQ(one.value(u"k"_qs).toInt(), 1);
+    EXPECT_FALSE(one.value(u"l"_qs).isValid());
+    other.setValuesIfAbsent(u"l"_qs, {{u"l"_qs, 3}});
+    EXPECT_EQ(one.value(u"l"_qs).toInt(), 3);
 }
 
 TEST_F(Store, SmallValuesStandUnderTheirKeysAndAreDroppedWhenDamaged)

@@ -57,7 +57,9 @@ QStringList LogCapture::lines() const
 HTTPTransport::Cancel FakeTransport::start(const URLRequest &request, Completion completion)
 {
     std::optional<HTTPOutcome> outcome = answer(200, "1");
-    {
+    if (m_requestAnswers) {
+        outcome = m_requestAnswers(request);
+    } else {
         const std::lock_guard lock(m_mutex);
         m_requests.push_back(request);
         if (m_answers)
@@ -72,6 +74,11 @@ void FakeTransport::answerWith(const std::function<std::optional<HTTPOutcome>(in
 {
     const std::lock_guard lock(m_mutex);
     m_answers = answers;
+}
+
+void FakeTransport::answerRequests(const std::function<HTTPOutcome(const URLRequest &)> &answers)
+{
+    m_requestAnswers = answers;
 }
 
 QList<URLRequest> FakeTransport::requests() const
@@ -115,6 +122,16 @@ FlushRequest::Surroundings Sandbox::requestSurroundings() const
 {
     const Environment all = environment();
     return {all.transport, all.now, all.random};
+}
+
+Environment Sandbox::otherProcess() const
+{
+    Environment other = environment();
+    other.userDefaults =
+        std::make_shared<SettingsUserDefaults>(folder.filePath(QStringLiteral("defaults.conf")));
+    other.transport = std::make_shared<FakeTransport>();
+    other.applicationState = std::make_shared<ApplicationState>();
+    return other;
 }
 
 QString Sandbox::databasePath(const QString &letters) const

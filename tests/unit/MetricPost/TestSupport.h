@@ -46,6 +46,8 @@ class FakeTransport : public HTTPTransport
 public:
     Cancel start(const URLRequest &request, Completion completion) override;
     void answerWith(const std::function<std::optional<HTTPOutcome>(int number)> &answers);
+    /// The same with the request; the requests are then not kept.
+    void answerRequests(const std::function<HTTPOutcome(const URLRequest &)> &answers);
     QList<URLRequest> requests() const;
 
 private:
@@ -53,6 +55,7 @@ private:
     // No shared list: its reference count is no order that the thread sanitizer would accept.
     std::vector<URLRequest> m_requests;
     std::function<std::optional<HTTPOutcome>(int)> m_answers;
+    std::function<HTTPOutcome(const URLRequest &)> m_requestAnswers;
 };
 
 HTTPOutcome answer(int status, const QByteArray &body, const QByteArray &retryAfter = {});
@@ -74,6 +77,9 @@ struct Sandbox {
     std::shared_ptr<FakeTransport> transport = std::make_shared<FakeTransport>();
     std::shared_ptr<ApplicationState> applicationState = std::make_shared<ApplicationState>();
     bool doNotTrack = false;
+
+    /// What another process would have: the same files, nothing else.
+    Environment otherProcess() const;
 };
 
 /// Flushes and waits for the completion.

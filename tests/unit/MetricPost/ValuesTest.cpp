@@ -93,6 +93,27 @@ TEST(Values, ScalarsEqualOnlyTheirOwnTypeAndContainersCompareDeeply)
     EXPECT_FALSE(MetricPostType(Properties{{u"a"_qs, 1}}).equals(Properties{{u"b"_qs, 1}}));
 }
 
+TEST(Values, NoDepthExhaustsTheStack)
+{
+    constexpr int depth = 200'000;
+    for (const bool inLists : {true, false}) {
+        MetricPostType value = 1;
+        for (int i = 0; i < depth; ++i) {
+            if (inLists)
+                value = ValueList{value};
+            else
+                value = Properties{{u"k"_qs, std::optional(value)}};
+        }
+        EXPECT_FALSE(value.isValidNestedTypeAndValue());
+        EXPECT_TRUE(encoded(value) == "refused" || encoded(value).contains("nested too deeply"));
+    }
+    MetricPostType value = 1;
+    for (int i = 0; i < MetricPostType::maxDepth; ++i)
+        value = ValueList{value};
+    EXPECT_TRUE(value.isValidNestedTypeAndValue());
+    EXPECT_FALSE(MetricPostType(ValueList{value}).isValidNestedTypeAndValue());
+}
+
 TEST(Values, AnInvalidPropertyFailsTheAssertionWithItsTypeAndValue)
 {
     QStringList failures;
@@ -168,6 +189,9 @@ TEST(Json, HostileInputIsRefused)
     EXPECT_TRUE(refused("[NaN]"));
     EXPECT_TRUE(refused("7"));
     EXPECT_TRUE(refused(""));
+    const auto lists = [](int depth) { return QByteArray(depth, '[') + QByteArray(depth, ']'); };
+    EXPECT_FALSE(refused(lists(JSONHandler::maximumDepth)));
+    EXPECT_TRUE(refused(lists(JSONHandler::maximumDepth + 1)));
     EXPECT_TRUE(log.contains(u"error exception decoding object data"_qs));
 
     // What may be stored can be read, up to the limit; a batch nests one deeper.

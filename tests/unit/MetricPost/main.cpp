@@ -20,7 +20,7 @@ extern "C" const char *__tsan_default_options()
     return "die_after_fork=0";
 }
 
-// The shared registry must not find the files of whoever runs the tests.
+// The shared registry must not find the files of the user who runs the tests.
 int main(int argc, char **argv)
 {
     const QTemporaryDir home;

@@ -18,7 +18,7 @@ TEST(SharedMetricPostTest, SendsEachEventAtOnceToTheRunsProject)
     const auto record = [&](int number) {
         EXPECT_TRUE(waitUntil([&] { return server.requests().size() == number; }));
         const QByteArray request = server.requests().value(number - 1);
-        EXPECT_TRUE(request.startsWith("post /analytics/track/?ip=1 HTTP/1.1\r\n"));
+        EXPECT_TRUE(request.startsWith("POST /analytics/track/?ip=1 HTTP/1.1\r\n"));
         EXPECT_FALSE(request.contains("Content-Encoding"));
         return recordsOf(bodyOf(request)).value(0);
     };
@@ -40,6 +40,6 @@ TEST(SharedMetricPostTest, SendsEachEventAtOnceToTheRunsProject)
     EXPECT_EQ(textAt(apply, {u"event"_qs}), u"Apply"_qs);
     EXPECT_EQ(textAt(apply, {u"properties"_qs, u"token"_qs}),
               u"5d1c0a7e3b9f42e6a8c4d2f1b0e97a63"_qs);
-    EXPECT_EQ(MetricPost::mainInstance()->flushInterval(), 60);
+    EXPECT_EQ(MetricPost::mainInstance()->flushInterval(), Seconds(60));
     MetricPost::shutdown();
 }
