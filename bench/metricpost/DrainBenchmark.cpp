@@ -32,20 +32,6 @@ void multiply(const QString &databasePath, int count)
     sqlite3_close(database);
 }
 
-int rows(const QString &databasePath)
-{
-    sqlite3 *database = nullptr;
-    sqlite3_stmt *statement = nullptr;
-    sqlite3_open(databasePath.toUtf8().constData(), &database);
-    sqlite3_prepare_v2(database, "SELECT count(*) FROM metricpost_bench_events", -1, &statement,
-                       nullptr);
-    sqlite3_step(statement);
-    const int count = sqlite3_column_int(statement, 0);
-    sqlite3_finalize(statement);
-    sqlite3_close(database);
-    return count;
-}
-
 void drainQueue(benchmark::State &state)
 {
     const int count = int(state.range(0));
@@ -72,7 +58,7 @@ void drainQueue(benchmark::State &state)
         drained += count;
 
         state.PauseTiming();
-        if (rows(path) != 0)
+        if (storedRows(path) != 0)
             state.SkipWithError("not everything was sent");
         state.ResumeTiming();
     }

@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 
+#include <sqlite3.h>
+
 #include <ctime>
 
 namespace metricpost::bench
@@ -46,6 +48,20 @@ void drain(MetricPostInstance &instance)
     instance.flush(true, [&loop] { loop.quit(); });
     loop.exec();
     instance.waitUntilStored();
+}
+
+int storedRows(const QString &databasePath)
+{
+    sqlite3 *database = nullptr;
+    sqlite3_stmt *statement = nullptr;
+    sqlite3_open(databasePath.toUtf8().constData(), &database);
+    sqlite3_prepare_v2(database, "SELECT count(*) FROM metricpost_bench_events", -1, &statement,
+                       nullptr);
+    sqlite3_step(statement);
+    const int count = sqlite3_column_int(statement, 0);
+    sqlite3_finalize(statement);
+    sqlite3_close(database);
+    return count;
 }
 
 double processCpuSeconds()

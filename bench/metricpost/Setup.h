@@ -29,6 +29,9 @@ void trackOne(MetricPostInstance &instance);
 /// Flushes everything and runs the main event loop until that is done.
 void drain(MetricPostInstance &instance);
 
+/// Events in the database that `makeInstance` uses.
+int storedRows(const QString &databasePath);
+
 using Clock = std::chrono::steady_clock;
 
 inline double seconds(Clock::duration duration)

@@ -111,6 +111,29 @@ void store(benchmark::State &state)
     state.counters["record_bytes"] = double(record.size());
 }
 
+// Many events, and the end of the program right behind them.
+void shutdownUnderLoad(benchmark::State &state)
+{
+    constexpr int events = 50'000;
+    constexpr std::chrono::seconds limit{1};
+    std::vector<double> lost;
+    std::vector<double> milliseconds;
+    for ([[maybe_unused]] auto iteration : state) {
+        const Setup setup;
+        const auto instance = setup.makeInstance();
+        for (int i = 0; i < events; ++i)
+            trackOne(*instance);
+        const auto start = Clock::now();
+        instance->shutdown(limit);
+        milliseconds.push_back(seconds(Clock::now() - start) * 1e3);
+        lost.push_back(events -
+                       storedRows(setup.folder.filePath(QStringLiteral("bench_MPDB.sqlite"))));
+    }
+    state.counters["lost_events"] = median(lost);
+    state.counters["shutdown_ms"] = median(milliseconds);
+}
+
+BENCHMARK(shutdownUnderLoad)->Iterations(5)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(store)->Iterations(21)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
