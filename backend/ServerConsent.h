@@ -25,8 +25,8 @@ public:
     void look(QObject *context, Found found) override;
     bool remember(const FoundServer &server, bool agreed) override;
 
-    /// As look(), with the settings of what was found. The owner is read anew each time: another
-    /// program may have taken the port.
+    /// As look(), with the settings of what was found. The owner is read each time: another
+    /// program can have taken the port.
     void find(QObject *context, Usable usable);
     /// What was found turned out to be gone.
     void forget();

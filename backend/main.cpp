@@ -163,7 +163,7 @@ int main(int argc, char **argv)
     });
     SwitchingEngine engine(configuration, consent, model, offline);
 
-    // While nobody asks yet, so that the first answer need not wait.
+    // Before the first request, so that its answer need not wait.
     const auto warmUp = [&] {
         if (!configuration.current().model)
             QThreadPool::globalInstance()->start([&rules] { rules.warmUp(); });

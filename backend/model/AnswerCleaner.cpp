@@ -73,7 +73,8 @@ QString withoutEnding(QString answer, const QString &source, const QString &deli
         QStringLiteral("(?:<\\|[a-z_]+\\|>|<end_of_turn>|</?s>|\\[/?INST\\]|</?text>)\\s*$"));
     static const QRegularExpression remark(
         QStringLiteral(
-            "\\n\\s*\\n(?:---+\\s*\\n\\s*)?[(*_]*(?:let me know\\b|please let me know\\b|feel free "
+            "\\n[ \\t\\r]*\\n(?:---+\\s*\\n\\s*)?[(*_]*(?:let me know\\b|please let me "
+            "know\\b|feel free "
             "to\\b|"
             "(?:i )?hope this helps\\b|i hope this\\b|note:|note that i\\b|explanation:|"
             "(?:key |main )?changes(?: made)?:|i(?:'ve| have)? (?:made|changed|corrected|improved|"

@@ -26,7 +26,7 @@ constexpr Option temperatureOption{u"temperature", u"QUILLET_MODEL_TEMPERATURE"}
 constexpr Option timeoutOption{u"timeout", u"QUILLET_MODEL_TIMEOUT"};
 constexpr Option windowOption{u"window", u"QUILLET_MODEL_WINDOW"};
 constexpr Option findOption{u"find-ollama", u"QUILLET_FIND_OLLAMA"};
-/// Only in the file: the answer is kept for the user, not given by whoever starts the program.
+/// Only in the file: the program that starts this one cannot answer for the user.
 constexpr Option foundOption{u"found-server", u""};
 constexpr Option allOptions[] = {urlOption,     nameOption,   keyOption,  temperatureOption,
                                  timeoutOption, windowOption, findOption, foundOption};

@@ -10,14 +10,18 @@
 #include <QNetworkReply>
 #include <QTimer>
 
+#include <chrono>
+
+using namespace std::chrono_literals;
+
 namespace
 {
 
-constexpr int patienceMs = 150;
-constexpr int probeTimeoutMs = 2'000;
-constexpr qint64 foundHoldsMs = 60'000;
-constexpr qint64 nothingHoldsMs = 10'000;
-constexpr qint64 maximumList = 4 * 1024 * 1024;
+constexpr auto patience = 150ms;
+constexpr std::chrono::milliseconds probeTimeout = 2s;
+constexpr auto foundHolds = 60s;
+constexpr auto nothingHolds = 10s;
+constexpr qint64 maxList = 4 * 1024 * 1024;
 
 /// The first model of Ollama's list that writes; some only compute embeddings.
 std::optional<QString> firstWritingModel(const QByteArray &list)
@@ -45,12 +49,13 @@ ModelFinder::ModelFinder(QUrl address)
 void ModelFinder::find(const ModelSettings &settings, QObject *context, Found found)
 {
     const int ticket = m_nextTicket++;
-    const qint64 holds = m_model ? foundHoldsMs : nothingHoldsMs;
-    const bool known = !m_probing && m_age.isValid() && m_age.elapsed() < holds;
+    const auto holds = m_model ? foundHolds : nothingHolds;
+    const bool known =
+        !m_probing && m_age.isValid() && std::chrono::milliseconds(m_age.elapsed()) < holds;
     m_waiting.push_back({ticket, {context, settings, std::move(found)}});
     if (!known && !m_probing)
         probe();
-    QTimer::singleShot(known ? 0 : patienceMs, this, [this, ticket] {
+    QTimer::singleShot(known ? 0ms : patience, this, [this, ticket] {
         const auto entry = std::find_if(m_waiting.begin(), m_waiting.end(),
                                         [&](const auto &other) { return other.first == ticket; });
         if (entry == m_waiting.end())
@@ -73,12 +78,12 @@ void ModelFinder::probe()
     QUrl url = m_address;
     url.setPath(QStringLiteral("/api/tags"));
     QNetworkRequest request(url);
-    request.setTransferTimeout(probeTimeoutMs);
+    request.setTransferTimeout(int(probeTimeout.count()));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     QNetworkReply *reply = m_network.get(request);
     connect(reply, &QNetworkReply::downloadProgress, this, [reply](qint64 received) {
-        if (received > maximumList)
+        if (received > maxList)
             reply->abort();
     });
     connect(reply, &QNetworkReply::finished, this, [this, reply] {

@@ -7,7 +7,7 @@
 
 namespace
 {
-constexpr std::size_t maximumFree = 4;
+constexpr std::size_t maxFree = 4;
 }
 
 NetworkPool::Manager NetworkPool::take(bool direct)
@@ -25,6 +25,6 @@ NetworkPool::Manager NetworkPool::take(bool direct)
 
 void NetworkPool::giveBack(Manager manager)
 {
-    if (m_free.size() < maximumFree)
+    if (m_free.size() < maxFree)
         m_free.push_back(std::move(manager));
 }

@@ -20,7 +20,7 @@ QList<QByteArray> ServerSentEvents::feed(const QByteArray &bytes)
         } else {
             m_line += c;
         }
-        m_overflowed = m_line.size() + m_data.size() > maximumEvent;
+        m_overflowed = m_line.size() + m_data.size() > maxEvent;
     }
     return events;
 }

@@ -13,13 +13,13 @@ class ServerSentEvents
 {
 public:
     /// Some servers send a whole answer as one event.
-    static constexpr qsizetype maximumEvent = 16 * 1024 * 1024;
+    static constexpr qsizetype maxEvent = 16 * 1024 * 1024;
 
     /// The data of the events that `bytes` completes.
     QList<QByteArray> feed(const QByteArray &bytes);
     /// The stream has ended: yields an event that lacks its closing blank line.
     QList<QByteArray> finish();
-    /// An event grew beyond maximumEvent; nothing more is read.
+    /// An event grew beyond maxEvent; nothing more is read.
     bool overflowed() const { return m_overflowed; }
 
 private:

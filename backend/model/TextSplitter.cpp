@@ -18,14 +18,14 @@ int quarterTokens(QChar c)
     return c.unicode() < 0x800 || c.isSurrogate() ? 4 : 6;
 }
 
-/// The end of the longest part from `start` that has `maximum` quarter tokens.
-qsizetype fittingEnd(const QString &text, qsizetype start, qint64 maximum)
+/// The end of the longest part from `start` that has `max` quarter tokens.
+qsizetype fittingEnd(const QString &text, qsizetype start, qint64 max)
 {
     qint64 sum = 0;
     qsizetype i = start;
     for (; i < text.size(); ++i) {
         sum += quarterTokens(text[i]);
-        if (sum > maximum)
+        if (sum > max)
             break;
     }
     return i;
@@ -100,12 +100,12 @@ int estimatedTokens(QStringView text)
     return int(std::min<qint64>((sum + 3) / 4, std::numeric_limits<int>::max()));
 }
 
-QList<TextPart> splitText(const QString &text, int maximumTokens)
+QList<TextPart> splitText(const QString &text, int maxTokens)
 {
     QList<TextPart> parts;
     qsizetype start = 0;
     while (start < text.size()) {
-        auto end = fittingEnd(text, start, 4LL * maximumTokens);
+        auto end = fittingEnd(text, start, 4LL * maxTokens);
         if (end < text.size())
             end = bestCut(text, start, end);
         auto first = start;
@@ -122,11 +122,11 @@ QList<TextPart> splitText(const QString &text, int maximumTokens)
     return parts;
 }
 
-QString shortened(const QString &text, int maximumTokens)
+QString shortened(const QString &text, int maxTokens)
 {
-    if (estimatedTokens(text) <= maximumTokens)
+    if (estimatedTokens(text) <= maxTokens)
         return text;
-    const auto parts = splitText(text, maximumTokens / 2);
+    const auto parts = splitText(text, maxTokens / 2);
     const QString beginning = parts.value(parts.first().forModel ? 0 : 1).text;
     const QString end = parts.value(parts.size() - (parts.last().forModel ? 1 : 2)).text;
     return beginning + QStringLiteral("\n\n[…]\n\n") + end;

@@ -17,11 +17,11 @@ struct TextPart {
 /// of UTF-8: some four bytes each in English, fewer elsewhere.
 int estimatedTokens(QStringView text);
 
-/// Splits `text` into parts of `maximumTokens` at most: between paragraphs, and
+/// Splits `text` into parts of `maxTokens` at most: between paragraphs, and
 /// where a paragraph alone is too long between lines, sentences, words or, at
 /// last, characters as a reader sees them.
-QList<TextPart> splitText(const QString &text, int maximumTokens);
+QList<TextPart> splitText(const QString &text, int maxTokens);
 
 /// `text` itself, or its beginning and end with "[…]" between them where it has
-/// more than `maximumTokens`.
-QString shortened(const QString &text, int maximumTokens);
+/// more than `maxTokens`.
+QString shortened(const QString &text, int maxTokens);

@@ -140,8 +140,10 @@ def test_an_unpacked_bundle_installs_itself(desktop, build):
         found = []
         for pid in filter(str.isdigit, os.listdir("/proc")):
             try:
-                if os.readlink(f"/proc/{pid}/exe") == installed:
-                    found.append(int(pid))
+                # The link to the program itself is kept from other processes of the user.
+                with open(f"/proc/{pid}/cmdline", "rb") as file:
+                    if file.read().split(b"\0")[0] == os.fsencode(installed):
+                        found.append(int(pid))
             except OSError:
                 pass
         return found

@@ -75,7 +75,7 @@ TEST(Configuration, NamesEachValueThatItCannotUse)
     }
     EXPECT_EQ(configuration.problems.size(), 10) << qPrintable(problems);
     EXPECT_FALSE(configuration.model);
-    // Whoever meant another server does not mean this one.
+    // A server that is named, if badly, is the only one that is meant.
     EXPECT_FALSE(configuration.findServer);
     for (const char16_t *hidden : {u"hunter2", u"sk-loose", u"sk 1"})
         EXPECT_FALSE(problems.contains(QString::fromUtf16(hidden)));

@@ -189,6 +189,12 @@ TEST(HttpSurface, AsksForTheSecret)
     EXPECT_EQ(fetch(url).status, 200);
     url.setPath(u"/track/"_qs);
     EXPECT_EQ(post(url, "[]").text, u"1"_qs);
+    // Nothing was looked for, so there is nothing to agree to.
+    url.setPath(u"/found-server"_qs);
+    EXPECT_EQ(fetch(url).text, u"{}"_qs);
+    url.setQuery(u"agree=yes&address=127.0.0.1:11434&owner=0"_qs);
+    EXPECT_EQ(post(url, "").status, 409);
+    EXPECT_TRUE(QDir(backend.folder.path()).isEmpty());
 }
 
 TEST(HttpSurface, NeedsASecretBeyondLoopback)
@@ -202,7 +208,7 @@ TEST(HttpSurface, NeedsASecretBeyondLoopback)
 
 TEST(HttpSurface, AnswersTwentyRequestsAtOnceAndCancelsForClientsThatLeave)
 {
-    // Answers nobody before all twenty are there: a queue anywhere would hang.
+    // Answers once all of them are there: a queue anywhere would hang.
     std::vector<QPointer<QTcpSocket>> held;
     FakeModel model(
         [&held](QTcpSocket *socket, const FakeModel::Request &) { held.emplace_back(socket); });

@@ -107,7 +107,7 @@ TEST(LocalBackend, ReportsAProgramThatDoesNotServe)
 {
     for (const QString &wrong : {u"/nonexistent/quillet-backend"_qs, u"/bin/false"_qs, QString()}) {
         LocalBackend backend(wrong);
-        // Twice: the second request tries anew.
+        // Twice: the second request tries again.
         for (int i = 0; i < 2; ++i) {
             const Endpoint endpoint = endpointOf(backend);
             EXPECT_FALSE(endpoint.generate.isValid());
