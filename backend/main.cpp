@@ -13,9 +13,9 @@
 #include "backend/model/ModelFinder.h"
 #include "backend/offline/OfflineEngine.h"
 #include "backend/process/ParentLink.h"
-#include "process/ProcessGuard.h"
 #include "backend/process/ProgramLog.h"
 #include "commands/Note.h"
+#include "process/ProcessGuard.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

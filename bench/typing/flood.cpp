@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // Presses and releases the keys for the text of standard input, all at once and without a look at
-// anything: what a program takes when typing costs nothing. Characters that the layout does not have
-// alone or with Shift are left out.
+// anything: what a program takes when typing costs nothing. Characters that the layout does not
+// have alone or with Shift are left out.
 
 #include <X11/XKBlib.h>
 #include <X11/extensions/XTest.h>

@@ -28,7 +28,8 @@ std::optional<QFont::Weight> weightOf(const QString &name)
 QString registerFace(const QString &name)
 {
     // Stored without compression: the font database uses the file where it lies in the program.
-    const QByteArray file = QResource(QStringLiteral(":/fonts/%1.ttf").arg(name)).uncompressedData();
+    const QByteArray file =
+        QResource(QStringLiteral(":/fonts/%1.ttf").arg(name)).uncompressedData();
     const QStringList families =
         QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFontFromData(file));
     if (families.isEmpty())

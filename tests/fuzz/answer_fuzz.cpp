@@ -12,8 +12,10 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray input(reinterpret_cast<const char *>(data), qsizetype(size));
-    const QString text = QString::fromUtf8(input.first(std::max<qsizetype>(0, input.indexOf('\0'))));
-    const QString answer = QString::fromUtf8(input.sliced(text.isEmpty() ? 0 : input.indexOf('\0')));
+    const QString text =
+        QString::fromUtf8(input.first(std::max<qsizetype>(0, input.indexOf('\0'))));
+    const QString answer =
+        QString::fromUtf8(input.sliced(text.isEmpty() ? 0 : input.indexOf('\0')));
     const QString delimiter = QStringLiteral("d");
     const QString cleaned = cleanedAnswer(answer, text, delimiter);
     if (cleaned.contains(QChar(0x202e)) && !text.contains(QChar(0x202e)))

@@ -60,12 +60,14 @@ MAY_INCLUDE = {
     "platform/linux/reading": ["platform", "platform/linux/ports", "platform/linux/atspi"],
     "platform/linux/focus": ["platform", "platform/linux/ports", "platform/linux/atspi",
                              "platform/linux/reading"],
-    "platform/linux/accessibility": ["platform", "platform/linux/ports", "platform/linux/atspi",
-                                     "platform/linux/reading", "platform/linux/focus"],
+    "platform/linux/inputmethods": ["platform", "platform/linux/ports", "platform/linux/atspi"],
+    "platform/linux/accessibility": ["platform", "platform/text", "platform/linux/ports",
+                                     "platform/linux/atspi", "platform/linux/reading",
+                                     "platform/linux/focus"],
     "platform/linux": ["platform", "platform/linux/ports", "platform/linux/desktop",
                        "platform/linux/x11", "platform/linux/keyboard", "platform/linux/atspi",
-                       "platform/linux/reading", "platform/linux/focus",
-                       "platform/linux/accessibility"],
+                       "platform/linux/inputmethods", "platform/linux/reading",
+                       "platform/linux/focus", "platform/linux/accessibility"],
 
     # The application.
     "quillet/diagnostics": [],

@@ -555,8 +555,7 @@ AXError AtspiAccessibility::AXUIElementIsAttributeSettable(const AXUIElement &el
     ElementFacts facts;
     if (const AXError error = factsOf(*other, application, facts); error != AXError::Success)
         return error;
-    settable = attribute == QLatin1String("AXValue") &&
-               isValueSettable(facts);
+    settable = attribute == QLatin1String("AXValue") && isValueSettable(facts);
     return AXError::Success;
 }
 

@@ -52,13 +52,12 @@ void AtspiApplication::askForPrivate()
     if (m_askedForPrivate || !m_listener)
         return;
     m_askedForPrivate = true;
-    m_listener->call(
-        m_busName, atspi::rootPath, atspi::ApplicationInterface, "GetApplicationBusAddress",
-        noting([this](DBusMessage &reply) {
-            if (const auto address = reply.readBytes())
-                connectDirectly(*address);
-        }),
-        CallChannel::WithoutLimit);
+    m_listener->call(m_busName, atspi::rootPath, atspi::ApplicationInterface,
+                     "GetApplicationBusAddress", noting([this](DBusMessage &reply) {
+                         if (const auto address = reply.readBytes())
+                             connectDirectly(*address);
+                     }),
+                     CallChannel::WithoutLimit);
 }
 
 // The address is the application's own claim: it may name a transport that runs a command, or the

@@ -38,8 +38,8 @@ public:
     /// False, and no call of `handler`, when it could not be sent.
     virtual bool send(sd_bus_message *message, Handler handler, quint64 limit) = 0;
 
-    /// Handles answers until `done` or the deadline; nothing else runs meanwhile. True when it ended
-    /// because of `done`.
+    /// Handles answers until `done` or the deadline; nothing else runs meanwhile. True when it
+    /// ended because of `done`.
     virtual bool waitFor(const std::function<bool()> &done, QDeadlineTimer deadline) = 0;
 
     /// newCall() and send() in one, with the arguments that sd_bus_message_append() takes.

@@ -26,8 +26,8 @@ struct PrivateSocket {
 std::optional<PrivateSocket> parsePrivateAddress(const QByteArray &address);
 
 /// Connects without waiting. The descriptor, which the caller closes; -1 unless the process that
-/// listens there is `pid` and runs as `uid`, both as the kernel says (SO_PEERCRED, unix(7)). Nothing
-/// is sent.
+/// listens there is `pid` and runs as `uid`, both as the kernel says (SO_PEERCRED, unix(7)).
+/// Nothing is sent.
 int connectToProcess(const PrivateSocket &socket, pid_t pid, uid_t uid);
 
 } // namespace platform::linux_

@@ -22,13 +22,27 @@ TEST(PrivateSocket, TakesOneUnixSocketAndNothingElse)
     EXPECT_EQ(parsePrivateAddress("unix:guid=01,abstract=/tmp/dbus%2ba"),
               (PrivateSocket{"/tmp/dbus+a", true}));
 
-    for (const char *refused :
-         {"", "unix:", "unix:guid=01", "unix:path=", "unix:path=relative", "unix:path",
-          "unixexec:path=/bin/sh,argv1=-c,argv2=id", "tcp:host=127.0.0.1,port=22",
-          "x-machine-unix:machine=host", "autolaunch:", "unix:path=/a;unixexec:path=/bin/sh",
-          "unixexec:path=/bin/sh;unix:path=/a", "unix:path=/a,path=/b", "unix:path=/a,abstract=b",
-          "unix:path=/a,guid=1,guid=2", "unix:path=/a%00b", "unix:tmpdir=/tmp", "unix:runtime=yes",
-          "unix:path=/a,uid=0", " unix:path=/a", "UNIX:path=/a"})
+    for (const char *refused : {"",
+                                "unix:",
+                                "unix:guid=01",
+                                "unix:path=",
+                                "unix:path=relative",
+                                "unix:path",
+                                "unixexec:path=/bin/sh,argv1=-c,argv2=id",
+                                "tcp:host=127.0.0.1,port=22",
+                                "x-machine-unix:machine=host",
+                                "autolaunch:",
+                                "unix:path=/a;unixexec:path=/bin/sh",
+                                "unixexec:path=/bin/sh;unix:path=/a",
+                                "unix:path=/a,path=/b",
+                                "unix:path=/a,abstract=b",
+                                "unix:path=/a,guid=1,guid=2",
+                                "unix:path=/a%00b",
+                                "unix:tmpdir=/tmp",
+                                "unix:runtime=yes",
+                                "unix:path=/a,uid=0",
+                                " unix:path=/a",
+                                "UNIX:path=/a"})
         EXPECT_FALSE(parsePrivateAddress(refused)) << refused;
 }
 
