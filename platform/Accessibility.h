@@ -132,6 +132,9 @@ public:
     /// Brings up the place where the user gives or takes back that permission.
     virtual void openAccessibilitySettings() = 0;
 
+    /// Sets what is called when the user has given (true) or taken back (false) the permission.
+    virtual void setConsentChanged(std::function<void(bool allowed)>) {}
+
     /// The element that stands for the whole desktop; its "AXFocusedUIElement" is the element that
     /// has the keyboard focus, in whichever application that is.
     virtual AXUIElement AXUIElementCreateSystemWide() = 0;

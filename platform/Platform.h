@@ -26,6 +26,10 @@ public:
     virtual Installation &installation() = 0;
 };
 
+/// Whether windows can be shown: the toolkit ends the process where it finds no display. Call it
+/// before the QApplication is made.
+bool hasDisplay();
+
 /// Sets what holds for the whole process, and begins what takes long and the first window needs.
 /// Call it early in main(), before any other thread exists.
 void prepareProcess();

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QKeySequence>
 #include <QString>
 #include <QUrl>
 
@@ -67,6 +68,24 @@ public:
     /// What this desktop session does not offer of what we need, and the way out, in one sentence
     /// for the user; empty where everything works. It can change while we run.
     virtual QString sessionLimitation() { return {}; }
+
+    /// Calls `dismissed` when the user wants `panel`, which is shown, gone: Escape is pressed,
+    /// whoever has the keyboard, or a mouse button outside all panels. Ends when the panel leaves
+    /// the screen. Where the system offers no such thing, it is never called.
+    virtual void watchDismissal(QWidget *panel, std::function<void()> dismissed)
+    {
+        (void)panel;
+        (void)dismissed;
+    }
+
+    /// Calls `pressed` whenever the user presses `keys`, in whichever program, in place of the
+    /// former shortcut; an empty sequence ends it. False where the system offers no such thing, or
+    /// another program has these keys.
+    virtual bool setGlobalShortcut(const QKeySequence &keys, std::function<void()> pressed)
+    {
+        (void)pressed;
+        return keys.isEmpty();
+    }
 
     /// Asks the desktop to open `url` with the user's program for it. False when nothing does.
     virtual bool open(const QUrl &url) = 0;

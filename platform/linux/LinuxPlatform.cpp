@@ -9,6 +9,7 @@
 #include "platform/linux/keyboard/XTestKeyboard.h"
 #include "platform/linux/ports/ActiveWindow.h"
 #include "platform/linux/x11/X11WindowSystem.h"
+#include "platform/linux/x11/XcbConnection.h"
 
 #include <QSettings>
 
@@ -67,6 +68,15 @@ private:
 };
 
 } // namespace
+
+bool hasDisplay()
+{
+    // Someone who chooses the toolkit's window system by hand knows whether it is there.
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
+        qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        return true;
+    return linux_::XcbConnection::canConnect();
+}
 
 void prepareProcess()
 {

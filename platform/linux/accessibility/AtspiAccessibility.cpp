@@ -150,6 +150,8 @@ void AtspiAccessibility::openAccessibilitySettings()
             m_settings.setValue(consentKey, allowed);
             m_settings.sync();
             applyConsent();
+            if (m_consentChanged)
+                m_consentChanged(allowed);
         });
     }
     m_consentWindow->show();

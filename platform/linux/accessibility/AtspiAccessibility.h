@@ -38,6 +38,10 @@ public:
 
     bool AXIsProcessTrusted() override;
     void openAccessibilitySettings() override;
+    void setConsentChanged(std::function<void(bool)> changed) override
+    {
+        m_consentChanged = std::move(changed);
+    }
     AXUIElement AXUIElementCreateSystemWide() override;
     AXError AXUIElementCopyAttributeValue(const AXUIElement &element, const QString &attribute,
                                           AXValue &value) override;
@@ -107,6 +111,7 @@ private:
     /// The element that was last found to have the keyboard, in case that a panel borrows it.
     AXUIElement m_lender;
     QPointer<ConsentWindow> m_consentWindow;
+    std::function<void(bool)> m_consentChanged;
     bool m_asked = false;
 };
 

@@ -9,9 +9,11 @@
 #include <QCheckBox>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QProcess>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace platform::linux_
@@ -22,7 +24,32 @@ namespace
 
 constexpr int iconSize = 40;
 
-const QColor on(0x2f, 0x9e, 0x60);
+// The colours of the application's other windows, whatever the desktop's theme.
+const QColor accent(0x6c, 0x3d, 0xf5);
+const QColor on = accent;
+const QColor off(0x8e, 0x8e, 0x93);
+const QColor warning(0xb3, 0x26, 0x1e);
+
+/// The application's own typeface, where it has been registered; else the desktop's. Sizes are in
+/// points that follow the screen's scale, so that the texts keep their proportions at every one.
+QFont windowFont(int size, QFont::Weight weight = QFont::Normal)
+{
+    QFont font(QStringLiteral("Manrope"));
+    font.setPixelSize(size);
+    font.setWeight(weight);
+    return font;
+}
+
+QPalette windowPalette()
+{
+    QPalette palette(QColor(0xe5, 0xe5, 0xe5), Qt::white);
+    palette.setColor(QPalette::WindowText, Qt::black);
+    palette.setColor(QPalette::Text, Qt::black);
+    palette.setColor(QPalette::Base, QColor(0xf9, 0xf9, 0xf9));
+    palette.setColor(QPalette::Highlight, accent);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
 
 /// A check box that looks like a switch.
 class Switch : public QCheckBox
@@ -35,6 +62,15 @@ public:
 protected:
     bool hitButton(const QPoint &position) const override { return rect().contains(position); }
 
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        if (!isReturn)
+            QCheckBox::keyPressEvent(event);
+        else if (!event->isAutoRepeat())
+            click();
+    }
+
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
@@ -42,10 +78,7 @@ protected:
         QRectF track(0, 0, 46, 26);
         track.moveCenter(QRectF(rect()).center());
         track.adjust(1, 1, -1, -1);
-        QColor off = palette().color(QPalette::WindowText);
-        off.setAlphaF(0.28F);
-        painter.setPen(hasFocus() ? QPen(palette().color(QPalette::Highlight), 2)
-                                  : QPen(Qt::NoPen));
+        painter.setPen(hasFocus() ? QPen(Qt::black, 2) : QPen(Qt::NoPen));
         painter.setBrush(isChecked() ? on : off);
         painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
         QRectF knob(0, 0, track.height() - 4, track.height() - 4);
@@ -97,12 +130,14 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
     : m_bus(bus)
 {
     setWindowTitle(tr("Accessibility"));
+    setPalette(windowPalette());
+    setAutoFillBackground(true);
+    setFont(windowFont(16));
+    auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, &QWidget::close);
 
     auto *title = new QLabel(tr("Accessibility"));
-    QFont titleFont = title->font();
-    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.5);
-    titleFont.setBold(true);
-    title->setFont(titleFont);
+    title->setFont(windowFont(25, QFont::Bold));
 
     auto *explanation = new QLabel(
         tr("Applications in this list may see which text field you are working in, and read and "
@@ -112,11 +147,9 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
     auto *icon = new QLabel;
     icon->setPixmap(applicationIcon(devicePixelRatioF()));
     auto *name = new QLabel(QStringLiteral("Quillet"));
-    QFont nameFont = name->font();
-    nameFont.setPointSizeF(nameFont.pointSizeF() * 1.15);
-    nameFont.setBold(true);
-    name->setFont(nameFont);
+    name->setFont(windowFont(18, QFont::DemiBold));
     m_state = new QLabel;
+    m_state->setFont(windowFont(14));
     m_state->setWordWrap(true);
     m_state->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto *consent = new Switch;
@@ -131,8 +164,8 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
 
     auto *row = new QFrame;
     row->setObjectName(QStringLiteral("row"));
-    row->setStyleSheet(QStringLiteral("#row { background: palette(base); border: 1px solid "
-                                      "palette(mid); border-radius: 10px; }"));
+    row->setStyleSheet(QStringLiteral("#row { background: #f9f9f9; border: 1px solid #eef0e6;"
+                                      " border-radius: 16px; }"));
     auto *rowLayout = new QHBoxLayout(row);
     rowLayout->setContentsMargins(16, 14, 16, 14);
     rowLayout->setSpacing(14);
@@ -141,16 +174,17 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
     rowLayout->addWidget(consent, 0, Qt::AlignVCenter);
 
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(24, 22, 24, 24);
+    layout->setContentsMargins(40, 32, 40, 40);
     layout->setSpacing(12);
     layout->addWidget(title);
     layout->addWidget(explanation);
     layout->addSpacing(4);
     layout->addWidget(row);
-    setFixedWidth(460);
+    setFixedWidth(520);
 
     connect(consent, &QCheckBox::toggled, this, &ConsentWindow::onToggled);
     connect(&m_bus, &AtspiBus::changed, this, &ConsentWindow::showState);
+    consent->setFocus();
     showState();
     fitHeight();
 }
@@ -185,7 +219,10 @@ void ConsentWindow::showState()
         text = tr("On. Applications that were started before may have to be started again.");
     }
     m_state->setText(text);
-    m_state->setStyleSheet(wrong ? QStringLiteral("color: #b3261e") : QString());
+    QPalette palette = windowPalette();
+    if (wrong)
+        palette.setColor(QPalette::WindowText, warning);
+    m_state->setPalette(palette);
 }
 
 bool ConsentWindow::event(QEvent *event)

@@ -37,6 +37,8 @@ X11Workspace::X11Workspace(XcbConnection *connection, FloatingPanels &panels,
     , m_keyboard(keyboard)
     , m_activeWindow(activeWindow)
 {
+    if (m_connection)
+        m_dismissal = std::make_unique<DismissalWatch>(*m_connection, m_panels);
 }
 
 X11Workspace::~X11Workspace() = default;
@@ -191,6 +193,36 @@ void X11Workspace::restoreFocus(std::function<void(bool)> completion)
         m_keyboard->giveBack(std::move(completion));
     else
         completion(true);
+}
+
+void X11Workspace::watchDismissal(QWidget *panel, std::function<void()> dismissed)
+{
+    if (m_dismissal)
+        m_dismissal->watch(panel, std::move(dismissed));
+}
+
+bool X11Workspace::setGlobalShortcut(const QKeySequence &keys, std::function<void()> pressed)
+{
+    m_shortcut.reset();
+    if (keys.isEmpty())
+        return true;
+    const int key = keys[0].key();
+    // Latin letters and digits have their own character as their keysym, in lower case.
+    if (!m_connection || key < Qt::Key_Space || key > Qt::Key_AsciiTilde)
+        return false;
+    const Qt::KeyboardModifiers wanted = keys[0].keyboardModifiers();
+    quint16 modifiers = 0;
+    for (const auto &[modifier, mask] : {std::pair(Qt::ShiftModifier, XCB_MOD_MASK_SHIFT),
+                                         std::pair(Qt::ControlModifier, XCB_MOD_MASK_CONTROL),
+                                         std::pair(Qt::AltModifier, XCB_MOD_MASK_1),
+                                         std::pair(Qt::MetaModifier, XCB_MOD_MASK_4)}) {
+        if (wanted & modifier)
+            modifiers |= mask;
+    }
+    m_shortcut = std::make_unique<KeyGrab>(*m_connection,
+                                           xcb_keysym_t(QChar(key).toLower().unicode()), modifiers);
+    connect(m_shortcut.get(), &KeyGrab::pressed, this, std::move(pressed));
+    return m_shortcut->isHeld();
 }
 
 bool X11Workspace::open(const QUrl &url)

@@ -6,6 +6,7 @@
 #include "platform/Workspace.h"
 #include "platform/linux/desktop/ApplicationNames.h"
 #include "platform/linux/ports/ActiveWindow.h"
+#include "platform/linux/x11/DismissalWatch.h"
 #include "platform/linux/x11/FloatingPanels.h"
 #include "platform/linux/x11/KeyboardLoan.h"
 #include "platform/linux/x11/XcbConnection.h"
@@ -47,6 +48,8 @@ public:
     void focusPanel(QWidget *panel) override;
     /// Gives up after two seconds.
     void restoreFocus(std::function<void(bool)> completion) override;
+    void watchDismissal(QWidget *panel, std::function<void()> dismissed) override;
+    bool setGlobalShortcut(const QKeySequence &keys, std::function<void()> pressed) override;
     bool open(const QUrl &url) override;
 
 protected:
@@ -60,6 +63,8 @@ private:
     FloatingPanels &m_panels;
     KeyboardLoan *const m_keyboard;
     ActiveWindow &m_activeWindow;
+    std::unique_ptr<DismissalWatch> m_dismissal;
+    std::unique_ptr<KeyGrab> m_shortcut;
     ApplicationNames m_names;
     QHash<QWidget *, ActivationPolicy> m_policies;
     /// Shown, and to be activated as soon as the X server shows it.

@@ -34,6 +34,14 @@ constexpr quint32 maximumItems = 4096;
 
 } // namespace
 
+bool XcbConnection::canConnect()
+{
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    const bool connected = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return connected;
+}
+
 std::unique_ptr<XcbConnection> XcbConnection::open()
 {
     auto *x11 = x11Application();

@@ -27,6 +27,9 @@ class XcbConnection : public WindowServer
 {
     Q_OBJECT
 public:
+    /// Whether the display that DISPLAY names takes a connection; also before the toolkit runs.
+    static bool canConnect();
+
     /// Connects to the display that the toolkit uses; null where that is not X11.
     static std::unique_ptr<XcbConnection> open();
     ~XcbConnection() override;

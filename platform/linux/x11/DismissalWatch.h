@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/x11/KeyGrab.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+namespace platform::linux_
+{
+
+class FloatingPanels;
+
+/// Tells when the user wants an open panel gone: Escape is pressed, whoever has the keyboard, or a
+/// mouse button outside all panels. Escape is grabbed only while the panel is shown; a click is
+/// only noticed, and goes where it would have gone. Main thread only.
+class DismissalWatch : public QObject
+{
+    Q_OBJECT
+public:
+    DismissalWatch(XcbConnection &connection, FloatingPanels &panels);
+
+    /// Watches until `panel` leaves the screen or another panel is watched.
+    void watch(QWidget *panel, std::function<void()> dismissed);
+
+private:
+    void stop();
+    void selectClicks(bool wanted);
+    void handle(const xcb_generic_event_t *event);
+    void dismiss();
+
+    XcbConnection &m_connection;
+    FloatingPanels &m_panels;
+    /// Major opcode of XInput 2; 0 where the server has none.
+    quint8 m_xinput = 0;
+    QPointer<QWidget> m_panel;
+    std::function<void()> m_dismissed;
+    std::unique_ptr<KeyGrab> m_escape;
+};
+
+} // namespace platform::linux_
