@@ -32,9 +32,9 @@ public:
     virtual bool fileExists(const QString &path) = 0;
 
     /// Shows a modal alert and returns the index of the button that the user chose, in the order
-    /// given; the last one when the alert was closed.
+    /// given; the last one when the alert was closed. `footnote` stands below the rest.
     virtual int runModalAlert(const QString &messageText, const QString &informativeText,
-                              const QStringList &buttons) = 0;
+                              const QStringList &buttons, const QString &footnote = {}) = 0;
 
     /// Copies the whole folder. Empty on success, otherwise the system's description of the error;
     /// then nothing is left at `to`.
@@ -44,8 +44,13 @@ public:
     /// Failure is not reported.
     virtual void removeDownloadMarks(const QString &path) = 0;
 
-    /// Starts the copy at `path` without waiting for it. Failure is not reported.
-    virtual void start(const QString &path) = 0;
+    /// Starts the copy at `path` with `arguments`, without waiting for it. Failure is not reported.
+    virtual void start(const QString &path, const QStringList &arguments) = 0;
+
+    /// Whether the user's session starts this program when the user logs in.
+    virtual bool startsAtLogin() { return false; }
+    /// Has the session start `quillet --background` at login, or not. False when that failed.
+    virtual bool setStartsAtLogin(bool starts) { return !starts; }
 
     /// Ends this process as soon as the guard returns.
     virtual void terminate() = 0;

@@ -207,5 +207,383 @@
         <source>apply</source>
         <translation>Apply</translation>
     </message>
+    <message>
+        <source>Quillet could not write the text into the other application. It is on the clipboard, so you can paste it.</source>
+        <translation>Quillet could not write the text into the other application. It is on the clipboard, so you can paste it.</translation>
+    </message>
+    <message>
+        <source>Install Quillet</source>
+        <translation>Install Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet needs to be installed in the Applications folder.</source>
+        <translation>Quillet needs to be installed in the Applications folder.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Install</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quit</translation>
+    </message>
+    <message>
+        <source>Install Failed</source>
+        <translation>Install Failed</translation>
+    </message>
+    <message>
+        <source>Could not copy Quillet to Applications: </source>
+        <translation>Could not copy Quillet to Applications: </translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Open Quillet</source>
+        <translation>Open Quillet</translation>
+    </message>
+    <message>
+        <source>Send Feedback</source>
+        <translation>Send Feedback</translation>
+    </message>
+    <message>
+        <source>Check for Updates</source>
+        <translation>Check for Updates</translation>
+    </message>
+    <message>
+        <source>No mail program could be opened. Please write to %1.</source>
+        <translation>No mail program could be opened. Please write to %1.</translation>
+    </message>
+    <message>
+        <source>Your system's package manager keeps Quillet up to date, together with your other programs.</source>
+        <translation>Your system's package manager keeps Quillet up to date, together with your other programs.</translation>
+    </message>
+    <message>
+        <source>New versions of Quillet are published at %1.</source>
+        <translation>New versions of Quillet are published at %1.</translation>
+    </message>
+    <message>
+        <source>Not configured</source>
+        <translation>Not configured</translation>
+    </message>
+    <message>
+        <source>Checking...</source>
+        <translation>Checking...</translation>
+    </message>
+    <message>
+        <source>Loading...</source>
+        <translation>Loading...</translation>
+    </message>
+    <message>
+        <source>All looks great!</source>
+        <translation>All looks great!</translation>
+    </message>
+    <message>
+        <source>Beta test</source>
+        <translation>Beta test</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to be used
+across all your favourite apps</source>
+        <translation>Quillet is ready to be used
+across all your favourite apps</translation>
+    </message>
+    <message>
+        <source>Configure Quillet</source>
+        <translation>Configure Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet Status</source>
+        <translation>Quillet Status</translation>
+    </message>
+    <message>
+        <source>Premium Status</source>
+        <translation>Premium Status</translation>
+    </message>
+    <message>
+        <source>You have full access to all AI features.</source>
+        <translation>You have full access to all AI features.</translation>
+    </message>
+    <message>
+        <source>Open Accessibility Settings</source>
+        <translation>Open Accessibility Settings</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Done</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Next</translation>
+    </message>
+    <message>
+        <source>A quill turning a draft into clear text</source>
+        <translation>A quill turning a draft into clear text</translation>
+    </message>
+    <message>
+        <source>Welcome to Quillet</source>
+        <translation>Welcome to Quillet</translation>
+    </message>
+    <message>
+        <source>Set up you Quillet in a few easy steps to start communicating with confidence</source>
+        <translation>Set up you Quillet in a few easy steps to start communicating with confidence</translation>
+    </message>
+    <message>
+        <source>• Open Accessibility Settings
+• Toggle Quillet
+• Come back here</source>
+        <translation>• Open Accessibility Settings
+• Toggle Quillet
+• Come back here</translation>
+    </message>
+    <message>
+        <source>First turn on the switch beside Quillet in the accessibility settings. Then use the Quillet button at the top right of any text field.</source>
+        <translation>First turn on the switch beside Quillet in the accessibility settings. Then use the Quillet button at the top right of any text field.</translation>
+    </message>
+    <message>
+        <source>Quillet is installed! Now you can try it!</source>
+        <translation>Quillet is installed! Now you can try it!</translation>
+    </message>
+    <message>
+        <source>Type something below, then try Quillet's features.</source>
+        <translation>Type something below, then try Quillet's features.</translation>
+    </message>
+    <message>
+        <source>Quillet is ready</source>
+        <translation>Quillet is ready</translation>
+    </message>
+    <message>
+        <source>Great job!</source>
+        <translation>Great job!</translation>
+    </message>
+    <message>
+        <source>Quillet is ready to go. Start communicating with confidence in all your favourite apps!</source>
+        <translation>Quillet is ready to go. Start communicating with confidence in all your favourite apps!</translation>
+    </message>
+    <message>
+        <source>Text to try Quillet on</source>
+        <translation>Text to try Quillet on</translation>
+    </message>
+    <message>
+        <source>The writing service sent no answer. Your text is unchanged. Press "reload" to try again.</source>
+        <translation>The writing service sent no answer. Your text is unchanged. Press "reload" to try again.</translation>
+    </message>
+    <message>
+        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press "reload" to try again.</source>
+        <translation>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press "reload" to try again.</translation>
+    </message>
+    <message>
+        <source>There is no text in this input yet. Write something, then choose the command again.</source>
+        <translation>There is no text in this input yet. Write something, then choose the command again.</translation>
+    </message>
+    <message>
+        <source>Message from Quillet</source>
+        <translation>Message from Quillet</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <translation>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</translation>
+    </message>
+    <message>
+        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
+        <translation>Quillet goes on in the background. Start Quillet again to open this window.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application. Its text is as it was.</source>
+        <translation>Quillet could not write into the other application. Its text is as it was.</translation>
+    </message>
+    <message>
+        <source>Bring Back the Former Clipboard</source>
+        <translation>Bring Back the Former Clipboard</translation>
+    </message>
+    <message>
+        <source>Put back what was there</source>
+        <translation>Put back what was there</translation>
+    </message>
+    <message>
+        <source>Written</source>
+        <translation>Written</translation>
+    </message>
+    <message>
+        <source>Written; the program changed %1 characters</source>
+        <translation>Written; the program changed %1 characters</translation>
+    </message>
+    <message>
+        <source>Not written</source>
+        <translation>Not written</translation>
+    </message>
+    <message>
+        <source>Not written; the text is on the clipboard</source>
+        <translation>Not written; the text is on the clipboard</translation>
+    </message>
+    <message>
+        <source>What has changed</source>
+        <translation>What has changed</translation>
+    </message>
+    <message>
+        <source>Click to take this change back</source>
+        <translation>Click to take this change back</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Changes</translation>
+    </message>
+    <message>
+        <source>Show what has changed (Ctrl+D)</source>
+        <translation>Show what has changed (Ctrl+D)</translation>
+    </message>
+    <message>
+        <source>Nothing has changed.</source>
+        <translation>Nothing has changed.</translation>
+    </message>
+    <message>
+        <source>%1 changes. Ctrl+D shows them.</source>
+        <translation>%1 changes. Ctrl+D shows them.</translation>
+    </message>
+    <message>
+        <source>Quillet Settings</source>
+        <translation>Quillet Settings</translation>
+    </message>
+    <message>
+        <source>Permission</source>
+        <translation>Permission</translation>
+    </message>
+    <message>
+        <source>Change…</source>
+        <translation>Change…</translation>
+    </message>
+    <message>
+        <source>Change the permission</source>
+        <translation>Change the permission</translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation>Shortcut</translation>
+    </message>
+    <message>
+        <source>Opens the commands for the input that you are in, or for what is selected in it.</source>
+        <translation>Opens the commands for the input that you are in, or for what is selected in it.</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>No shortcut</source>
+        <translation>No shortcut</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Start Quillet when I log in, without a window</source>
+        <translation>Start Quillet when I log in, without a window</translation>
+    </message>
+    <message>
+        <source>Language model</source>
+        <translation>Language model</translation>
+    </message>
+    <message>
+        <source>Without one, Quillet corrects and improves texts on this machine. For the other commands, name a server that speaks the chat completions interface.</source>
+        <translation>Without one, Quillet corrects and improves texts on this machine. For the other commands, name a server that speaks the chat completions interface.</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>Model</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Key</translation>
+    </message>
+    <message>
+        <source>Programs</source>
+        <translation>Programs</translation>
+    </message>
+    <message>
+        <source>Quillet stays out of these. The menu of its button, with the other mouse button, adds one.</source>
+        <translation>Quillet stays out of these. The menu of its button, with the other mouse button, adds one.</translation>
+    </message>
+    <message>
+        <source>Programs that Quillet stays out of</source>
+        <translation>Programs that Quillet stays out of</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>What is recorded</source>
+        <translation>What is recorded</translation>
+    </message>
+    <message>
+        <source>That you have opened the wizard, clicked the button, run a command and which one, and applied a result. Never a text, nor the name of a program.</source>
+        <translation>That you have opened the wizard, clicked the button, run a command and which one, and applied a result. Never a text, nor the name of a program.</translation>
+    </message>
+    <message>
+        <source>Quillet may read and write the inputs of your programs.</source>
+        <translation>Quillet may read and write the inputs of your programs.</translation>
+    </message>
+    <message>
+        <source>Quillet may not see your programs.</source>
+        <translation>Quillet may not see your programs.</translation>
+    </message>
+    <message>
+        <source>These keys are not free: another program has them, or the system does not hand them out. Press others.</source>
+        <translation>These keys are not free: another program has them, or the system does not hand them out. Press others.</translation>
+    </message>
+    <message>
+        <source>It will be copied to %1.</source>
+        <translation>It will be copied to %1.</translation>
+    </message>
+    <message>
+        <source>Quillet can start when you log in, in the background, so that its button is there at once. You find this in the settings too.</source>
+        <translation>Quillet can start when you log in, in the background, so that its button is there at once. You find this in the settings too.</translation>
+    </message>
+    <message>
+        <source>Start at Login</source>
+        <translation>Start at Login</translation>
+    </message>
+    <message>
+        <source>Only the selection</source>
+        <translation>Only the selection</translation>
+    </message>
+    <message>
+        <source>Not in %1</source>
+        <translation>Not in %1</translation>
+    </message>
+    <message>
+        <source>The keyboard went to another input meanwhile: some of the text may have gone there.</source>
+        <translation>The keyboard went to another input meanwhile: some of the text may have gone there.</translation>
+    </message>
+    <message>
+        <source>Look at your text: a part of it may have changed.</source>
+        <translation>Look at your text: a part of it may have changed.</translation>
+    </message>
+    <message>
+        <source>Quillet could not write into the other application.</source>
+        <translation>Quillet could not write into the other application.</translation>
+    </message>
+    <message>
+        <source>Works in some programs</source>
+        <translation>Works in some programs</translation>
+    </message>
+    <message>
+        <source>The writing service could not be asked, or said nothing</source>
+        <translation>The writing service could not be asked, or said nothing</translation>
+    </message>
+    <message>
+        <source>%1. Your text is unchanged. Press "reload" to try again.</source>
+        <translation>%1. Your text is unchanged. Press "reload" to try again.</translation>
+    </message>
+    <message>
+        <source>Written by %1</source>
+        <translation>Written by %1</translation>
+    </message>
 </context>
 </TS>

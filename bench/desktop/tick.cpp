@@ -24,6 +24,7 @@ class NoButton : public InputButton
 public:
     void show(const platform::AXUIElement &) override { m_shown = true; }
     void hide() override {}
+    bool hasLostInput() override { return false; }
     bool wasShown() const { return m_shown; }
 
 private:

@@ -7,24 +7,33 @@
 #include "MetricPost/MetricPost.h"
 #include "quillet/analytics/SharedMetricPost.h"
 #include "quillet/button/FloatingButtonManager.h"
+#include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/focus/AccessibilityObserver.h"
 #include "quillet/shell/InstallGuard.h"
+#include "quillet/widgets/Localisation.h"
 #include "quillet/window/HomeView.h"
 #include "quillet/window/OnboardingWizardView.h"
 #include "quillet/writing/LocalBackend.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QStandardPaths>
+
+#include <chrono>
+
+#include <unistd.h>
 
 using metricpost::MetricPost;
+using namespace std::chrono_literals;
 
-Application::Application(const QByteArray &startupId, bool showWizard)
+Application::Application(const QByteArray &startupId, StartRequest request, bool diagnostics)
     : m_platform(platform::createPlatform())
     , m_notice(m_platform->workspace())
+    , m_rescue(m_notice)
 {
     m_app = std::make_unique<QuilletApp>(QuilletApp::Parts{
         .platform = *m_platform,
+        .notice = m_notice,
         .defaults = m_defaults,
         .homeView =
             [this](QWidget *parent, const std::function<void(bool)> &setShowOnboarding) {
@@ -41,17 +50,33 @@ Application::Application(const QByteArray &startupId, bool showWizard)
                 MetricPost::shutdown();
             },
         .startupId = startupId,
-        .showWizard = showWizard,
+        .request = request,
+        .showPermission = [this] { m_platform->accessibility().openAccessibilitySettings(); },
+        .showSettings = [this] { showSettings(); },
+        .watchInBackground = [this] { watchInBackground(); },
     });
+    prepareDiagnostics(diagnostics);
     prepareAnalytics();
     prepareEndpoint();
 }
 
-Application::~Application() = default;
+Application::~Application()
+{
+    delete m_settingsWindow;
+}
 
 int Application::run()
 {
     return m_app->run();
+}
+
+void Application::prepareDiagnostics(bool wanted)
+{
+    // A session keeps the output of what it starts: an installed copy does not fill its journal
+    // with the names of the programs in use.
+    setDiagnosticsEnabled(wanted || isRunningFromXcode(m_platform->installation()) ||
+                          qEnvironmentVariableIntValue("QUILLET_DIAGNOSTICS") == 1 ||
+                          ::isatty(STDOUT_FILENO) == 1);
 }
 
 void Application::prepareAnalytics()
@@ -96,7 +121,8 @@ QWidget *Application::makeHomeView(QWidget *parent,
                                    const std::function<void(bool)> &setShowOnboarding)
 {
     constexpr int CardWidth = 350;
-    auto *view = new HomeView(m_platform->accessibility(), m_notifications, CardWidth, parent);
+    auto *view = new HomeView(m_platform->accessibility(), m_notifications, CardWidth, parent,
+                              [this] { return m_platform->workspace().sessionLimitation(); });
     connect(view, &HomeView::showOnboardingChanged, view, setShowOnboarding);
     return view;
 }
@@ -108,7 +134,9 @@ QWidget *Application::makeWizard(QWidget *parent,
         {.accessibility = m_platform->accessibility(),
          .defaults = m_defaults,
          .createObserver = [this] { createObserver(); },
-         .track = [](const QString &event) { SharedMetricPost::shared().track(event); }},
+         .track = [](const QString &event) { SharedMetricPost::shared().track(event); },
+         .bringToFront = [this] { m_platform->workspace().activate(m_app->mainWindow()); },
+         .limitationOfSession = [this] { return m_platform->workspace().sessionLimitation(); }},
         parent);
     connect(view, &OnboardingWizardView::showOnboardingChanged, view, setShowOnboarding);
     return view;
@@ -117,15 +145,33 @@ QWidget *Application::makeWizard(QWidget *parent,
 void Application::createObserver()
 {
     if (!std::exchange(m_observing, true)) {
+        const auto isExcluded = [this](const QString &program) {
+            return m_userSettings.isExcluded(program);
+        };
         FloatingButtonManager::prepareShared({m_platform->accessibility(), m_platform->keyboard(),
                                               m_platform->workspace(), *m_writing,
-                                              SharedMetricPost::shared()});
+                                              SharedMetricPost::shared(), isExcluded});
         FloatingButtonManager &manager = FloatingButtonManager::shared();
         connect(&manager, &FloatingButtonManager::textApplied, this,
-                &Application::keepUnwrittenText);
+                [this](const QString &text, const platform::WriteOutcome &outcome) {
+                    if (outcome.isWritten())
+                        offerLoginStart();
+                    else
+                        m_rescue.keep(text, outcome);
+                });
+        connect(&manager, &FloatingButtonManager::requestFailed, this,
+                [this](const QString &sentence) { m_notice.mention(sentence); });
         AccessibilityObserver::prepareShared(
             {m_platform->accessibility(), m_platform->workspace(), manager,
-             static_cast<std::int32_t>(QCoreApplication::applicationPid())});
+             static_cast<std::int32_t>(QCoreApplication::applicationPid()), isExcluded});
+        connect(&manager, &FloatingButtonManager::exclusionWanted, &m_userSettings,
+                [this](const QString &program) { m_userSettings.setExcluded(program, true); });
+        connect(&m_userSettings, &UserSettings::shortcutChanged, this, &Application::takeShortcut);
+        takeShortcut();
+        m_platform->accessibility().setConsentChanged([](bool allowed) {
+            if (!allowed)
+                AccessibilityObserver::shared().permissionTakenBack();
+        });
         // The first command is quicker when the backend is up by then.
         m_foundServers->look();
         connect(&AccessibilityObserver::shared(), &AccessibilityObserver::noInputFocused, this,
@@ -145,19 +191,56 @@ void Application::askAboutServer(const FoundServer &server)
         });
 }
 
-void Application::keepUnwrittenText(const QString &text, const platform::WriteOutcome &outcome)
+void Application::watchInBackground()
 {
-    if (outcome.isWritten())
+    // At login the accessibility service may not be there yet, and the observer that is created
+    // without it never starts.
+    if (m_observing)
         return;
-    QGuiApplication::clipboard()->setText(text);
-    QString notice = QStringLiteral("Quillet could not write the text into the other application. "
-                                    "It is on the clipboard, so you can paste it.");
-    if (outcome.keysMayBeElsewhere)
-        notice += QStringLiteral(" The keyboard went to another input meanwhile: some of the text "
-                                 "may have gone there.");
-    if (outcome.isDamaged)
-        notice += QStringLiteral(" Look at your text: a part of it may have changed.");
-    m_notice.tell(notice);
+    constexpr std::chrono::milliseconds interval = 500ms;
+    m_waitForTrust.setInterval(interval);
+    m_waitForTrust.callOnTimeout(this, [this] {
+        if (!m_platform->accessibility().AXIsProcessTrusted())
+            return;
+        m_waitForTrust.stop();
+        createObserver();
+    });
+    m_waitForTrust.start();
+}
+
+void Application::showSettings()
+{
+    if (!m_settingsWindow) {
+        m_settingsWindow = new SettingsWindow(
+            {.accessibility = m_platform->accessibility(),
+             .installation = m_platform->installation(),
+             .settings = m_userSettings,
+             .modelFile = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                          QStringLiteral("/quillet/backend.ini"),
+             // Before the watching begins, no shortcut is taken.
+             .holdsShortcut = [this] { return !m_observing || m_holdsShortcut; }});
+        m_settingsWindow->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_platform->workspace().activate(m_settingsWindow);
+}
+
+void Application::takeShortcut()
+{
+    m_holdsShortcut = m_platform->workspace().setGlobalShortcut(
+        m_userSettings.shortcut(), [] { FloatingButtonManager::shared().openForFocusedInput(); });
+}
+
+void Application::offerLoginStart()
+{
+    platform::Installation &installation = m_platform->installation();
+    if (m_userSettings.wasLoginStartOffered() || isRunningFromXcode(installation) ||
+        installation.startsAtLogin())
+        return;
+    m_userSettings.setLoginStartOffered();
+    m_notice.mention(
+        localized("Quillet can start when you log in, in the background, so that its button is "
+                  "there at once. You find this in the settings too."),
+        {localized("Start at Login"), [&installation] { installation.setStartsAtLogin(true); }});
 }
 
 void Application::adviseOnFocusedApplication()
@@ -166,5 +249,5 @@ void Application::adviseOnFocusedApplication()
     if (advice.isEmpty() || advice == m_lastAdvice)
         return;
     m_lastAdvice = advice;
-    m_notice.tell(advice);
+    m_notice.mention(advice);
 }

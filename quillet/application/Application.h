@@ -3,8 +3,11 @@
 
 #pragma once
 
+#include "quillet/settings/SettingsWindow.h"
+#include "quillet/settings/UserSettings.h"
 #include "quillet/shell/Notice.h"
 #include "quillet/shell/QuilletApp.h"
+#include "quillet/shell/TextRescue.h"
 #include "quillet/window/FoundServerQuestion.h"
 #include "quillet/window/WindowNotifications.h"
 #include "quillet/writing/FoundServer.h"
@@ -12,7 +15,9 @@
 #include "quillet/writing/WritingService.h"
 
 #include <QByteArray>
+#include <QPointer>
 #include <QSettings>
+#include <QTimer>
 
 #include <memory>
 
@@ -23,28 +28,36 @@ class Application : public QObject
     Q_OBJECT
 
 public:
-    /// `startupId` is the desktop's id of this start. `showWizard`: also for a user who has seen
-    /// it.
-    Application(const QByteArray &startupId, bool showWizard);
+    /// `startupId` is the desktop's id of this start. `diagnostics`: the user wants to see them.
+    Application(const QByteArray &startupId, StartRequest request, bool diagnostics);
     ~Application() override;
 
     /// Runs until the user quits; the process's exit status.
     int run();
 
 private:
+    void prepareDiagnostics(bool wanted);
     void prepareAnalytics();
     void prepareEndpoint();
     QWidget *makeHomeView(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     QWidget *makeWizard(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     void createObserver();
     void askAboutServer(const FoundServer &server);
-    void keepUnwrittenText(const QString &text, const platform::WriteOutcome &outcome);
+    void watchInBackground();
+    void showSettings();
+    void takeShortcut();
+    void offerLoginStart();
     void adviseOnFocusedApplication();
 
     std::unique_ptr<platform::Platform> m_platform;
     QSettings m_defaults;
     WindowNotifications m_notifications;
     Notice m_notice;
+    TextRescue m_rescue;
+    UserSettings m_userSettings{m_defaults};
+    QPointer<SettingsWindow> m_settingsWindow;
+    bool m_holdsShortcut = false;
+    QTimer m_waitForTrust;
     QString m_lastAdvice;
     bool m_observing = false;
     std::unique_ptr<WritingEndpoint> m_endpoint;

@@ -13,6 +13,7 @@
 #include <QIcon>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 namespace
@@ -33,9 +34,13 @@ bool hasArgument(int argc, char **argv, const char *wanted)
                        [wanted](const char *argument) { return !std::strcmp(argument, wanted); });
 }
 
-/// Prints what was asked for and ends the process where that is all; else tells whether the wizard
-/// is to be shown again.
-bool parseCommandLine()
+struct CommandLine {
+    StartRequest request = StartRequest::Window;
+    bool diagnostics = false;
+};
+
+/// Reads the arguments; prints what was asked for and ends the process where that is all.
+CommandLine parseCommandLine()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -47,7 +52,19 @@ bool parseCommandLine()
         QStringLiteral("setup"),
         QStringLiteral("Show the wizard again. Its tutorial page starts the watching, which a "
                        "start without the wizard does not."));
-    parser.addOption(setup);
+    const QCommandLineOption permission(
+        QStringLiteral("permission"),
+        QStringLiteral("Show where the permission is given and taken back."));
+    const QCommandLineOption settings(QStringLiteral("settings"),
+                                      QStringLiteral("Show the settings."));
+    const QCommandLineOption background(
+        QStringLiteral("background"),
+        QStringLiteral("Start without a window, and watch as after the wizard."));
+    const QCommandLineOption diagnostics(
+        QStringLiteral("diagnostics"),
+        QStringLiteral("Write what happens to standard output, line by line; so does "
+                       "QUILLET_DIAGNOSTICS=1. The lines hold no text of yours."));
+    parser.addOptions({setup, permission, settings, background, diagnostics});
     // Handled before there is a display; named here for --help.
     parser.addOptions(
         {{QStringLiteral("doctor"),
@@ -55,7 +72,17 @@ bool parseCommandLine()
                          "remedy for each line.")},
          {QStringLiteral("json"), QStringLiteral("With --doctor: print the same as JSON.")}});
     parser.process(QCoreApplication::arguments());
-    return parser.isSet(setup);
+
+    CommandLine commandLine;
+    for (const auto &[option, request] :
+         {std::pair(setup, StartRequest::Wizard), std::pair(permission, StartRequest::Permission),
+          std::pair(settings, StartRequest::Settings),
+          std::pair(background, StartRequest::Background)}) {
+        if (parser.isSet(option))
+            commandLine.request = request;
+    }
+    commandLine.diagnostics = parser.isSet(diagnostics);
+    return commandLine;
 }
 
 } // namespace
@@ -74,6 +101,12 @@ int main(int argc, char **argv)
         const QCoreApplication application(argc, argv);
         return runDoctor(hasArgument(argc, argv, "--json"));
     }
+    if (!platform::hasDisplay()) {
+        std::fputs("Quillet needs a graphical session: no display could be opened. Start it from "
+                   "your desktop, or set DISPLAY.\n",
+                   stderr);
+        return 1;
+    }
     platform::prepareProcess();
     const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
 
@@ -84,6 +117,6 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(BuildConstants::AppId);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillet.svg")));
-    const bool showWizard = parseCommandLine();
-    return Application(startupId, showWizard).run();
+    const CommandLine commandLine = parseCommandLine();
+    return Application(startupId, commandLine.request, commandLine.diagnostics).run();
 }

@@ -6,7 +6,15 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <chrono>
 #include <cmath>
+
+namespace
+{
+
+constexpr std::chrono::milliseconds LongPress{600};
+
+} // namespace
 
 DragFriendlyButton::DragFriendlyButton(const QString &image, std::function<QPointF()> mouseLocation,
                                        QWidget *parent)
@@ -16,12 +24,22 @@ DragFriendlyButton::DragFriendlyButton(const QString &image, std::function<QPoin
 {
     m_image.setAspectRatioMode(Qt::KeepAspectRatio);
     setCursor(Qt::PointingHandCursor);
+    m_longPress.setSingleShot(true);
+    m_longPress.setInterval(LongPress);
+    connect(&m_longPress, &QTimer::timeout, this, [this] {
+        m_wasLong = true;
+        Q_EMIT menuWanted();
+    });
 }
 
 void DragFriendlyButton::mousePressEvent(QMouseEvent *event)
 {
+    if (event->button() == Qt::RightButton)
+        Q_EMIT menuWanted();
     if (event->button() != Qt::LeftButton)
         return;
+    m_wasLong = false;
+    m_longPress.start();
     m_initialMouseLocation = m_mouseLocation();
     m_initialWindowOrigin = window()->pos();
     m_didDrag = false;
@@ -35,12 +53,16 @@ void DragFriendlyButton::mouseMoveEvent(QMouseEvent *event)
     if (std::abs(moved.x()) <= dragThreshold && std::abs(moved.y()) <= dragThreshold)
         return;
     m_didDrag = true;
+    m_longPress.stop();
     window()->move((m_initialWindowOrigin + moved).toPoint());
 }
 
 void DragFriendlyButton::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton && !m_didDrag)
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_longPress.stop();
+    if (!m_didDrag && !m_wasLong)
         Q_EMIT clicked();
 }
 

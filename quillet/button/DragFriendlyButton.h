@@ -5,12 +5,13 @@
 
 #include <QPointF>
 #include <QSvgRenderer>
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
 
 /// The floating button: a press that moves no further than dragThreshold on either axis is a click,
-/// any other moves the window and never clicks.
+/// any other moves the window and never clicks. A press that lasts asks for the menu instead.
 class DragFriendlyButton : public QWidget
 {
     Q_OBJECT
@@ -26,6 +27,8 @@ public:
 
 Q_SIGNALS:
     void clicked();
+    /// A press of the other mouse button, or a long one of the first.
+    void menuWanted();
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -39,4 +42,6 @@ private:
     QPointF m_initialMouseLocation;
     QPointF m_initialWindowOrigin;
     bool m_didDrag = false;
+    bool m_wasLong = false;
+    QTimer m_longPress;
 };

@@ -7,9 +7,11 @@
 #include "quillet/button/ButtonPlacement.h"
 #include "quillet/button/DragFriendlyButton.h"
 #include "quillet/button/NonActivatingPanel.h"
+#include "quillet/button/SidePanel.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/focus/AccessibilityElement.h"
 #include "quillet/popup/PopupLayout.h"
+#include "quillet/widgets/Localisation.h"
 
 #include <QCoreApplication>
 #include <QCursor>
@@ -63,6 +65,7 @@ FloatingButtonManager::FloatingButtonManager(const Collaborators &collaborators,
 
 FloatingButtonManager::~FloatingButtonManager()
 {
+    delete m_sidePanel;
     delete m_popup;
     delete m_buttonWindow;
 }
@@ -92,6 +95,7 @@ void FloatingButtonManager::show(const AXUIElement &element)
 {
     hide();
     m_element = element;
+    m_scope.reset();
     const auto frame = getFrame(m_collaborators.accessibility, element);
     if (!frame)
         return;
@@ -111,6 +115,7 @@ void FloatingButtonManager::show(const AXUIElement &element)
     button->setAccessibleName(QStringLiteral("Quillet"));
     button->setGeometry(m_buttonWindow->rect());
     connect(button, &DragFriendlyButton::clicked, this, &FloatingButtonManager::buttonClicked);
+    connect(button, &DragFriendlyButton::menuWanted, this, &FloatingButtonManager::showMenu);
 
     m_buttonWindow->show();
     m_buttonWindow->raise();
@@ -118,6 +123,8 @@ void FloatingButtonManager::show(const AXUIElement &element)
 
 void FloatingButtonManager::hide()
 {
+    if (m_sidePanel)
+        m_sidePanel->close();
     if (m_buttonWindow) {
         m_buttonWindow->hide();
         m_buttonWindow->deleteLater();
@@ -130,18 +137,158 @@ void FloatingButtonManager::hide()
     }
 }
 
+bool FloatingButtonManager::hasLostInput()
+{
+    platform::AXValue frame;
+    const AXError error = m_collaborators.accessibility.AXUIElementCopyAttributeValue(
+        m_element, kAXFrameAttribute, frame);
+    // An application that is busy, or does not answer, has not taken its input away.
+    return error == AXError::InvalidUIElement || error == AXError::NoValue;
+}
+
 void FloatingButtonManager::buttonClicked()
 {
     if (!m_buttonWindow)
         return;
-    const QRectF frame =
-        PopupLayout::flipped(QRectF(m_buttonWindow->geometry()), mainScreenHeight());
-    if (!m_popup)
-        m_popup = new FloatingPopup(
-            this, {m_collaborators.workspace, m_collaborators.writing, m_collaborators.tracker},
-            this);
-    m_popup->show(frame);
+    m_scope.reset();
+    preparePopup();
+    m_popup->show(buttonFrame());
     m_collaborators.tracker.track(QStringLiteral("QuilletBadgeClick"));
+}
+
+void FloatingButtonManager::preparePopup()
+{
+    if (m_popup)
+        return;
+    m_popup = new FloatingPopup(
+        this, {m_collaborators.workspace, m_collaborators.writing, m_collaborators.tracker}, this);
+    connect(m_popup, &FloatingPopup::failed, this, &FloatingButtonManager::requestFailed);
+}
+
+QRectF FloatingButtonManager::buttonFrame() const
+{
+    return PopupLayout::flipped(QRectF(m_buttonWindow->geometry()), mainScreenHeight());
+}
+
+std::optional<FloatingButtonManager::Scope>
+FloatingButtonManager::selectionOf(const AXUIElement &element)
+{
+    const auto range = getAttribute<platform::CFRange>(m_collaborators.accessibility, element,
+                                                       QStringLiteral("AXSelectedTextRange"));
+    const auto value = readText(element, QLatin1StringView("AXValue"));
+    if (!range || !value || range->length <= 0 || range->location < 0 ||
+        range->location + range->length > value->size())
+        return std::nullopt;
+    return Scope{*range, value->sliced(range->location, range->length)};
+}
+
+void FloatingButtonManager::openForFocusedInput()
+{
+    if (m_popup && m_popup->popupWindow()) {
+        m_popup->close();
+        return;
+    }
+    platform::Accessibility &accessibility = m_collaborators.accessibility;
+    const auto focused =
+        getAttribute<AXUIElement>(accessibility, accessibility.AXUIElementCreateSystemWide(),
+                                  QStringLiteral("AXFocusedUIElement"));
+    if (!focused || !*focused)
+        return;
+    const auto role = readText(*focused, QLatin1StringView("AXRole"));
+    const bool isInput =
+        role == QLatin1StringView("AXTextArea") || role == QLatin1StringView("AXEditableText") ||
+        role == QLatin1StringView("AXTextField") || (m_buttonWindow && *focused == m_element);
+    const bool isPassword = readText(*focused, QLatin1StringView("AXSubrole")) ==
+                            QLatin1StringView("AXSecureTextField");
+    const auto frame = getFrame(accessibility, *focused);
+    if (!isInput || isPassword || !frame)
+        return;
+    const bool hasButton = m_buttonWindow && *focused == m_element;
+    if (!hasButton)
+        hide();
+    m_element = *focused;
+    if (m_collaborators.isExcluded && m_collaborators.isExcluded(programOfInput()))
+        return;
+    m_scope = selectionOf(m_element);
+    preparePopup();
+    const double size = ButtonPlacement::ButtonSize;
+    m_popup->showForKeyboard(
+        hasButton
+            ? buttonFrame()
+            : QRectF(ButtonPlacement::panelOrigin(*frame, mainScreenHeight()), QSizeF(size, size)));
+}
+
+void FloatingButtonManager::openForSelection()
+{
+    if (!m_buttonWindow)
+        return;
+    m_scope = selectionOf(m_element);
+    preparePopup();
+    m_popup->show(buttonFrame());
+}
+
+QString FloatingButtonManager::programOfInput()
+{
+    std::int32_t pid = 0;
+    if (!m_element ||
+        m_collaborators.accessibility.AXUIElementGetPid(m_element, pid) != AXError::Success)
+        return {};
+    const auto program = m_collaborators.workspace.runningApplication(pid);
+    return program ? program->localizedName.value_or(QString()) : QString();
+}
+
+void FloatingButtonManager::showMenu()
+{
+    if (!m_buttonWindow)
+        return;
+    QList<SidePanel::Action> actions;
+    if (m_formerTexts.of(m_element))
+        actions.append({localized("Put back what was there"), [this] { putBack(); }});
+    if (selectionOf(m_element))
+        actions.append({localized("Only the selection"), [this] { openForSelection(); }});
+    if (const QString program = programOfInput(); !program.isEmpty())
+        actions.append({localized("Not in %1").arg(program),
+                        [this, program] { Q_EMIT exclusionWanted(program); }});
+    if (actions.isEmpty())
+        return;
+    if (m_popup)
+        m_popup->close();
+    delete m_sidePanel;
+    m_sidePanel = SidePanel::offer(m_collaborators.workspace, actions, m_buttonWindow->geometry());
+}
+
+void FloatingButtonManager::putBack()
+{
+    const std::optional<QString> former = m_formerTexts.of(m_element);
+    if (!former)
+        return;
+    m_formerTexts.forgetLast(m_element);
+    setText(*former);
+}
+
+void FloatingButtonManager::say(const QString &sentence)
+{
+    if (!m_buttonWindow)
+        return;
+    delete m_sidePanel;
+    m_sidePanel = SidePanel::say(m_collaborators.workspace, sentence, m_buttonWindow->geometry());
+}
+
+void FloatingButtonManager::finish(const QString &text, const WriteOutcome &outcome)
+{
+    switch (outcome.kind) {
+    case WriteOutcome::Kind::Written:
+        say(localized("Written"));
+        break;
+    case WriteOutcome::Kind::ChangedByProgram:
+        say(localized("Written; the program changed %1 characters").arg(outcome.changedCharacters));
+        break;
+    case WriteOutcome::Kind::NotWritten:
+        say(text.isEmpty() ? localized("Not written")
+                           : localized("Not written; the text is on the clipboard"));
+        break;
+    }
+    Q_EMIT textApplied(text, outcome);
 }
 
 void FloatingButtonManager::getText(std::function<void(const QString &)> completion)
@@ -149,6 +296,10 @@ void FloatingButtonManager::getText(std::function<void(const QString &)> complet
     if (!m_element) {
         printLine(QStringLiteral("element is nil"));
         completion({});
+        return;
+    }
+    if (m_scope) {
+        completion(m_scope->text);
         return;
     }
     if (readText(m_element, QLatin1StringView("AXRole")) == QLatin1StringView("AXWebArea")) {
@@ -186,9 +337,22 @@ void FloatingButtonManager::setText(const QString &text)
         printLine(QStringLiteral("❌ No element to set text on"));
         return;
     }
+    QString whole = text;
+    if (m_scope) {
+        const auto now = readText(m_element, QLatin1StringView("AXValue"));
+        const platform::CFRange range = m_scope->range;
+        // The rest of the text stays as it is; a place that holds something else by now is not
+        // touched.
+        if (!now || QStringView(*now).mid(range.location, range.length) != m_scope->text) {
+            printLine(QStringLiteral("⚠️ The selected text has changed meanwhile"));
+            finish(text, WriteOutcome::notWritten(AXError::CannotComplete));
+            return;
+        }
+        whole = QString(*now).replace(range.location, range.length, text);
+    }
     // The popup may have held the keyboard while the user edited the result.
     m_collaborators.workspace.restoreFocus(
-        [self = QPointer(this), element = m_element, text](bool restored) {
+        [self = QPointer(this), element = m_element, text = whole](bool restored) {
             if (!self)
                 return;
             if (restored) {
@@ -196,7 +360,7 @@ void FloatingButtonManager::setText(const QString &text)
                 return;
             }
             printLine(QStringLiteral("⚠️ The input's window did not take the keyboard back"));
-            Q_EMIT self->textApplied(text, WriteOutcome::notWritten(AXError::CannotComplete));
+            self->finish(text, WriteOutcome::notWritten(AXError::CannotComplete));
         });
 }
 
@@ -212,13 +376,16 @@ void FloatingButtonManager::write(const AXUIElement &element, const QString &tex
         m_collaborators.accessibility.AXUIElementIsAttributeSettable(element, value, settable);
     if (error != AXError::Success || !settable) {
         printLine(QStringLiteral("❌ Cannot set AXValue on this element"));
-        Q_EMIT textApplied(text, WriteOutcome::notWritten(error == AXError::Success
-                                                              ? AXError::AttributeUnsupported
-                                                              : error));
+        finish(text, WriteOutcome::notWritten(
+                         error == AXError::Success ? AXError::AttributeUnsupported : error));
         return;
     }
+    std::optional<QString> former;
+    if (readText(element, QLatin1StringView("AXSubrole")) != QLatin1StringView("AXSecureTextField"))
+        former = readText(element, QLatin1StringView("AXValue"));
     m_collaborators.accessibility.AXUIElementSetAttributeValue(
-        element, value, text, [self = QPointer(this), text](const WriteOutcome &outcome) {
+        element, value, text,
+        [self = QPointer(this), element, text, former](const WriteOutcome &outcome) {
             if (outcome.isWritten())
                 printLine(QStringLiteral("✅ Text set successfully"));
             else
@@ -227,8 +394,11 @@ void FloatingButtonManager::write(const AXUIElement &element, const QString &tex
             if (outcome.kind == WriteOutcome::Kind::ChangedByProgram)
                 printLine(QStringLiteral("⚠️ The application changed %1 characters of the text")
                               .arg(outcome.changedCharacters));
-            if (self)
-                Q_EMIT self->textApplied(text, outcome);
+            if (!self)
+                return;
+            if (former && *former != text)
+                self->m_formerTexts.remember(element, *former);
+            self->finish(text, outcome);
         });
 }
 
@@ -246,7 +416,7 @@ void FloatingButtonManager::setWebAreaText(const AXUIElement &element, const QSt
                 result == TypingResult::Interrupted || result == TypingResult::Misplaced;
             outcome.keysMayBeElsewhere = result == TypingResult::Misplaced;
             if (self)
-                Q_EMIT self->textApplied(text, outcome);
+                self->finish(text, outcome);
         });
 }
 

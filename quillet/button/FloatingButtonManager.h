@@ -6,6 +6,7 @@
 #include "platform/Accessibility.h"
 #include "platform/KeyboardEvents.h"
 #include "platform/Workspace.h"
+#include "quillet/button/FormerTexts.h"
 #include "quillet/focus/AccessibilityObserver.h"
 #include "quillet/popup/FloatingPopup.h"
 
@@ -14,6 +15,7 @@
 #include <memory>
 
 class NonActivatingPanel;
+class SidePanel;
 
 /// Owns the floating button and the popup that it opens, and reads and writes the text of the input
 /// that they belong to. There is at most one button: showing it anew replaces it.
@@ -31,6 +33,8 @@ public:
         platform::Workspace &workspace;
         WritingService &writing;
         EventTracker &tracker;
+        /// Whether the user keeps Quillet out of the program of this name.
+        std::function<bool(const QString &program)> isExcluded = {};
     };
 
     explicit FloatingButtonManager(const Collaborators &collaborators, QObject *parent = nullptr);
@@ -44,7 +48,18 @@ public:
 
     void show(const platform::AXUIElement &element) override;
     void hide() override;
+    bool hasLostInput() override;
     void buttonClicked();
+    /// Offers what can be done with the input beside the popup; nothing happens where there is
+    /// none.
+    void showMenu();
+    /// Opens the popup, with the keyboard, for the input that has the focus: for what is selected
+    /// in it, else for all of its text. Single-line inputs too. Closes an open popup.
+    void openForFocusedInput();
+    /// Opens the popup for what is selected in the button's input.
+    void openForSelection();
+    /// Puts back what stood in the input before the last apply.
+    void putBack();
 
     void getText(std::function<void(const QString &)> completion) override;
     void setText(const QString &text) override;
@@ -55,8 +70,23 @@ public:
 Q_SIGNALS:
     /// What became of a text that setText() was given; once for each.
     void textApplied(const QString &text, const platform::WriteOutcome &outcome);
+    /// A request of the popup has brought no answer: why, and what the user can do.
+    void requestFailed(const QString &sentence);
+    /// The user does not want Quillet in this program any more.
+    void exclusionWanted(const QString &program);
 
 private:
+    /// The part of an input's text that the popup works on.
+    struct Scope {
+        platform::CFRange range;
+        QString text;
+    };
+    std::optional<Scope> selectionOf(const platform::AXUIElement &element);
+    void preparePopup();
+    QRectF buttonFrame() const;
+    QString programOfInput();
+    void say(const QString &sentence);
+    void finish(const QString &text, const platform::WriteOutcome &outcome);
     QString getWebAreaText(const platform::AXUIElement &element);
     void write(const platform::AXUIElement &element, const QString &text);
     void setWebAreaText(const platform::AXUIElement &element, const QString &text);
@@ -66,5 +96,9 @@ private:
     const Collaborators m_collaborators;
     QPointer<NonActivatingPanel> m_buttonWindow;
     platform::AXUIElement m_element;
+    /// Absent: all of the text.
+    std::optional<Scope> m_scope;
     QPointer<FloatingPopup> m_popup;
+    FormerTexts m_formerTexts;
+    QPointer<SidePanel> m_sidePanel;
 };

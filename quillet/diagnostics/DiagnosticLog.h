@@ -5,6 +5,9 @@
 
 #include <QString>
 
-/// Writes one line of diagnostics to standard output and flushes it, so that whoever watches sees
-/// each line when it happens. Never hand it the user's text. Any thread.
+/// Writes one line of diagnostics to standard output and flushes it, so that each line can be seen
+/// when it happens. Never hand it the user's text. Any thread.
 void printLine(const QString &line);
+
+/// Whether printLine() writes anything. True at first. Any thread.
+void setDiagnosticsEnabled(bool enabled);

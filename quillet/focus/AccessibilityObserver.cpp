@@ -45,6 +45,7 @@ AccessibilityObserver::AccessibilityObserver(const Collaborators &collaborators,
     , m_accessibility(collaborators.accessibility)
     , m_workspace(collaborators.workspace)
     , m_button(collaborators.button)
+    , m_isExcluded(collaborators.isExcluded)
     , m_ownPid(collaborators.ownPid)
 {
     connect(&m_pollTimer, &QTimer::timeout, this, &AccessibilityObserver::checkFocusedElement);
@@ -86,6 +87,7 @@ void AccessibilityObserver::checkFocusedElement()
     const auto *focusedElement = std::get_if<AXUIElement>(&focused);
     if (error != AXError::Success || !focusedElement || !*focusedElement) {
         printLine(QStringLiteral("❌ Failed to get focused element: ") + describeAXError(error));
+        hideStrayButton();
         return;
     }
     const AXUIElement element = *focusedElement;
@@ -101,6 +103,12 @@ void AccessibilityObserver::checkFocusedElement()
             m_lastAppPid = pid;
             m_lastElement = {};
             m_button.hide();
+        }
+        if (m_isExcluded && m_isExcluded(application->localizedName.value_or(QString()))) {
+            printLine(QStringLiteral("⚠️ Staying out of this program, as the user has chosen"));
+            if (m_lastElement)
+                forgetInput();
+            return;
         }
     }
 
@@ -143,12 +151,29 @@ void AccessibilityObserver::failFocusChange()
     // Keeps the button, and the popup opened from it, while the user clicks into our own panels.
     if (m_workspace.frontmostApplication() == m_ownPid) {
         printLine(QStringLiteral("⚠️ Skipping hide — our app is frontmost"));
+        hideStrayButton();
         return;
     }
     printLine(QStringLiteral("🔻 Hiding button — focus not in our app"));
+    forgetInput();
+    Q_EMIT noInputFocused();
+}
+
+void AccessibilityObserver::hideStrayButton()
+{
+    if (m_lastElement && m_button.hasLostInput())
+        forgetInput();
+}
+
+void AccessibilityObserver::permissionTakenBack()
+{
+    forgetInput();
+}
+
+void AccessibilityObserver::forgetInput()
+{
     m_lastElement = {};
     m_button.hide();
-    Q_EMIT noInputFocused();
 }
 
 bool AccessibilityObserver::isEditableTextField(const AXUIElement &element)

@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 /// What the observer drives: the button beside the input that has the focus.
@@ -20,6 +21,8 @@ public:
     /// Shows the button at `element`'s corner, in place of any earlier one.
     virtual void show(const platform::AXUIElement &element) = 0;
     virtual void hide() = 0;
+    /// Whether the input of the last show() is gone, hidden, or no longer on the screen.
+    virtual bool hasLostInput() = 0;
 };
 
 /// Watches, by polling twice a second, which element of which application has the keyboard focus,
@@ -39,10 +42,13 @@ public:
         InputButton &button;
         /// The process id of this program.
         std::int32_t ownPid;
+        /// Whether the user keeps Quillet out of the program of this name; its elements are then
+        /// not read.
+        std::function<bool(const QString &program)> isExcluded = {};
     };
 
-    /// Creates an observer and starts it. Without the accessibility permission it stays idle for
-    /// ever; so create it when the permission is there.
+    /// Creates an observer and starts it. Without the accessibility permission it never starts to
+    /// watch; so create it when the permission is there.
     explicit AccessibilityObserver(const Collaborators &collaborators, QObject *parent = nullptr);
 
     /// Sets what shared() will be made of. Call once, before the first shared().
@@ -56,6 +62,10 @@ public:
 
     /// The timer's tick.
     void checkFocusedElement();
+
+    /// The user has taken the permission back: the button goes at once. What is asked from then on
+    /// is refused by the accessibility service, until the permission is back.
+    void permissionTakenBack();
 
     bool isEditableTextField(const platform::AXUIElement &element);
     bool isEditableWebArea(const platform::AXUIElement &element);
@@ -73,6 +83,8 @@ Q_SIGNALS:
 private:
     void handleFocusChange(const platform::AXUIElement &element);
     void failFocusChange();
+    void hideStrayButton();
+    void forgetInput();
     bool hasEditableTextBelow(const platform::AXUIElement &element);
     template <typename T>
     std::optional<T> read(const platform::AXUIElement &element, QLatin1StringView attribute);
@@ -80,6 +92,7 @@ private:
     platform::Accessibility &m_accessibility;
     platform::Workspace &m_workspace;
     InputButton &m_button;
+    const std::function<bool(const QString &)> m_isExcluded;
 
     QTimer m_pollTimer;
     platform::AXUIElement m_lastElement;

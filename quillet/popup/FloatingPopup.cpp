@@ -6,40 +6,26 @@
 #include "commands/Catalogue.h"
 #include "quillet/analytics/EventTracker.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
-#include "quillet/localisation/Localisation.h"
-#include "quillet/popup/PillButton.h"
 #include "quillet/popup/PopupLayout.h"
 #include "quillet/popup/PopupPanel.h"
+#include "quillet/popup/PopupStyle.h"
+#include "quillet/popup/ResultArea.h"
 #include "quillet/popup/ResultTextView.h"
+#include "quillet/popup/ToolRow.h"
+#include "quillet/widgets/Localisation.h"
+#include "quillet/widgets/PillButton.h"
 #include "quillet/writing/WritingService.h"
 
 #include <QFrame>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QScrollArea>
-#include <QScrollBar>
 #include <QTimer>
-#include <QVBoxLayout>
-#include <QWheelEvent>
 
 using PopupLayout::flipped;
 
 namespace
 {
-
-constexpr QColor AccentPurple(108, 61, 245);
-constexpr QColor AccentBorder(172, 144, 255);
-
-/// How much of the next tool stays in view beside the one that was chosen.
-constexpr int NeighbourMargin = 60;
-
-/// A thin scroll bar that fits beside the grid's columns.
-const QString ThinScrollBar = QStringLiteral(
-    "QScrollBar:vertical { width: 8px; background: transparent; margin: 2px 1px; }"
-    "QScrollBar::handle:vertical { background: rgba(0, 0, 0, 0.28); border-radius: 3px;"
-    " min-height: 24px; }"
-    "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
-    "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }");
 
 QRect placed(const QRectF &rect, qreal containerHeight)
 {
@@ -58,34 +44,6 @@ void placeBetweenOutlines(QWidget *part, const QRectF &rect)
     part->setMask(part->rect().adjusted(1, 0, -1, 0));
 }
 
-/// A row that shows no scroller and scrolls sideways with any wheel.
-class SidewaysScrollArea : public QScrollArea
-{
-public:
-    using QScrollArea::QScrollArea;
-
-protected:
-    void wheelEvent(QWheelEvent *event) override
-    {
-        const QPoint delta =
-            event->pixelDelta().isNull() ? event->angleDelta() / 2 : event->pixelDelta();
-        const int distance = delta.x() != 0 ? delta.x() : delta.y();
-        horizontalScrollBar()->setValue(horizontalScrollBar()->value() - distance);
-        event->accept();
-    }
-};
-
-/// A scroll area without border or background, as all of the popup's are.
-template <typename Area> Area *plainScrollArea(QWidget *parent)
-{
-    auto *area = new Area(parent);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->viewport()->setAutoFillBackground(false);
-    area->setFocusPolicy(Qt::NoFocus);
-    return area;
-}
-
 /// The screen that the button is on, else the main one.
 QRectF visibleFrameFor(const QRectF &button)
 {
@@ -94,6 +52,22 @@ QRectF visibleFrameFor(const QRectF &button)
     const QPoint centre = flipped(button, mainHeight).center().toPoint();
     const QScreen *screen = QGuiApplication::screenAt(centre);
     return flipped(QRectF((screen ? screen : primary)->availableGeometry()), mainHeight);
+}
+
+/// The commands under "more" are about Quillet itself.
+bool worksOnText(const QString &command)
+{
+    return commandKind(command) != CommandKind::More;
+}
+
+/// What went wrong and what to do about it, without a word of the request.
+QString failureSentence(const BackendFailure &failure)
+{
+    const auto *reason = std::get_if<QString>(&failure);
+    const QString what =
+        reason ? *reason : localized("The writing service could not be asked, or said nothing");
+    return localized("%1. Your text is unchanged. Press \"reload\" to try again.")
+        .arg(what.endsWith(u'.') ? what.chopped(1) : what);
 }
 
 } // namespace
@@ -128,6 +102,19 @@ void FloatingPopup::show(const QRectF &rect)
     showSubcommands(m_lastSelectedTool);
     m_popupWindow->show();
     m_popupWindow->raise();
+    m_workspace.watchDismissal(m_popupWindow, [self = QPointer(this)] {
+        if (self)
+            self->close();
+    });
+}
+
+void FloatingPopup::showForKeyboard(const QRectF &rect)
+{
+    show(rect);
+    if (!m_popupWindow)
+        return;
+    takeKeyboard();
+    moveKeyboardTo(m_subScrollView ? m_subScrollView->findChild<PillButton *>() : nullptr);
 }
 
 void FloatingPopup::close()
@@ -138,6 +125,7 @@ void FloatingPopup::close()
     m_popupWindow->deleteLater();
     m_popupWindow = nullptr;
     m_topToolButtons.clear();
+    m_request.reset();
     if (m_tookKeyboard) {
         m_tookKeyboard = false;
         m_workspace.restoreFocus([](bool) {});
@@ -151,6 +139,10 @@ QWidget *FloatingPopup::buildPanel()
     panel->setAccessibleName(QStringLiteral("Quillet"));
     panel->setFixedSize(PopupLayout::Size.toSize());
     connect(panel, &PopupPanel::closeWanted, this, &FloatingPopup::close);
+    connect(panel, &PopupPanel::applyWanted, this, [this] {
+        if (m_resultArea)
+            apply();
+    });
     m_workspace.preparePanel(panel, true);
     return panel;
 }
@@ -158,33 +150,22 @@ QWidget *FloatingPopup::buildPanel()
 void FloatingPopup::buildToolRow()
 {
     m_topToolButtons.clear();
-    QList<qreal> titleWidths;
+    PillButton *selected = nullptr;
     for (const QString &tool : CommandCatalogue::tools()) {
         PillButton *button = createCustomButton(tool, &FloatingPopup::toolButtonClicked);
         button->setCornerRadius(17.5);
-        if (tool == m_lastSelectedTool)
+        if (tool == m_lastSelectedTool) {
             applySelectedStyle(button);
-        else
+            selected = button;
+        } else {
             applyUnselectedStyle(button);
-        titleWidths.append(button->titleWidth());
+        }
         m_topToolButtons.append(button);
     }
-
-    qreal documentWidth = 0;
-    const QList<QRectF> rects = PopupLayout::toolButtons(titleWidths, documentWidth);
-    const QRectF row = PopupLayout::toolRow();
-    auto *document = new QWidget;
-    for (qsizetype i = 0; i < rects.size(); ++i) {
-        m_topToolButtons[i]->setParent(document);
-        m_topToolButtons[i]->setGeometry(placed(rects[i], row.height()));
-    }
-    document->setFixedSize(static_cast<int>(documentWidth), static_cast<int>(row.height()));
-
-    m_topScroll = plainScrollArea<SidewaysScrollArea>(m_popupWindow);
-    m_topScroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    placeBetweenOutlines(m_topScroll, row);
-    m_topScroll->setWidget(document);
-    document->setAutoFillBackground(false);
+    m_topScroll = new ToolRow(m_topToolButtons, m_popupWindow);
+    placeBetweenOutlines(m_topScroll, PopupLayout::toolRow());
+    if (selected)
+        m_topScroll->reveal(selected);
 }
 
 void FloatingPopup::showSubcommands(const QString &tool)
@@ -209,14 +190,18 @@ void FloatingPopup::showSubcommands(const QString &tool)
     }
     document->setFixedSize(static_cast<int>(view.width()), static_cast<int>(documentHeight));
 
-    m_subScrollView = plainScrollArea<QScrollArea>(m_popupWindow);
-    m_subScrollView->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_subScrollView->setStyleSheet(ThinScrollBar);
+    m_subScrollView = new QScrollArea(m_popupWindow);
+    m_subScrollView->setFrameShape(QFrame::NoFrame);
+    m_subScrollView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_subScrollView->setFocusPolicy(Qt::NoFocus);
+    m_subScrollView->viewport()->setAutoFillBackground(false);
+    m_subScrollView->setStyleSheet(PopupStyle::thinScrollBar(m_popupWindow->palette()));
     placeBetweenOutlines(m_subScrollView, view);
     m_subScrollView->setWidget(document);
     document->setAutoFillBackground(false);
     m_subScrollView->show();
     m_topScroll->show();
+    moveKeyboardTo(document->findChild<PillButton *>());
 }
 
 void FloatingPopup::renderResultPopup(const QString &command)
@@ -227,18 +212,9 @@ void FloatingPopup::renderResultPopup(const QString &command)
     m_resultView = new QWidget(m_popupWindow);
     m_resultView->setGeometry(m_popupWindow->rect());
 
-    auto *frame = new QFrame(m_resultView);
-    frame->setObjectName(QStringLiteral("resultFrame"));
-    frame->setStyleSheet(QStringLiteral("#resultFrame { background: palette(base);"
-                                        " border: 1px solid lightgray; border-radius: 8px; }") +
-                         ThinScrollBar);
-    frame->setGeometry(inContent(PopupLayout::resultView()));
-    m_textView = new ResultTextView;
-    m_textView->setAccessibleName(command);
-    connect(m_textView, &ResultTextView::keyboardWanted, this, &FloatingPopup::takeKeyboard);
-    auto *layout = new QVBoxLayout(frame);
-    layout->setContentsMargins(3, 3, 3, 3);
-    layout->addWidget(m_textView);
+    m_resultArea = new ResultArea(command, m_resultView);
+    m_resultArea->setGeometry(inContent(PopupLayout::resultView()));
+    connect(m_resultArea, &ResultArea::keyboardWanted, this, &FloatingPopup::takeKeyboard);
 
     int index = 0;
     for (const char *name : {"cancel", "reload", "apply"}) {
@@ -250,10 +226,11 @@ void FloatingPopup::renderResultPopup(const QString &command)
         if (identifier == QLatin1StringView("apply")) {
             // This one keeps its identifier as its title in every language.
             button->setText(identifier);
-            button->setLook({AccentPurple, Qt::transparent, 0, Qt::white});
+            button->setLook({PopupStyle::AccentPurple, Qt::transparent, 0, Qt::white});
         }
     }
     m_resultView->show();
+    moveKeyboardTo(m_resultArea->textView());
 }
 
 void FloatingPopup::removeContent()
@@ -267,6 +244,8 @@ void FloatingPopup::removeContent()
     }
     m_subScrollView = nullptr;
     m_resultView = nullptr;
+    m_resultArea = nullptr;
+    m_request.reset();
 }
 
 PillButton *FloatingPopup::createCustomButton(const QString &identifier,
@@ -281,7 +260,7 @@ PillButton *FloatingPopup::createCustomButton(const QString &identifier,
 
 void FloatingPopup::applySelectedStyle(PillButton *button)
 {
-    button->setLook({AccentPurple, AccentBorder, 3, Qt::white});
+    button->setLook({PopupStyle::AccentPurple, PopupStyle::AccentBorder, 3, Qt::white});
 }
 
 void FloatingPopup::applyUnselectedStyle(PillButton *button)
@@ -294,7 +273,7 @@ void FloatingPopup::toolButtonClicked(PillButton *sender)
     for (PillButton *button : m_topToolButtons)
         applyUnselectedStyle(button);
     applySelectedStyle(sender);
-    m_topScroll->ensureWidgetVisible(sender, NeighbourMargin, 0);
+    m_topScroll->reveal(sender);
     if (!sender->accessibleName().isEmpty())
         m_lastSelectedTool = sender->accessibleName();
     showSubcommands(m_lastSelectedTool);
@@ -315,22 +294,53 @@ void FloatingPopup::showResults(const QString &command)
         return;
     }
     m_delegate->getText([self, command](const QString &text) {
-        if (self)
-            self->request(command, text);
+        if (!self)
+            return;
+        if (worksOnText(command) && text.trimmed().isEmpty()) {
+            self->m_tracker.track(QStringLiteral("Execute"),
+                                  {{QStringLiteral("command"), command}});
+            self->tellFailure(localized("There is no text in this input yet. Write something, then "
+                                        "choose the command again."));
+            return;
+        }
+        self->request(command, text);
     });
 }
 
 void FloatingPopup::request(const QString &command, const QString &text)
 {
-    const QPointer<FloatingPopup> self(this);
-    const auto show = [self](const BackendService::Result &result) {
-        if (const auto *failure = std::get_if<BackendFailure>(&result))
-            printLine(QStringLiteral("Error: ") + describe(*failure));
-        else if (self && self->m_textView)
-            self->m_textView->setString(std::get<QString>(result));
-    };
-    m_writing.write(command, text, show);
+    if (m_resultArea)
+        m_resultArea->setSource(text);
+    // Its end ends what the backend still does for the request before.
+    m_request = m_writing.writeAsItComes(
+        command, text,
+        [this](const AnswerPiece &piece) {
+            if (m_resultArea)
+                m_resultArea->appendPiece(piece.text, piece.startsOver);
+        },
+        [this](const BackendService::AnswerResult &result) { finishRequest(result); });
     m_tracker.track(QStringLiteral("Execute"), {{QStringLiteral("command"), command}});
+}
+
+void FloatingPopup::finishRequest(const BackendService::AnswerResult &result)
+{
+    if (const auto *failure = std::get_if<BackendFailure>(&result)) {
+        printLine(QStringLiteral("Error: ") + describe(*failure));
+        tellFailure(failureSentence(*failure));
+        return;
+    }
+    const auto &answer = std::get<BackendAnswer>(result);
+    if (m_resultArea)
+        m_resultArea->showAnswer(answer.text, answer.writer);
+    if (!answer.remark.isEmpty())
+        Q_EMIT failed(answer.remark);
+}
+
+void FloatingPopup::tellFailure(const QString &sentence)
+{
+    if (m_resultArea)
+        m_resultArea->showFailure(sentence);
+    Q_EMIT failed(sentence);
 }
 
 void FloatingPopup::textAreaButtonClicked(PillButton *sender)
@@ -348,11 +358,16 @@ void FloatingPopup::textAreaButtonClicked(PillButton *sender)
 
 void FloatingPopup::apply()
 {
+    const std::optional<QString> text =
+        m_resultArea ? m_resultArea->textToApply() : std::optional<QString>();
+    if (!text) {
+        close();
+        return;
+    }
     // The delegate gives the keyboard back before it writes. It may drop this popup meanwhile, so
     // nothing below refers to it.
-    const QString text = m_textView ? m_textView->string() : QString();
     QTimer::singleShot(0, m_delegate ? static_cast<QObject *>(m_delegate) : this,
-                       [delegate = m_delegate, &tracker = m_tracker, text] {
+                       [delegate = m_delegate, &tracker = m_tracker, text = *text] {
                            if (!delegate)
                                return;
                            delegate->setText(text);
@@ -360,6 +375,13 @@ void FloatingPopup::apply()
                        });
     m_tookKeyboard = false;
     close();
+}
+
+/// Where a widget that had the keyboard is removed, the user goes on at its successor.
+void FloatingPopup::moveKeyboardTo(QWidget *widget)
+{
+    if (m_tookKeyboard && widget)
+        widget->setFocus(Qt::OtherFocusReason);
 }
 
 void FloatingPopup::takeKeyboard()

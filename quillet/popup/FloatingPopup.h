@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/Workspace.h"
+#include "quillet/writing/WritingService.h"
 
 #include <QList>
 #include <QObject>
@@ -12,14 +13,15 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class EventTracker;
 class PillButton;
 class QScrollArea;
 class QWidget;
-class ResultTextView;
-class WritingService;
+class ResultArea;
+class ToolRow;
 
 /// Where the popup's text comes from and where its result goes.
 class FloatingPopupDelegate : public QObject
@@ -59,6 +61,10 @@ public:
     /// Opens the popup near `rect`, or closes it when it is open. `rect` is on the screen, in
     /// points, with the origin at the bottom left of the main screen and y growing upwards.
     void show(const QRectF &rect);
+    /// Opens the popup as show() does, for a user who works without a pointer: it takes the
+    /// keyboard at once. Arrows and Tab move, a letter goes to the next command that begins with
+    /// it, Return chooses, Ctrl+Return applies, Escape closes.
+    void showForKeyboard(const QRectF &rect);
     void close();
 
     void showResults(const QString &command);
@@ -67,6 +73,10 @@ public:
     QWidget *popupWindow() const { return m_popupWindow; }
     QString lastSelectedTool() const { return m_lastSelectedTool; }
     std::optional<QString> lastCommand() const { return m_lastCommand; }
+
+Q_SIGNALS:
+    /// A request has brought no answer, or less than was asked for: why, and what the user can do.
+    void failed(const QString &sentence);
 
 private:
     PillButton *createCustomButton(const QString &identifier,
@@ -80,12 +90,15 @@ private:
     void renderResultPopup(const QString &command);
     void removeContent();
     void takeKeyboard();
+    void moveKeyboardTo(QWidget *widget);
 
     void toolButtonClicked(PillButton *sender);
     void subButtonClicked(PillButton *sender);
     void textAreaButtonClicked(PillButton *sender);
     void apply();
     void request(const QString &command, const QString &text);
+    void finishRequest(const BackendService::AnswerResult &result);
+    void tellFailure(const QString &sentence);
 
     platform::Workspace &m_workspace;
     WritingService &m_writing;
@@ -94,8 +107,9 @@ private:
     QPointer<QWidget> m_popupWindow;
     QPointer<FloatingPopupDelegate> m_delegate;
     QString m_lastSelectedTool = QStringLiteral("improve");
-    QPointer<QScrollArea> m_topScroll;
-    QPointer<ResultTextView> m_textView;
+    QPointer<ToolRow> m_topScroll;
+    QPointer<ResultArea> m_resultArea;
+    std::unique_ptr<BackendRequest> m_request;
     std::optional<QString> m_lastCommand;
     QPointer<QScrollArea> m_subScrollView;
     QPointer<QWidget> m_resultView;

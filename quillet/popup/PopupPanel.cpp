@@ -3,6 +3,8 @@
 
 #include "quillet/popup/PopupPanel.h"
 
+#include <QAbstractButton>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QShortcut>
 
@@ -21,6 +23,27 @@ PopupPanel::PopupPanel(QWidget *parent)
     setAttribute(Qt::WA_TranslucentBackground);
     auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     connect(escape, &QShortcut::activated, this, &PopupPanel::closeWanted);
+    auto *apply = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this);
+    connect(apply, &QShortcut::activated, this, &PopupPanel::applyWanted);
+}
+
+void PopupPanel::keyPressEvent(QKeyEvent *event)
+{
+    const QString letter = event->text();
+    QList<QAbstractButton *> buttons;
+    for (QAbstractButton *button : findChildren<QAbstractButton *>()) {
+        if (button->isVisible() && button->focusPolicy() != Qt::NoFocus)
+            buttons.append(button);
+    }
+    const qsizetype current = buttons.indexOf(qobject_cast<QAbstractButton *>(focusWidget()));
+    for (qsizetype i = 1; !letter.isEmpty() && i <= buttons.size(); ++i) {
+        QAbstractButton *button = buttons[(current + i) % buttons.size()];
+        if (button->text().startsWith(letter, Qt::CaseInsensitive)) {
+            button->setFocus(Qt::ShortcutFocusReason);
+            return;
+        }
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void PopupPanel::paintEvent(QPaintEvent *)

@@ -6,7 +6,8 @@
 #include <QWidget>
 
 /// The popup's window: rounded, slightly translucent, with a thin outline so that it stands out
-/// from what is below where the desktop draws no shadows. Escape asks it to close.
+/// from what is below where the desktop draws no shadows. Escape asks it to close; a letter
+/// finds a button.
 class PopupPanel : public QWidget
 {
     Q_OBJECT
@@ -16,7 +17,11 @@ public:
 
 Q_SIGNALS:
     void closeWanted();
+    /// Ctrl+Return.
+    void applyWanted();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    /// A letter goes to the next button that begins with it.
+    void keyPressEvent(QKeyEvent *event) override;
 };

@@ -3,19 +3,24 @@
 
 #include "quillet/popup/ResultTextView.h"
 
+#include "quillet/popup/PopupStyle.h"
+
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTextBlock>
+#include <QTextOption>
 
 namespace
 {
-
-constexpr int TextSize = 15;
 
 /// A line longer than LongLine is laid out in pieces: the time to lay out a block grows faster than
 /// its length, and every edit lays out its whole block again.
 constexpr qsizetype LongLine = 8000;
 constexpr qsizetype Piece = 2000;
+
+/// More marks than this cost more time than they help.
+constexpr qsizetype MaxMarks = 2000;
 
 /// User state of a block that goes on with the line of the block before it.
 constexpr int Continues = 1;
@@ -39,16 +44,32 @@ qsizetype pieceEnd(QStringView line, qsizetype from)
     return line.at(limit - 1).isHighSurrogate() ? limit - 1 : limit;
 }
 
+/// `text` without what a document would take for something else: a carriage return or a paragraph
+/// separator would start a block of its own. What the user does not edit is given back from the
+/// original in any case.
+QString displayable(QString text)
+{
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    for (QChar &c : text) {
+        if (c == u'\r' || c == QChar::ParagraphSeparator)
+            c = QChar::LineSeparator;
+        else if (isReserved(c))
+            c = QChar::ReplacementCharacter;
+    }
+    return text;
+}
+
 } // namespace
 
 ResultTextView::ResultTextView(QWidget *parent)
     : QPlainTextEdit(parent)
 {
     QFont textFont = font();
-    textFont.setPixelSize(TextSize);
+    textFont.setPixelSize(PopupStyle::ResultTextSize);
     setFont(textFont);
     setFrameShape(QFrame::NoFrame);
     setTabChangesFocus(true);
+    PopupStyle::alignByParagraph(*document());
 }
 
 void ResultTextView::setString(const QString &text)
@@ -78,21 +99,76 @@ void ResultTextView::setString(const QString &text)
             from = to;
         }
     }
-    // A carriage return or a paragraph separator would start a block of its own; what the user
-    // does not edit is given back from the original in any case.
-    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    for (QChar &c : shown) {
-        if (c == u'\r' || c == QChar::ParagraphSeparator)
-            c = QChar::LineSeparator;
-        else if (isReserved(c))
-            c = QChar::ReplacementCharacter;
-    }
-
-    setPlainText(shown);
+    alignBy(text);
+    setPlainText(displayable(shown));
     for (qsizetype number : continued)
         document()->findBlockByNumber(static_cast<int>(number)).setUserState(Continues);
     m_original = text;
     document()->setModified(false);
+}
+
+void ResultTextView::append(const QString &piece)
+{
+    QScrollBar *bar = verticalScrollBar();
+    const bool follows = bar->value() == bar->maximum() && !document()->isModified();
+    const bool wasModified = document()->isModified();
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    // A line that grows is laid out again with each piece: a long one goes on in a new block.
+    if (end.block().length() > Piece &&
+        !end.block().text().at(end.block().length() - 2).isHighSurrogate()) {
+        end.insertBlock();
+        end.block().setUserState(Continues);
+    }
+    end.insertText(displayable(piece));
+    m_original += piece;
+    if (m_original.size() == piece.size())
+        alignBy(piece);
+    document()->setModified(wasModified);
+    if (follows)
+        bar->setValue(bar->maximum());
+}
+
+/// The layout of plain text aligns all paragraphs alike: by the direction in which `text` begins.
+/// Each paragraph still runs in its own.
+void ResultTextView::alignBy(const QString &text)
+{
+    QTextOption option = document()->defaultTextOption();
+    option.setAlignment(text.isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft);
+    document()->setDefaultTextOption(option);
+}
+
+bool ResultTextView::showsCharacterByCharacter() const
+{
+    return document()->characterCount() - 1 == string().size();
+}
+
+void ResultTextView::markChanges(const QList<TextDifference::Change> &changes)
+{
+    QList<QTextEdit::ExtraSelection> marks;
+    const QTextCharFormat format = PopupStyle::changeFormat(palette());
+    for (const TextDifference::Change &change : changes) {
+        if (change.newLength == 0 || marks.size() >= MaxMarks)
+            continue;
+        QTextEdit::ExtraSelection mark;
+        mark.cursor = rangeCursor(change.newFrom, change.newLength);
+        mark.format = format;
+        marks.append(mark);
+    }
+    setExtraSelections(marks);
+}
+
+void ResultTextView::replaceRange(qsizetype from, qsizetype length, const QString &text)
+{
+    rangeCursor(from, length).insertText(text);
+}
+
+QTextCursor ResultTextView::rangeCursor(qsizetype from, qsizetype length) const
+{
+    QTextCursor cursor(document());
+    cursor.setPosition(static_cast<int>(from));
+    cursor.setPosition(static_cast<int>(from + length), QTextCursor::KeepAnchor);
+    return cursor;
 }
 
 QString ResultTextView::string() const

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "quillet/difference/TextDifference.h"
+
 #include <QPlainTextEdit>
 
 /// The editable answer. Takes any text exactly as it is and gives it back exactly, edited or not,
@@ -16,6 +18,21 @@ public:
 
     /// Replaces what is shown, and forgets edits.
     void setString(const QString &text);
+
+    /// Adds a piece of an answer that is still coming. It is no edit of the user's. The view
+    /// scrolls along unless the user has scrolled or edited.
+    void append(const QString &piece);
+
+    /// Whether the places in string() are those in the document: not for texts that are cut, or
+    /// shown with other line breaks than they have.
+    bool showsCharacterByCharacter() const;
+
+    /// Tints what `changes` have put into the text; only while showsCharacterByCharacter().
+    void markChanges(const QList<TextDifference::Change> &changes);
+
+    /// Puts `text` in the place of a range of string(), as an edit of the user's; only while
+    /// showsCharacterByCharacter().
+    void replaceRange(qsizetype from, qsizetype length, const QString &text);
 
     /// The text as it stands now, line breaks as line feeds where the user has edited it.
     QString string() const;
@@ -31,6 +48,8 @@ protected:
 
 private:
     QString joined(const QTextCursor &selection) const;
+    void alignBy(const QString &text);
+    QTextCursor rangeCursor(qsizetype from, qsizetype length) const;
 
     QString m_original;
 };

@@ -5,9 +5,11 @@
 
 void AppDelegate::applicationDidFinishLaunching(QWidget *window)
 {
-    updaterController = std::make_unique<UpdateAdvice>(m_platform.workspace(),
-                                                       m_platform.installation().bundlePath());
+    updaterController =
+        std::make_unique<UpdateAdvice>(m_notice, m_platform.installation().bundlePath());
     updaterController->start();
+    if (!window)
+        return;
     m_platform.workspace().setActivationPolicy(window, platform::ActivationPolicy::Regular);
     m_platform.workspace().activate(window);
 }

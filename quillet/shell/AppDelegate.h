@@ -12,12 +12,15 @@
 class AppDelegate
 {
 public:
-    explicit AppDelegate(platform::Platform &platform)
+    /// Both must outlive this object.
+    AppDelegate(platform::Platform &platform, Notice &notice)
         : m_platform(platform)
+        , m_notice(notice)
     {
     }
 
-    /// Starts the updater and brings `window` to the user as that of a regular application.
+    /// Starts the updater and brings `window` to the user as that of a regular application. Without
+    /// a window the application stays in the background.
     void applicationDidFinishLaunching(QWidget *window);
 
     /// Absent until the launch has finished.
@@ -25,4 +28,5 @@ public:
 
 private:
     platform::Platform &m_platform;
+    Notice &m_notice;
 };

@@ -10,7 +10,8 @@
 ///
 /// Returns true when start-up goes on; false when this process is to end, because the installed
 /// copy takes over or the user has chosen to quit.
-[[nodiscard]] bool ensureRunningFromApplications(platform::Installation &installation);
+[[nodiscard]] bool ensureRunningFromApplications(platform::Installation &installation,
+                                                 const QStringList &arguments = {});
 
 /// True when this is a developer's run, which is never moved.
 bool isRunningFromXcode(platform::Installation &installation);

@@ -3,6 +3,8 @@
 
 #include "quillet/shell/MenuBarItem.h"
 
+#include "quillet/widgets/Localisation.h"
+
 #include <QCursor>
 #include <QPainter>
 #include <QPixmap>
@@ -24,10 +26,10 @@ MenuBarItem::MenuBarItem(const Actions &actions)
     const auto add = [this](const QString &title, const std::function<void()> &action) {
         connect(m_menu.addAction(title), &QAction::triggered, this, [action] { action(); });
     };
-    add(QStringLiteral("Open Quillet"), actions.openQuillet);
-    add(QStringLiteral("Send Feedback"), actions.sendFeedback);
-    add(QStringLiteral("Check for Updates"), actions.checkForUpdates);
-    add(QStringLiteral("Quit"), actions.quit);
+    add(localized("Open Quillet"), actions.openQuillet);
+    add(localized("Send Feedback"), actions.sendFeedback);
+    add(localized("Check for Updates"), actions.checkForUpdates);
+    add(localized("Quit"), actions.quit);
 
     // An item made while there is no tray does not find every kind of tray that comes later.
     m_waitForTray.setInterval(trayCheckInterval);

@@ -13,7 +13,8 @@
 
 /// Quillet's item in the desktop's tray, with its menu. Main thread only.
 ///
-/// The item is there as soon as the desktop has a tray, also when that comes later or is restarted.
+/// The item is there as soon as the desktop has a tray, also when the tray comes later or is
+/// restarted.
 class MenuBarItem : public QObject
 {
     Q_OBJECT
@@ -29,6 +30,7 @@ public:
     ~MenuBarItem() override;
 
     const QMenu &menu() const { return m_menu; }
+    bool isInTray() const { return m_item != nullptr; }
 
 private:
     /// The image "QuilletIcon", six points smaller than the item. A template where the desktop

@@ -3,21 +3,42 @@
 
 #include "quillet/shell/Notice.h"
 
+#include "quillet/widgets/Localisation.h"
+
 #include <QApplication>
+#include <QPushButton>
 
 void Notice::tell(const QString &sentence)
 {
-    if (!m_box) {
-        constexpr QSize icon(48, 48);
-        m_box = new QMessageBox(QMessageBox::Information, QStringLiteral("Quillet"), {},
-                                QMessageBox::Ok);
-        m_box->setIconPixmap(QApplication::windowIcon().pixmap(icon, m_box->devicePixelRatioF()));
-        m_box->setAttribute(Qt::WA_DeleteOnClose);
-        m_box->setWindowModality(Qt::NonModal);
-        m_box->setTextFormat(Qt::PlainText);
-        // An address in it can be copied.
-        m_box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    }
-    m_box->setText(sentence);
+    prepareBox(sentence, {});
     m_workspace.activate(m_box);
+}
+
+void Notice::mention(const QString &sentence, const Action &action)
+{
+    prepareBox(sentence, action);
+    m_box->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_box->setWindowFlag(Qt::WindowStaysOnTopHint);
+    m_box->show();
+}
+
+void Notice::prepareBox(const QString &sentence, const Action &action)
+{
+    if (m_box) {
+        m_box->hide();
+        m_box->deleteLater();
+    }
+    constexpr QSize icon(48, 48);
+    m_box = new QMessageBox(QMessageBox::Information, localized("Message from Quillet"), sentence,
+                            QMessageBox::Ok);
+    m_box->setIconPixmap(QApplication::windowIcon().pixmap(icon, m_box->devicePixelRatioF()));
+    m_box->setAttribute(Qt::WA_DeleteOnClose);
+    m_box->setWindowModality(Qt::NonModal);
+    m_box->setTextFormat(Qt::PlainText);
+    // An address in it can be copied.
+    m_box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    if (action.run) {
+        const QPushButton *button = m_box->addButton(action.title, QMessageBox::ActionRole);
+        QObject::connect(button, &QPushButton::clicked, m_box, action.run);
+    }
 }

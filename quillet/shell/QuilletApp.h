@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 
+class QScrollArea;
 class QSettings;
 
 /// The application: its one main window, its item in the tray, and its passing between regular and
@@ -31,6 +32,8 @@ public:
 
     struct Parts {
         platform::Platform &platform;
+        /// The application's one place to tell the user something.
+        Notice &notice;
         /// Read for the flag "onboardingSeen".
         QSettings &defaults;
         ViewFactory homeView;
@@ -39,8 +42,12 @@ public:
         std::function<void()> atQuit = {};
         /// SingleInstance::startupIdOfThisProcess(), asked before the QApplication was made.
         QByteArray startupId = {};
-        /// The wizard is wanted again; also from a Quillet that runs already.
-        bool showWizard = false;
+        /// What this start asks for; handed over where another Quillet runs already.
+        StartRequest request = StartRequest::Window;
+        /// Carry out the requests that are not about the main window.
+        std::function<void()> showPermission = [] {};
+        std::function<void()> showSettings = [] {};
+        std::function<void()> watchInBackground = [] {};
     };
 
     /// May hand over to an installed copy, or ask the user whether to install this one; run() then
@@ -62,6 +69,8 @@ public:
 
 private:
     void openMain();
+    void carryOut(StartRequest request);
+    void explainFirstClose();
     void sendFeedbackEmail();
     void setShowOnboarding(bool show);
     void showView();
@@ -73,8 +82,8 @@ private:
     bool m_goesOn = false;
     bool m_showOnboarding = false;
     SingleInstance m_instance;
-    Notice m_notice;
     std::unique_ptr<QWidget> m_window;
+    QScrollArea *m_scroll = nullptr;
     QWidget *m_view = nullptr;
     std::unique_ptr<MenuBarItem> m_menuBarItem;
 };

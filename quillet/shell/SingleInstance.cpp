@@ -23,9 +23,7 @@ namespace
 
 using namespace std::chrono_literals;
 
-// One line each way: what to show and the startup id, and the answer that it has been received.
-constexpr char showsWizard[] = "wizard ";
-constexpr char showsWindow[] = "window ";
+// One line each way: the request's word and the startup id, and the answer that it has arrived.
 constexpr char received[] = "received\n";
 constexpr qint64 longestLine = 4096;
 constexpr std::chrono::milliseconds patience = 5s;
@@ -71,16 +69,16 @@ QByteArray SingleInstance::startupIdOfThisProcess()
     return id.isEmpty() ? qgetenv("XDG_ACTIVATION_TOKEN") : id;
 }
 
-SingleInstance::Role SingleInstance::claim(const QByteArray &startupId, bool showWizard)
+SingleInstance::Role SingleInstance::claim(const QByteArray &startupId, StartRequest request)
 {
-    const QByteArray request = (showWizard ? showsWizard : showsWindow) + startupId;
+    const QByteArray line = wordFor(request) + ' ' + startupId;
     const QDeadlineTimer deadline(patience);
     do {
         if (lock()) {
             listen();
             return Role::First;
         }
-        if (handOver(request))
+        if (handOver(line))
             return Role::Later;
         // It is starting or ending at this moment.
         QThread::msleep(betweenTries.count());
@@ -126,11 +124,11 @@ void SingleInstance::accept()
                     socket->abort();
                 return;
             }
-            const QByteArray request = socket->readLine(longestLine).trimmed() + ' ';
+            const QByteArray line = socket->readLine(longestLine).trimmed() + ' ';
             socket->write(received);
             socket->disconnectFromServer();
-            Q_EMIT activationRequested(request.mid(request.indexOf(' ')).trimmed(),
-                                       request.startsWith(showsWizard));
+            const auto end = line.indexOf(' ');
+            Q_EMIT activationRequested(line.mid(end).trimmed(), requestFor(line.first(end)));
         };
         connect(socket, &QLocalSocket::readyRead, this, read);
         read();

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "quillet/shell/StartRequest.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QString>
@@ -34,13 +36,13 @@ public:
         /// Another one runs and has been asked to come to the front; this process is to end.
         Later,
     };
-    /// Waits some seconds at most for the one that runs. `startupId` is handed over to it, and
-    /// whether this start was to show the wizard.
-    Role claim(const QByteArray &startupId, bool showWizard = false);
+    /// Waits some seconds at most for the one that runs. `startupId` is handed over to it, and what
+    /// this start asks for.
+    Role claim(const QByteArray &startupId, StartRequest request = StartRequest::Window);
 
 Q_SIGNALS:
-    /// A later start wants this one in front.
-    void activationRequested(const QByteArray &startupId, bool showWizard);
+    /// A later start has handed its request over.
+    void activationRequested(const QByteArray &startupId, StartRequest request);
 
 private:
     bool lock();

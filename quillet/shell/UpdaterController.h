@@ -25,8 +25,9 @@ public:
 class UpdateAdvice : public UpdaterController
 {
 public:
-    UpdateAdvice(platform::Workspace &workspace, const QString &bundlePath)
-        : m_notice(workspace)
+    /// `notice` must outlive this object.
+    UpdateAdvice(Notice &notice, const QString &bundlePath)
+        : m_notice(notice)
         , m_bundlePath(bundlePath)
     {
     }
@@ -37,7 +38,7 @@ public:
     const QString &advice() const { return m_advice; }
 
 private:
-    Notice m_notice;
+    Notice &m_notice;
     QString m_bundlePath;
     QString m_advice;
 };

@@ -51,6 +51,7 @@ void WindowDelegate::windowWillClose(QWidget *window)
 {
     printLine(QStringLiteral("Window will close!"));
     m_workspace.setActivationPolicy(window, platform::ActivationPolicy::Accessory);
+    Q_EMIT windowClosed();
 }
 
 bool WindowDelegate::eventFilter(QObject *watched, QEvent *event)

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/Workspace.h"
-#include "quillet/window/WindowMetrics.h"
+#include "quillet/widgets/WindowMetrics.h"
 
 #include <QObject>
 #include <QWidget>
@@ -42,6 +42,9 @@ public:
     }
 
     void windowWillClose(QWidget *window);
+
+Q_SIGNALS:
+    void windowClosed();
 
 protected:
     /// Installed on the window, it sees the close event.

@@ -3,9 +3,9 @@
 
 #include "quillet/window/AppearingView.h"
 
-#include "quillet/window/Fonts.h"
-#include "quillet/window/VisualStyle.h"
-#include "quillet/window/WindowMetrics.h"
+#include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/VisualStyle.h"
+#include "quillet/widgets/WindowMetrics.h"
 
 #include <QShowEvent>
 

@@ -3,10 +3,10 @@
 
 #include "quillet/window/CardView.h"
 
-#include "quillet/window/Fonts.h"
-#include "quillet/window/VerticalStack.h"
-#include "quillet/window/VisualStyle.h"
-#include "quillet/window/WindowMetrics.h"
+#include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/VerticalStack.h"
+#include "quillet/widgets/VisualStyle.h"
+#include "quillet/widgets/WindowMetrics.h"
 
 #include <QPainter>
 

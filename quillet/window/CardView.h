@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "quillet/widgets/TextView.h"
 #include "quillet/window/StatusBadge.h"
-#include "quillet/window/TextView.h"
 
 class VerticalStack;
 

@@ -9,14 +9,19 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 /// What the home view's badges say. It may outlive the view. Main thread.
 class HomeStatus : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `accessibility` must outlive this object.
-    explicit HomeStatus(platform::Accessibility &accessibility);
+    /// What the desktop session does not offer, in one sentence; empty where it offers all.
+    using Limitation = std::function<QString()>;
+
+    /// `accessibility`, and what `limitation` refers to, must outlive this object.
+    explicit HomeStatus(platform::Accessibility &accessibility, Limitation limitation = {});
 
     /// Asks whether Quillet is trusted and sets the first badge by the answer.
     void checkKeyboardStatus();
@@ -37,6 +42,9 @@ Q_SIGNALS:
 
 private:
     platform::Accessibility &m_accessibility;
+    const Limitation m_limitationOfSession;
+    /// As it was at the last check.
+    QString m_limitation;
     QString m_keyboardStatus;
     QColor m_keyboardColor;
     QString m_premiumStatus;

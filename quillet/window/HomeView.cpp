@@ -3,11 +3,12 @@
 
 #include "quillet/window/HomeView.h"
 
-#include "quillet/window/ArtworkView.h"
+#include "quillet/widgets/ArtworkView.h"
+#include "quillet/widgets/Localisation.h"
+#include "quillet/widgets/StyledButton.h"
+#include "quillet/widgets/VerticalStack.h"
 #include "quillet/window/CardView.h"
 #include "quillet/window/HomeStatus.h"
-#include "quillet/window/StyledButton.h"
-#include "quillet/window/VerticalStack.h"
 #include "quillet/window/WindowNotifications.h"
 
 namespace
@@ -15,21 +16,21 @@ namespace
 
 ButtonLabel configureLabel()
 {
-    return {QStringLiteral("Configure Quillet"), SystemColor::black,
-            withOpacity(SystemColor::gray, 0.2), 12};
+    return {localized("Configure Quillet"), SystemColor::black, withOpacity(SystemColor::gray, 0.2),
+            12};
 }
 
 } // namespace
 
 HomeView::HomeView(platform::Accessibility &accessibility, WindowNotifications &notifications,
-                   int cardWidth, QWidget *parent)
+                   int cardWidth, QWidget *parent, std::function<QString()> limitationOfSession)
     : AppearingView(parent)
     , m_notifications(notifications)
     , m_cardWidth(cardWidth)
-    , m_status(std::make_shared<HomeStatus>(accessibility))
-    , m_statusCard(new CardView(QStringLiteral("Quillet Status"), m_status->subtitle()))
-    , m_premiumCard(new CardView(QStringLiteral("Premium Status"),
-                                 QStringLiteral("You have full access to all AI features.")))
+    , m_status(std::make_shared<HomeStatus>(accessibility, std::move(limitationOfSession)))
+    , m_statusCard(new CardView(localized("Quillet Status"), m_status->subtitle()))
+    , m_premiumCard(new CardView(localized("Premium Status"),
+                                 localized("You have full access to all AI features.")))
     , m_configure(new StyledButton(std::make_unique<GreyButtonStyle>(), configureLabel()))
 {
     m_statusCard->addControl(m_configure);

@@ -6,6 +6,7 @@
 #include "platform/Accessibility.h"
 #include "quillet/window/AppearingView.h"
 
+#include <functional>
 #include <memory>
 
 class CardView;
@@ -25,9 +26,11 @@ public:
     /// `accessibility` must outlive `notifications`. What an appearance registers with
     /// `notifications` is never removed: it goes on asking `accessibility` after this view is gone,
     /// and each further appearance adds one more. `cardWidth` is kept and has no effect on the
-    /// layout.
+    /// layout. `limitationOfSession` gives the sentence that is shown in a session where Quillet
+    /// does not reach all programs, and lives as long as `accessibility`.
     HomeView(platform::Accessibility &accessibility, WindowNotifications &notifications,
-             int cardWidth = 350, QWidget *parent = nullptr);
+             int cardWidth = 350, QWidget *parent = nullptr,
+             std::function<QString()> limitationOfSession = {});
 
     int cardWidth() const { return m_cardWidth; }
 

@@ -3,13 +3,14 @@
 
 #include "quillet/window/OnboardingWizardView.h"
 
-#include "quillet/window/ArtworkView.h"
-#include "quillet/window/Fonts.h"
-#include "quillet/window/StyledButton.h"
-#include "quillet/window/TextView.h"
+#include "quillet/widgets/ArtworkView.h"
+#include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/Localisation.h"
+#include "quillet/widgets/StyledButton.h"
+#include "quillet/widgets/TextView.h"
+#include "quillet/widgets/VerticalStack.h"
+#include "quillet/widgets/WindowMetrics.h"
 #include "quillet/window/TutorialEditor.h"
-#include "quillet/window/VerticalStack.h"
-#include "quillet/window/WindowMetrics.h"
 
 #include <QSettings>
 
@@ -110,14 +111,16 @@ void OnboardingWizardView::showStep()
 {
     for (size_t i = 0; i < m_pages.size(); ++i)
         m_pages[i]->setVisible(int(i) + 1 == m_step);
+    m_limitation->setText(m_step == 3 ? m_collaborators.limitationOfSession() : QString());
+    m_limitation->setVisible(!m_limitation->text().isEmpty());
     layout()->activate();
 
     if (m_step == 2)
-        m_button->setText(QStringLiteral("Open Accessibility Settings"));
+        m_button->setText(localized("Open Accessibility Settings"));
     else if (m_step >= 4)
-        m_button->setText(QStringLiteral("Done"));
+        m_button->setText(localized("Done"));
     else
-        m_button->setText(QStringLiteral("Next"));
+        m_button->setText(localized("Next"));
 
     // The editor has the keyboard at once, so that the button comes to it without a click.
     if (m_step == 3)
@@ -157,8 +160,10 @@ void OnboardingWizardView::pollPermission()
         return;
     m_hasAccessibilityPermission = true;
     m_permissionCheckTimer.stop();
-    if (m_step == 2)
-        setStep(m_step + 1);
+    if (m_step != 2)
+        return;
+    setStep(m_step + 1);
+    m_collaborators.bringToFront();
 }
 
 QWidget *OnboardingWizardView::makeWelcomePage()
@@ -168,10 +173,10 @@ QWidget *OnboardingWizardView::makeWelcomePage()
     stack->addWidget(
         new ArtworkView(QStringLiteral("LogoText"), QSize(0, 36), QStringLiteral("Quillet")));
     stack->addWidget(new ArtworkView(QStringLiteral("WelcomeImage"), QSize(0, 180),
-                                     QStringLiteral("A quill turning a draft into clear text")));
-    stack->addWidget(makeTitle(QStringLiteral("Welcome to Quillet"), 30));
-    auto *subtitle = makeText(QStringLiteral("Set up you Quillet in a few easy steps to start "
-                                             "communicating with confidence"),
+                                     localized("A quill turning a draft into clear text")));
+    stack->addWidget(makeTitle(localized("Welcome to Quillet"), 30));
+    auto *subtitle = makeText(localized("Set up you Quillet in a few easy steps to start "
+                                        "communicating with confidence"),
                               QStringLiteral("Manrope-Regular"), 18);
     subtitle->setContentsMargins(20, 0, 20, 0);
     subtitle->setFixedWidth(400);
@@ -183,15 +188,15 @@ QWidget *OnboardingWizardView::makeInstallPage()
 {
     VerticalStack *stack = nullptr;
     QWidget *page = makeWidePage(stack);
-    stack->addWidget(makeTitle(QStringLiteral("Install Quillet"), 25));
-    stack->addWidget(makeText(QStringLiteral("• Open Accessibility Settings\n"
-                                             "• Toggle Quillet\n"
-                                             "• Come back here"),
+    stack->addWidget(makeTitle(localized("Install Quillet"), 25));
+    stack->addWidget(makeText(localized("• Open Accessibility Settings\n"
+                                        "• Toggle Quillet\n"
+                                        "• Come back here"),
                               QStringLiteral("Manrope-Regular"), 16, Qt::AlignLeading));
     stack->addWidget(new ArtworkView(
         QStringLiteral("Tutorial"), QSize(0, 180),
-        QStringLiteral("First turn on the switch beside Quillet in the accessibility settings. "
-                       "Then use the Quillet button at the top right of any text field.")));
+        localized("First turn on the switch beside Quillet in the accessibility settings. "
+                  "Then use the Quillet button at the top right of any text field.")));
     return page;
 }
 
@@ -199,11 +204,13 @@ QWidget *OnboardingWizardView::makeTutorialPage()
 {
     VerticalStack *stack = nullptr;
     QWidget *page = makeWidePage(stack);
-    stack->addWidget(makeTitle(QStringLiteral("Quillet is installed! Now you can try it!"), 25));
-    stack->addWidget(makeText(QStringLiteral("Type something below, then try Quillet's features."),
+    stack->addWidget(makeTitle(localized("Quillet is installed! Now you can try it!"), 25));
+    stack->addWidget(makeText(localized("Type something below, then try Quillet's features."),
                               QStringLiteral("Manrope-Regular"), 16));
     m_editor = new TutorialEditor;
     stack->addWidget(padded(m_editor));
+    m_limitation = makeText({}, QStringLiteral("Manrope-Regular"), 16, Qt::AlignLeading);
+    stack->addWidget(m_limitation);
     return page;
 }
 
@@ -212,10 +219,10 @@ QWidget *OnboardingWizardView::makeDonePage()
     auto *page = new QWidget;
     auto *stack = new VerticalStack(VerticalStack::Alignment::Center, 16, page);
     stack->addWidget(new ArtworkView(QStringLiteral("ConfirmLogo"), QSize(144, 142),
-                                     QStringLiteral("Quillet is ready")));
-    stack->addWidget(makeTitle(QStringLiteral("Great job!"), 30));
-    stack->addWidget(makeText(QStringLiteral("Quillet is ready to go. Start communicating with "
-                                             "confidence in all your favourite apps!"),
+                                     localized("Quillet is ready")));
+    stack->addWidget(makeTitle(localized("Great job!"), 30));
+    stack->addWidget(makeText(localized("Quillet is ready to go. Start communicating with "
+                                        "confidence in all your favourite apps!"),
                               QStringLiteral("Manrope-Regular"), 18));
     return page;
 }

@@ -13,6 +13,7 @@
 
 class QSettings;
 class StyledButton;
+class TextView;
 class TutorialEditor;
 
 /// The first-run wizard: welcome, permission, a try in an editor, done. There is no way back; the
@@ -33,6 +34,11 @@ public:
         std::function<void()> createObserver;
         /// Reports a usage event by its name.
         std::function<void(const QString &event)> track;
+        /// Brings the wizard's window to the front with the keyboard, because the permission has
+        /// been given in another window.
+        std::function<void()> bringToFront = [] {};
+        /// The sentence for a session where Quillet does not reach all programs; empty elsewhere.
+        std::function<QString()> limitationOfSession = [] { return QString(); };
     };
 
     /// What the collaborators refer to must outlive the view.
@@ -69,6 +75,7 @@ private:
     bool m_hasAccessibilityPermission = false;
     QTimer m_permissionCheckTimer;
     TutorialEditor *m_editor = nullptr;
+    TextView *m_limitation = nullptr;
     std::array<QWidget *, 4> m_pages{};
     StyledButton *m_button;
 };

@@ -3,8 +3,8 @@
 
 #include "quillet/window/StatusBadge.h"
 
-#include "quillet/window/Fonts.h"
-#include "quillet/window/VisualStyle.h"
+#include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/VisualStyle.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -3,8 +3,9 @@
 
 #include "quillet/window/TutorialEditor.h"
 
-#include "quillet/window/Fonts.h"
-#include "quillet/window/VisualStyle.h"
+#include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/Localisation.h"
+#include "quillet/widgets/VisualStyle.h"
 
 #include <QPainter>
 #include <QScrollBar>
@@ -17,7 +18,7 @@ TutorialEditor::TutorialEditor(QWidget *parent)
     : QPlainTextEdit(parent)
 {
     setObjectName(QStringLiteral("tutorialEditor"));
-    setAccessibleName(QStringLiteral("Text to try Quillet on"));
+    setAccessibleName(localized("Text to try Quillet on"));
     setFont(systemFont(kBodyPointSize));
     setPalette(lightPalette());
     // A dark theme's style may paint in its own colours, whatever the palette says.

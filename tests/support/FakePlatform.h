@@ -63,6 +63,8 @@ public:
     int settingsOpened = 0;
     ElementPtr systemWide = makeElement(nullptr);
     QList<std::pair<QString, AXValue>> written;
+    /// Whether what is set can be read back.
+    bool keepsValues = false;
     Answer answer = Answer::Unsupported;
 
     void focus(const ElementPtr &element)
@@ -104,6 +106,8 @@ public:
                                       std::function<void(const WriteOutcome &)> completion) override
     {
         written.append({attribute, value});
+        if (keepsValues && of(element).outcome.isWritten())
+            const_cast<Element &>(of(element)).attributes.insert(attribute, value);
         completion(of(element).outcome);
     }
 
@@ -151,6 +155,8 @@ public:
     QList<std::pair<QWidget *, platform::ActivationPolicy>> policies;
     QList<QWidget *> activated;
     QList<QUrl> opened;
+    /// What the last watchDismissal() is to call.
+    std::function<void()> dismiss;
     int focusRequests = 0;
     int focusRestored = 0;
     bool focusCanBeRestored = true;
@@ -179,6 +185,10 @@ public:
     {
         ++focusRestored;
         completion(focusCanBeRestored);
+    }
+    void watchDismissal(QWidget *, std::function<void()> dismissed) override
+    {
+        dismiss = std::move(dismissed);
     }
     bool open(const QUrl &url) override
     {

@@ -53,4 +53,15 @@ QByteArray desktopEntryFor(const QByteArray &bundledEntry, const QString &bundle
     return lines.join('\n');
 }
 
+QByteArray loginEntryFor(const QString &program)
+{
+    return "[Desktop Entry]\n"
+           "Type=Application\n"
+           "Name=Quillet\n"
+           "Comment=Quillet in the background, as you have chosen in its settings\n"
+           "Icon=quillet\n"
+           "Exec=" +
+           quotedForExec(program) + " --background\n";
+}
+
 } // namespace platform::linux_

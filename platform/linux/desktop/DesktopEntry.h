@@ -13,6 +13,10 @@ namespace platform::linux_
 /// the copy in `bundle` and to show the icon that lies in it.
 QByteArray desktopEntryFor(const QByteArray &bundledEntry, const QString &bundle);
 
+/// An entry for the user's autostart folder (freedesktop.org Desktop Application Autostart
+/// Specification) that starts `program` without a window.
+QByteArray loginEntryFor(const QString &program);
+
 /// Where in a bundle its desktop entry lies.
 inline constexpr char16_t bundledEntryPath[] = u"/share/applications/" QUILLET_APP_ID ".desktop";
 

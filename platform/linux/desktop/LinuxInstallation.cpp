@@ -37,13 +37,26 @@ bool isAtOrBelow(const QString &path, const QString &folder)
     return path == folder || path.startsWith(folder + QLatin1Char('/'));
 }
 
+/// The AppImage that this program runs from; a program that another AppImage has started inherits
+/// its variables, but does not lie in its mount.
+QString packedFile()
+{
+    const QString mount = qEnvironmentVariable("APPDIR");
+    return !mount.isEmpty() && isAtOrBelow(QCoreApplication::applicationFilePath(), mount)
+               ? qEnvironmentVariable("APPIMAGE")
+               : QString();
+}
+
 } // namespace
 
 LinuxInstallation::Places LinuxInstallation::systemPlaces()
 {
-    return {QCoreApplication::applicationFilePath(), QDir::homePath(),
+    return {QCoreApplication::applicationFilePath(),
+            QDir::homePath(),
             QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
-            QStringLiteral("/proc/self/status")};
+            QStringLiteral("/proc/self/status"),
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
+            packedFile()};
 }
 
 QString LinuxInstallation::bundlePath()
@@ -60,9 +73,13 @@ bool LinuxInstallation::isInstalledLocation(const QString &path)
 {
     const QString real = realPath(path);
     const QString own = realPath(m_places.home) + QStringLiteral("/.local");
-    const QStringList folders = {QStringLiteral("/usr"), QStringLiteral("/opt"),
-                                 own + QStringLiteral("/opt")};
-    return real == own ||
+    // Where package managers put programs, those of packages in boxes of their own among them.
+    const QStringList folders = {QStringLiteral("/usr"),       QStringLiteral("/opt"),
+                                 own + QStringLiteral("/opt"), QStringLiteral("/app"),
+                                 QStringLiteral("/snap"),      QStringLiteral("/nix/store"),
+                                 QStringLiteral("/gnu/store")};
+    // A program that is one file is mounted for each run, and stays where the user has put it.
+    return real == own || !m_places.packedInto.isEmpty() ||
            std::any_of(folders.begin(), folders.end(),
                        [&real](const QString &folder) { return isAtOrBelow(real, folder); });
 }
@@ -98,7 +115,7 @@ bool LinuxInstallation::fileExists(const QString &path)
 }
 
 int LinuxInstallation::runModalAlert(const QString &messageText, const QString &informativeText,
-                                     const QStringList &buttons)
+                                     const QStringList &buttons, const QString &footnote)
 {
     QMessageBox alert;
     alert.setIcon(QMessageBox::Information);
@@ -107,7 +124,8 @@ int LinuxInstallation::runModalAlert(const QString &messageText, const QString &
     alert.setWindowTitle(QStringLiteral("Quillet"));
     alert.setTextFormat(Qt::PlainText);
     alert.setText(messageText);
-    alert.setInformativeText(informativeText);
+    alert.setInformativeText(
+        footnote.isEmpty() ? informativeText : informativeText + QStringLiteral("\n\n") + footnote);
     // The message is a heading, and a sentence below it is not broken into words.
     alert.setStyleSheet(QStringLiteral("#qt_msgbox_label { font-weight: bold; }"
                                        "#qt_msgbox_informativelabel { min-width: 24em; }"));
@@ -150,11 +168,33 @@ void LinuxInstallation::removeDownloadMarks(const QString &path)
     removeOriginAttributes(path);
 }
 
-void LinuxInstallation::start(const QString &path)
+void LinuxInstallation::start(const QString &path, const QStringList &arguments)
 {
     const QString program = path + QStringLiteral("/bin/quillet");
-    if (!QProcess::startDetached(program, {}, m_places.home))
+    if (!QProcess::startDetached(program, arguments, m_places.home))
         qWarning().noquote() << "Cannot start" << program;
+}
+
+QString LinuxInstallation::loginEntryPath() const
+{
+    return m_places.configHome + QStringLiteral("/autostart/quillet.desktop");
+}
+
+bool LinuxInstallation::startsAtLogin()
+{
+    return QFileInfo::exists(loginEntryPath());
+}
+
+bool LinuxInstallation::setStartsAtLogin(bool starts)
+{
+    const QString path = loginEntryPath();
+    if (!starts)
+        return QFile::remove(path) || !QFileInfo::exists(path);
+    const QString program =
+        m_places.packedInto.isEmpty() ? m_places.executable : m_places.packedInto;
+    QSaveFile entry(path);
+    return QDir().mkpath(QFileInfo(path).path()) && entry.open(QIODevice::WriteOnly) &&
+           entry.write(loginEntryFor(program)) >= 0 && entry.commit();
 }
 
 void LinuxInstallation::terminate()

@@ -25,6 +25,10 @@ public:
         QString dataHome;
         /// proc(5), /proc/pid/status of this process.
         QString processStatus;
+        /// $XDG_CONFIG_HOME, which holds the folder of what starts at login.
+        QString configHome = {};
+        /// The file that this program was packed into and is run from; empty where it is none.
+        QString packedInto = {};
     };
     static Places systemPlaces();
 
@@ -50,17 +54,20 @@ public:
 
     bool fileExists(const QString &path) override;
     int runModalAlert(const QString &messageText, const QString &informativeText,
-                      const QStringList &buttons) override;
+                      const QStringList &buttons, const QString &footnote) override;
 
     /// Also gives the desktop an entry for the copy. A failure of that alone is logged; the copy
     /// counts.
     QString copyBundle(const QString &from, const QString &to) override;
     void removeDownloadMarks(const QString &path) override;
-    void start(const QString &path) override;
+    void start(const QString &path, const QStringList &arguments) override;
+    bool startsAtLogin() override;
+    bool setStartsAtLogin(bool starts) override;
     void terminate() override;
 
 private:
     bool isTraced() const;
+    QString loginEntryPath() const;
     void writeDesktopEntry(const QString &bundle) const;
 
     Places m_places;

@@ -35,7 +35,8 @@ int main(int argc, char *argv[])
             return new QLabel(QLatin1String(text), parent);
         };
     };
-    QuilletApp app({platform, defaults, view("home"), view("wizard"),
+    Notice notice(platform.desktop);
+    QuilletApp app({platform, notice, defaults, view("home"), view("wizard"),
                     [] { std::cout << "cleaned up" << std::endl; }, startupId});
     return app.run();
 }

@@ -78,16 +78,34 @@ TEST_F(LinuxInstallationTest, KnowsWhereProgramsBelong)
     LinuxInstallation installation(m_places);
     EXPECT_EQ(installation.bundlePath(), m_bundle);
     EXPECT_EQ(installation.targetPath(), m_places.home + s("/.local/opt/quillet"));
-    for (const char *path : {"/usr", "/usr/local", "/opt/tools/anything", "/usr/local/quillet"})
+    for (const char *path : {"/usr", "/usr/local", "/opt/tools/anything", "/usr/local/quillet",
+                             "/app", "/snap/quillet/12", "/nix/store/abc-quillet"})
         EXPECT_TRUE(installation.isInstalledLocation(s(path))) << path;
     EXPECT_TRUE(installation.isInstalledLocation(m_places.home + s("/.local")));
     EXPECT_TRUE(installation.isInstalledLocation(m_places.home + s("/.local/opt/other")));
     EXPECT_FALSE(installation.isInstalledLocation(m_bundle));
     EXPECT_FALSE(installation.isInstalledLocation(s("/optional/quillet")));
+    EXPECT_FALSE(installation.isInstalledLocation(s("/application")));
+    m_places.packedInto = s("/home/a/Quillet.AppImage");
+    EXPECT_TRUE(LinuxInstallation(m_places).isInstalledLocation(s("/tmp/.mount_quillet")));
 
     QDir().mkpath(m_places.home + s("/.local/opt/real"));
     QFile::link(m_places.home + s("/.local/opt/real"), m_root + s("/link"));
     EXPECT_TRUE(installation.isInstalledLocation(m_root + s("/link")));
+}
+
+TEST_F(LinuxInstallationTest, StartsAtLoginOnlyAfterTheUserHasAskedForIt)
+{
+    m_places.configHome = m_root + s("/config");
+    LinuxInstallation installation(m_places);
+    EXPECT_FALSE(installation.startsAtLogin());
+    EXPECT_TRUE(installation.setStartsAtLogin(true));
+    EXPECT_TRUE(installation.startsAtLogin());
+    EXPECT_TRUE(read(m_places.configHome + s("/autostart/quillet.desktop"))
+                    .contains("\nExec=\"" + m_places.executable.toUtf8() + "\" --background\n"));
+    EXPECT_TRUE(installation.setStartsAtLogin(false));
+    EXPECT_FALSE(installation.startsAtLogin());
+    EXPECT_TRUE(installation.setStartsAtLogin(false)) << "already as wanted";
 }
 
 TEST_F(LinuxInstallationTest, RecognisesDevelopmentRuns)
@@ -187,6 +205,7 @@ TEST_F(LinuxInstallationTest, RemovesDownloadMarksAndNothingElse)
 TEST_F(LinuxInstallationTest, AlertsAnswerWithTheChosenButton)
 {
     LinuxInstallation installation(m_places);
+    QString footnote;
     QString shown;
     const auto answer = [&](int button) {
         QTimer::singleShot(0, [&shown, button] {
@@ -200,11 +219,14 @@ TEST_F(LinuxInstallationTest, AlertsAnswerWithTheChosenButton)
             else
                 alert->buttons().at(button)->click();
         });
-        return installation.runModalAlert(s("Message"), s("<b>Text"), {s("First"), s("Last")});
+        return installation.runModalAlert(s("Message"), s("<b>Text"), {s("First"), s("Last")},
+                                          footnote);
     };
     EXPECT_EQ(answer(0), 0);
     EXPECT_EQ(shown, s("Message|<b>Text"));
+    footnote = s("below");
     EXPECT_EQ(answer(1), 1);
+    EXPECT_EQ(shown, s("Message|<b>Text\n\nbelow"));
     EXPECT_EQ(answer(-1), 1);
 }
 

@@ -5,10 +5,12 @@
 
 #include "quillet/button/DragFriendlyButton.h"
 #include "quillet/button/NonActivatingPanel.h"
+#include "quillet/widgets/PillButton.h"
 #include "quillet/writing/WritingService.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePlatform.h"
 #include "support/FakeServices.h"
+#include "support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QMouseEvent>
@@ -117,6 +119,20 @@ TEST_F(ManagerTest, AClickTogglesThePopupAndAHideDropsIt)
     EXPECT_FALSE(manager.buttonWindow());
 }
 
+TEST_F(ManagerTest, KnowsAnInputThatIsGoneFromOneThatIsBusy)
+{
+    auto input = makeElement("AXTextArea");
+    input->set("AXFrame", QRectF(100, 200, 300, 40));
+    manager.show(AXUIElement(input));
+    EXPECT_FALSE(manager.hasLostInput());
+    for (const auto &[error, lost] :
+         {std::pair(AXError::CannotComplete, false), std::pair(AXError::APIDisabled, false),
+          std::pair(AXError::InvalidUIElement, true), std::pair(AXError::NoValue, true)}) {
+        input->errors.insert(QStringLiteral("AXFrame"), error);
+        EXPECT_EQ(manager.hasLostInput(), lost) << static_cast<int>(error);
+    }
+}
+
 TEST_F(ManagerTest, ReadsTheInput)
 {
     EXPECT_EQ(capturedLines([this] { EXPECT_EQ(text(), QString()); }),
@@ -185,6 +201,149 @@ TEST_F(ManagerTest, WritesTheValueOfAnInput)
     EXPECT_EQ(outcomes.last(), input->outcome);
 }
 
+TEST_F(ManagerTest, SaysWhatCameOfAnApplyAndPutsTheFormerTextBack)
+{
+    const auto said = [this] {
+        QWidget *last = workspace.panels.last();
+        return last == manager.buttonWindow() ? QString() : last->accessibleName();
+    };
+    ax.keepsValues = true;
+    auto input = makeElement("AXTextArea");
+    input->settable = true;
+    input->set("AXFrame", QRectF(100, 200, 300, 40));
+    input->set("AXValue", "the draft");
+    manager.show(AXUIElement(input));
+    manager.showMenu();
+    EXPECT_EQ(workspace.panels.size(), 1) << "nothing to offer yet";
+
+    lineOfSetText("the answer");
+    EXPECT_EQ(said(), QStringLiteral("Written"));
+    manager.showMenu();
+    ASSERT_EQ(workspace.panels.size(), 3);
+    auto *putBack = workspace.panels.last()->findChild<PillButton *>();
+    ASSERT_TRUE(putBack);
+    capturedLines([&] { putBack->click(); });
+    EXPECT_EQ(text(), QStringLiteral("the draft"));
+
+    auto other = makeElement("AXTextArea");
+    other->set("AXFrame", QRectF(100, 300, 300, 40));
+    manager.show(AXUIElement(other));
+    manager.putBack();
+    EXPECT_EQ(ax.written.size(), 2) << "another input has no former text";
+
+    manager.show(AXUIElement(input));
+    input->outcome = {.kind = WriteOutcome::Kind::ChangedByProgram, .changedCharacters = 6};
+    lineOfSetText("the drafts");
+    EXPECT_EQ(said(), QStringLiteral("Written; the program changed 6 characters"));
+    input->outcome = WriteOutcome::notWritten(AXError::Failure);
+    lineOfSetText("x");
+    EXPECT_EQ(said(), QStringLiteral("Not written; the text is on the clipboard"));
+}
+
+TEST_F(ManagerTest, TheShortcutOpensThePopupForTheSelectionOfTheFocusedInput)
+{
+    ax.keepsValues = true;
+    auto field = makeElement("AXTextField", 7);
+    field->settable = true;
+    field->set("AXFrame", QRectF(100, 200, 300, 40));
+    field->set("AXValue", "one two three");
+    field->set("AXSelectedTextRange", platform::CFRange{4, 3});
+    ax.focus(field);
+    manager.openForFocusedInput();
+    ASSERT_TRUE(manager.popup() && manager.popup()->popupWindow());
+    EXPECT_FALSE(manager.buttonWindow()) << "no button at a single line";
+    EXPECT_EQ(workspace.focusRequests, 1);
+    EXPECT_EQ(text(), QStringLiteral("two"));
+    EXPECT_EQ(lineOfSetText("2"), QStringLiteral("✅ Text set successfully"));
+    EXPECT_EQ(std::get<QString>(field->attributes.value(QStringLiteral("AXValue"))),
+              QStringLiteral("one 2 three"));
+
+    // The place of the selection holds something else by now.
+    EXPECT_TRUE(lineOfSetText("II").contains(QStringLiteral("changed meanwhile")));
+    EXPECT_EQ(notWritten, QStringList{QStringLiteral("II")});
+    manager.openForFocusedInput();
+    EXPECT_FALSE(manager.popup()->popupWindow()) << "the same keys close it";
+
+    field->set("AXSelectedTextRange", platform::CFRange{3, 0});
+    manager.openForFocusedInput();
+    EXPECT_EQ(text(), QStringLiteral("one 2 three")) << "no selection, all of it";
+    manager.hide();
+}
+
+TEST_F(ManagerTest, TheShortcutLeavesAloneWhatIsNoInput)
+{
+    const auto opens = [this](const fake::ElementPtr &element) {
+        element->set("AXFrame", QRectF(100, 200, 300, 40));
+        ax.focus(element);
+        manager.openForFocusedInput();
+        return manager.popup() && manager.popup()->popupWindow();
+    };
+    auto secret = makeElement("AXTextField");
+    secret->set("AXSubrole", "AXSecureTextField");
+    EXPECT_FALSE(opens(secret));
+    EXPECT_FALSE(opens(makeElement("AXButton")));
+    ax.systemWide->attributes.clear();
+    manager.openForFocusedInput();
+    EXPECT_FALSE(manager.popup());
+    EXPECT_TRUE(opens(makeElement("AXTextField")));
+}
+
+TEST_F(ManagerTest, TheMenuOffersTheSelectionAndToStayOut)
+{
+    QStringList excluded;
+    QObject::connect(&manager, &FloatingButtonManager::exclusionWanted, &manager,
+                     [&](const QString &program) { excluded.append(program); });
+    workspace.running.insert(9, {9, QStringLiteral("Editor")});
+    auto input = makeElement("AXTextArea", 9);
+    input->set("AXFrame", QRectF(100, 200, 300, 40));
+    input->set("AXValue", "one two");
+    input->set("AXSelectedTextRange", platform::CFRange{0, 3});
+    manager.show(AXUIElement(input));
+    const auto choose = [this](const char *title) {
+        manager.showMenu();
+        for (PillButton *choice : workspace.panels.last()->findChildren<PillButton *>())
+            if (choice->text() == QLatin1StringView(title))
+                return choice->click(), true;
+        return false;
+    };
+    EXPECT_TRUE(choose("Not in Editor"));
+    EXPECT_EQ(excluded, QStringList{QStringLiteral("Editor")});
+    EXPECT_FALSE(choose("Put back what was there"));
+    EXPECT_TRUE(choose("Only the selection"));
+    EXPECT_TRUE(manager.popup()->popupWindow());
+    EXPECT_EQ(text(), QStringLiteral("one"));
+    manager.popup()->close();
+    manager.buttonClicked();
+    EXPECT_EQ(text(), QStringLiteral("one two")) << "the button works on all of it";
+}
+
+TEST_F(ManagerTest, KeepsNothingOfAPassword)
+{
+    auto secret = makeElement("AXTextArea");
+    secret->settable = true;
+    secret->set("AXSubrole", "AXSecureTextField");
+    secret->set("AXValue", "secret");
+    use(secret);
+    lineOfSetText("new");
+    manager.putBack();
+    EXPECT_EQ(ax.written.size(), 1);
+}
+
+TEST(FormerTexts, KeepsFewAndNotForLong)
+{
+    FormerTexts texts(std::chrono::milliseconds(50));
+    const AXUIElement input(makeElement("AXTextArea"));
+    const AXUIElement other(makeElement("AXTextArea"));
+    texts.remember(other, QStringLiteral("other"));
+    for (int i = 0; i < 10; ++i)
+        texts.remember(input, QString::number(i));
+    EXPECT_FALSE(texts.of(other)) << "ten at most";
+    EXPECT_EQ(texts.of(input), QStringLiteral("9"));
+    texts.forgetLast(input);
+    EXPECT_EQ(texts.of(input), QStringLiteral("8"));
+    EXPECT_TRUE(waitUntil([&] { return !texts.of(input); })) << "dropped by time";
+}
+
 TEST_F(ManagerTest, TypesIntoAWebArea)
 {
     auto page = makeElement("AXWebArea");
@@ -248,4 +407,15 @@ TEST(DragFriendlyButton, TellsAClickFromADrag)
     send(&button, QEvent::MouseButtonPress, Qt::LeftButton);
     send(&button, QEvent::MouseButtonRelease, Qt::NoButton);
     EXPECT_EQ(clicks, 2);
+
+    int menus = 0;
+    QObject::connect(&button, &DragFriendlyButton::menuWanted, &window, [&] { ++menus; });
+    QMouseEvent rightPress(QEvent::MouseButtonPress, QPointF(5, 5), QPointF(5, 5), Qt::RightButton,
+                           Qt::RightButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&button, &rightPress);
+    EXPECT_EQ(menus, 1);
+    send(&button, QEvent::MouseButtonPress, Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([&] { return menus == 2; })) << "a long press";
+    send(&button, QEvent::MouseButtonRelease, Qt::NoButton);
+    EXPECT_EQ(clicks, 2) << "which is no click";
 }

@@ -31,6 +31,8 @@ public:
         shown = element;
     }
     void hide() override { calls.append(QStringLiteral("hide")); }
+    bool lostInput = false;
+    bool hasLostInput() override { return lostInput; }
 };
 
 class ObserverTest : public testing::Test
@@ -215,4 +217,60 @@ TEST_F(ObserverTest, APageStillBeingSearchedIsDecidedLater)
     EXPECT_EQ(button.shown, AXUIElement(page));
     ax.answer = platform::Accessibility::Answer::No;
     EXPECT_EQ(tick().last(), QStringLiteral("🔻 Hiding button — focus not in our app"));
+}
+
+TEST_F(ObserverTest, AnInputThatIsGoneTakesItsButtonWithIt)
+{
+    const QStringList hidden{QStringLiteral("hide")};
+    const auto area = areaInUse();
+    // Nothing has the focus, because the last window was closed.
+    ax.systemWide->attributes.clear();
+    tick();
+    EXPECT_EQ(button.calls, QStringList()) << "the input is still there";
+    button.lostInput = true;
+    tick();
+    EXPECT_EQ(button.calls, hidden);
+    tick();
+    EXPECT_EQ(button.calls, hidden) << "once";
+
+    button.lostInput = false;
+    ax.focus(area);
+    tick();
+    EXPECT_EQ(button.calls.last(), QStringLiteral("show")) << "it is an input as before";
+
+    // The tutorial's editor has given way to another page of our own window.
+    workspace.frontmost = OwnPid;
+    ax.focus(makeElement("AXButton", OwnPid));
+    button.calls.clear();
+    button.lostInput = true;
+    tick();
+    EXPECT_EQ(button.calls, hidden);
+}
+
+TEST_F(ObserverTest, AnExcludedProgramIsNotRead)
+{
+    QString excluded;
+    AccessibilityObserver::Collaborators all{ax, workspace, button, OwnPid};
+    all.isExcluded = [&](const QString &program) { return program == excluded; };
+    capturedLines([&] { observer = std::make_unique<AccessibilityObserver>(all); });
+    areaInUse();
+    excluded = QStringLiteral("Editor");
+    const QStringList lines = tick();
+    EXPECT_EQ(button.calls, QStringList{QStringLiteral("hide")});
+    EXPECT_FALSE(lines.join(u' ').contains(QStringLiteral("Attributes")));
+    tick();
+    EXPECT_EQ(button.calls.size(), 1);
+    excluded.clear();
+    tick();
+    EXPECT_EQ(button.calls.last(), QStringLiteral("show"));
+}
+
+TEST_F(ObserverTest, ThePermissionTakenBackHidesTheButtonUntilItIsBack)
+{
+    const auto area = areaInUse();
+    observer->permissionTakenBack();
+    EXPECT_EQ(button.calls, QStringList{QStringLiteral("hide")});
+    ax.focus(area);
+    tick();
+    EXPECT_EQ(button.calls.last(), QStringLiteral("show"));
 }

@@ -4,8 +4,13 @@
 #include "quillet/popup/FloatingPopup.h"
 
 #include "commands/Catalogue.h"
-#include "quillet/popup/PillButton.h"
+#include "quillet/popup/ChangesView.h"
+#include "quillet/popup/PopupPanel.h"
+#include "quillet/popup/ProgressLine.h"
+#include "quillet/popup/ResultArea.h"
 #include "quillet/popup/ResultTextView.h"
+#include "quillet/popup/ToolRow.h"
+#include "quillet/widgets/PillButton.h"
 #include "quillet/writing/WritingService.h"
 #include "support/CapturedOutput.h"
 #include "support/FakePlatform.h"
@@ -13,6 +18,7 @@
 #include "support/HttpStub.h"
 #include "support/WaitUntil.h"
 
+#include <QMouseEvent>
 #include <QScrollArea>
 
 #include <gtest/gtest.h>
@@ -36,6 +42,8 @@ protected:
     {
         endpoint.url = server.url("/generate");
         server.answer = [](const QByteArray &) { return HttpStub::reply("better text"); };
+        QObject::connect(&popup, &FloatingPopup::failed, &popup,
+                         [this](const QString &sentence) { told.append(sentence); });
     }
 
     void open() { popup.show(QRectF(300, 400, 25, 25)); }
@@ -59,6 +67,7 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
+    ResultArea *area() { return popup.popupWindow()->findChild<ResultArea *>(); }
     ResultTextView *result() { return popup.popupWindow()->findChild<ResultTextView *>(); }
 
     bool showsResult(const char *text)
@@ -73,6 +82,7 @@ protected:
     fake::Tracker tracker;
     fake::Workspace workspace;
     Input input;
+    QStringList told;
     FloatingPopup popup{&input, {workspace, writing, tracker}};
 };
 
@@ -154,17 +164,244 @@ TEST_F(FloatingPopupTest, ReloadReadsTheInputAgainAndCancelGoesBack)
     EXPECT_TRUE(input.written.isEmpty());
 }
 
-TEST_F(FloatingPopupTest, AFailureOnlyReachesTheLog)
+TEST_F(FloatingPopupTest, AFailureIsLoggedAndToldWithoutText)
 {
     endpoint.url.clear();
     open();
-    EXPECT_EQ(capturedLines([this] { click("concise"); }),
-              QStringList{QStringLiteral("Error: no backend")});
+    const auto linesOf = [this](const char *identifier) {
+        return capturedLines([&] {
+            told.clear();
+            click(identifier);
+            EXPECT_TRUE(waitUntil([this] { return !told.isEmpty(); }));
+        });
+    };
+    EXPECT_EQ(linesOf("concise"), QStringList{QStringLiteral("Error: no backend")});
     EXPECT_EQ(result()->string(), QString());
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(area()->toolTip(), told.first());
+    EXPECT_EQ(result()->accessibleDescription(), told.first());
+    EXPECT_EQ(area()->progressLine()->state(), ProgressLine::State::Stopped);
 
     endpoint.url = QStringLiteral("http://not a url");
-    EXPECT_EQ(capturedLines([this] { click("reload"); }),
-              QStringList{QStringLiteral("Error: invalidURL")});
+    EXPECT_EQ(linesOf("reload"), QStringList{QStringLiteral("Error: invalidURL")});
+
+    endpoint.url = server.url("/generate");
+    click("reload");
+    ASSERT_TRUE(showsResult("better text"));
+    EXPECT_EQ(area()->toolTip(), QString()) << "the answer takes the failure back";
+    EXPECT_EQ(area()->progressLine()->state(), ProgressLine::State::Idle);
+}
+
+TEST_F(FloatingPopupTest, ALineMovesWhileARequestRuns)
+{
+    HttpStub silent;
+    silent.pauseAccepting();
+    endpoint.url = silent.url("/generate");
+    open();
+    click("expand");
+    EXPECT_FALSE(area()->progressLine()->isMoving()) << "not for a quick answer";
+    EXPECT_TRUE(waitUntil([this] { return area()->progressLine()->isMoving(); }));
+    click("cancel");
+}
+
+TEST_F(FloatingPopupTest, AnEmptyInputIsToldWithoutARequest)
+{
+    input.text = QStringLiteral(" \n");
+    open();
+    click("expand");
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(area()->progressLine()->state(), ProgressLine::State::Stopped);
+    click("cancel");
+    click("more");
+    click("rate");
+    ASSERT_TRUE(showsResult("better text"));
+    EXPECT_EQ(server.requests.size(), 1) << "what is not about a text is asked all the same";
+    EXPECT_EQ(told.size(), 1);
+}
+
+TEST_F(FloatingPopupTest, ApplyNeverPutsNothingInThePlaceOfTheText)
+{
+    const auto applied = [this] {
+        click("apply");
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(popup.popupWindow());
+        return std::exchange(input.written, {});
+    };
+    endpoint.url.clear();
+    open();
+    click("expand");
+    EXPECT_EQ(applied(), QStringList()) << "there was no answer";
+    open();
+    click("expand");
+    ASSERT_TRUE(waitUntil([this] { return !told.isEmpty(); }));
+    result()->insertPlainText(QStringLiteral("typed instead"));
+    EXPECT_EQ(applied(), QStringList{QStringLiteral("typed instead")});
+
+    endpoint.url = server.url("/generate");
+    server.answer = [](const QByteArray &) { return HttpStub::reply(""); };
+    open();
+    click("expand");
+    ASSERT_TRUE(
+        waitUntil([this] { return area()->progressLine()->state() == ProgressLine::State::Idle; }));
+    EXPECT_EQ(applied(), QStringList()) << "the answer was empty";
+
+    server.answer = [](const QByteArray &) { return HttpStub::reply("answer"); };
+    open();
+    click("expand");
+    ASSERT_TRUE(showsResult("answer"));
+    result()->selectAll();
+    result()->textCursor().removeSelectedText();
+    EXPECT_EQ(applied(), QStringList{QString()}) << "the user has emptied it";
+    EXPECT_EQ(tracker.events.count(QStringLiteral("Apply")), 2) << "only what is written";
+}
+
+TEST_F(FloatingPopupTest, ANoteOfTheBackendIsShownAndNeverWritten)
+{
+    server.answer = [](const QByteArray &) { return HttpStub::reply("ⓘ It needs a model."); };
+    open();
+    click("expand");
+    ASSERT_TRUE(waitUntil([this] { return !result()->string().isEmpty(); }));
+    EXPECT_EQ(result()->string(), QStringLiteral("ⓘ It needs a model."));
+    EXPECT_TRUE(result()->isReadOnly());
+    click("apply");
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(popup.popupWindow());
+    EXPECT_TRUE(input.written.isEmpty());
+    EXPECT_FALSE(tracker.events.contains(QStringLiteral("Apply")));
+
+    server.answer = [](const QByteArray &) { return HttpStub::reply("ⓘno note"); };
+    open();
+    click("expand");
+    ASSERT_TRUE(waitUntil([this] { return !result()->string().isEmpty(); }));
+    EXPECT_EQ(area()->textToApply(), QStringLiteral("ⓘno note"));
+}
+
+TEST_F(FloatingPopupTest, ShowsWhatHasChangedAndTakesSingleChangesBack)
+{
+    input.text = QStringLiteral("this are my first try , i has it");
+    server.answer = [](const QByteArray &) {
+        return HttpStub::reply("this is my first try, I has it");
+    };
+    open();
+    click("check-grammar");
+    ASSERT_TRUE(showsResult("this is my first try, I has it"));
+    EXPECT_EQ(result()->extraSelections().size(), 2) << "tinted words";
+    EXPECT_FALSE(area()->showsChanges());
+    area()->setShowsChanges(true);
+    ChangesView *changes = area()->changesView();
+    EXPECT_EQ(changes->toPlainText(), QStringLiteral("this areis my first try , iI has it"));
+    QTextCursor gone(changes->document());
+    gone.setPosition(6);
+    EXPECT_TRUE(gone.charFormat().fontStrikeOut());
+    gone.setPosition(9);
+    EXPECT_FALSE(gone.charFormat().fontStrikeOut());
+
+    QTextCursor place(changes->document());
+    place.setPosition(7);
+    const QPointF point = changes->cursorRect(place).center();
+    QMouseEvent release(QEvent::MouseButtonRelease, point, point, Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QCoreApplication::sendEvent(changes->viewport(), &release);
+    EXPECT_EQ(area()->textToApply(), QStringLiteral("this are my first try, I has it"));
+    EXPECT_FALSE(changes->toPlainText().contains(QStringLiteral("areis")));
+    area()->setShowsChanges(false);
+    EXPECT_EQ(result()->string(), QStringLiteral("this are my first try, I has it"));
+}
+
+TEST_F(FloatingPopupTest, ATranslationIsNotTintedAllOver)
+{
+    input.text = QStringLiteral("good morning to all of you");
+    server.answer = [](const QByteArray &) { return HttpStub::reply("buenos dias a todos"); };
+    open();
+    click("translate");
+    click("spanish");
+    ASSERT_TRUE(showsResult("buenos dias a todos"));
+    EXPECT_TRUE(result()->extraSelections().isEmpty());
+}
+
+TEST(ResultArea, AGrowingAnswerIsWrittenOnlyWhenItIsComplete)
+{
+    ResultArea area(QStringLiteral("expand"), nullptr);
+    area.resize(346, 166);
+    area.show();
+    area.appendPiece(QStringLiteral("one "));
+    area.appendPiece(QStringLiteral("two"));
+    EXPECT_EQ(area.textView()->string(), QStringLiteral("one two"));
+    EXPECT_FALSE(area.textToApply());
+    area.showFailure(QStringLiteral("broken off"));
+    EXPECT_FALSE(area.textToApply()) << "a part is no answer";
+    area.appendPiece(QStringLiteral(" three"));
+    area.showAnswer(QStringLiteral("one two three"));
+    EXPECT_EQ(area.textToApply(), QStringLiteral("one two three"));
+
+    ResultArea edited(QStringLiteral("expand"), nullptr);
+    edited.appendPiece(QStringLiteral("one "));
+    edited.textView()->insertPlainText(QStringLiteral("my "));
+    edited.appendPiece(QStringLiteral("two"));
+    edited.showAnswer(QStringLiteral("one two"));
+    EXPECT_EQ(edited.textToApply(), QStringLiteral("one my two")) << "the edit stays";
+}
+
+TEST_F(FloatingPopupTest, TheWholeJobIsDoneWithTheKeyboard)
+{
+    popup.showForKeyboard(QRectF(300, 400, 25, 25));
+    QWidget *panel = popup.popupWindow();
+    EXPECT_EQ(workspace.focusRequests, 1);
+    EXPECT_EQ(panel->focusWidget(), button("quick-improve"));
+    const auto press = [panel](int key, const QString &text = {}) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(panel->focusWidget(), &event);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    press(Qt::Key_Down);
+    EXPECT_EQ(panel->focusWidget(), button("check-grammar"));
+    press(Qt::Key_E, QStringLiteral("e"));
+    EXPECT_EQ(panel->focusWidget(), button("elevate"));
+    press(Qt::Key_E, QStringLiteral("e"));
+    EXPECT_EQ(panel->focusWidget(), button("expand"));
+    press(Qt::Key_T, QStringLiteral("t"));
+    press(Qt::Key_T, QStringLiteral("t"));
+    EXPECT_EQ(panel->focusWidget(), button("translate"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(panel->focusWidget(), button("english"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(panel->focusWidget(), result());
+    ASSERT_TRUE(showsResult("better text"));
+    Q_EMIT static_cast<PopupPanel *>(panel)->applyWanted();
+    ASSERT_TRUE(waitUntil([&] { return !input.written.isEmpty(); }));
+    EXPECT_EQ(input.written, QStringList{QStringLiteral("better text")});
+}
+
+TEST_F(FloatingPopupTest, TheChosenToolIsInSightAndTheRowCanBeDragged)
+{
+    const auto left = [this] {
+        return button("more")->mapTo(popup.popupWindow(), QPoint(0, 0)).x();
+    };
+    open();
+    EXPECT_GT(left() + button("more")->width(), 370) << "the row is wider than the popup";
+    click("more");
+    popup.close();
+    open();
+    EXPECT_LE(left() + button("more")->width(), 370);
+    EXPECT_GE(left(), 0);
+
+    const auto send = [this](QEvent::Type type, int x, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, QPointF(5, 5), QPointF(x, 5), Qt::LeftButton, buttons,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(button("more"), &event);
+    };
+    const int before = left();
+    send(QEvent::MouseButtonPress, 100, Qt::LeftButton);
+    send(QEvent::MouseMove, 140, Qt::LeftButton);
+    EXPECT_EQ(left(), before + 40);
+    QPointer<QWidget> options = button("settings");
+    send(QEvent::MouseButtonRelease, 140, Qt::NoButton);
+    EXPECT_TRUE(options) << "a drag does not click";
+
+    QWheelEvent wheel(QPointF(5, 5), QPointF(5, 5), QPoint(), QPoint(0, 120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(popup.popupWindow()->findChild<ToolRow *>()->viewport(), &wheel);
+    EXPECT_GT(left(), before + 40) << "a wheel scrolls it back";
 }
 
 TEST_F(FloatingPopupTest, SurvivesWhatGoesAwayMeanwhile)
@@ -180,7 +417,6 @@ TEST_F(FloatingPopupTest, SurvivesWhatGoesAwayMeanwhile)
 
     shortLived->showResults(QStringLiteral("witty"));
     shortLived.reset();
-    ASSERT_TRUE(waitUntil([&] { return server.requests.size() == 2; }));
 
     open();
     click("expand");
@@ -198,6 +434,7 @@ TEST_F(FloatingPopupTest, TakesTheKeyboardOnlyToEditTheResult)
     popup.close();
     EXPECT_EQ(workspace.focusRestored, 1);
     open();
-    popup.close();
+    workspace.dismiss();
+    EXPECT_FALSE(popup.popupWindow());
     EXPECT_EQ(workspace.focusRestored, 1) << "nothing to give back";
 }

@@ -3,6 +3,7 @@
 
 #include "quillet/popup/ResultTextView.h"
 
+#include <QScrollBar>
 #include <QTextBlock>
 
 #include <gtest/gtest.h>
@@ -73,4 +74,49 @@ TEST(ResultTextView, CutsLongLinesForDisplayOnly)
     view.cut();
     view.paste();
     EXPECT_EQ(view.string(), QStringLiteral("x\ny") + text + u'!');
+}
+
+TEST(ResultTextView, IsAlignedByTheDirectionOfTheAnswer)
+{
+    ResultTextView view;
+    view.resize(300, 100);
+    view.show();
+    const auto caret = [&view] {
+        view.moveCursor(QTextCursor::Start);
+        return view.cursorRect().x();
+    };
+    view.setString(QStringLiteral("left"));
+    EXPECT_LT(caret(), 50);
+    view.setString(QStringLiteral("שלום"));
+    EXPECT_GT(caret(), 250);
+    ResultTextView growing;
+    growing.resize(300, 100);
+    growing.show();
+    growing.append(QStringLiteral("مرحبا "));
+    growing.append(QStringLiteral("and more"));
+    EXPECT_GT(growing.cursorRect(QTextCursor(growing.document())).x(), 250);
+}
+
+TEST(ResultTextView, GrowsWithoutCountingAsAnEdit)
+{
+    ResultTextView view;
+    view.resize(200, 60);
+    view.show();
+    QString whole;
+    for (int i = 0; i < 400; ++i) {
+        const QString piece = i % 40 ? QStringLiteral("words \u00A0 ") : QStringLiteral("\n");
+        view.append(piece);
+        whole += piece;
+    }
+    EXPECT_EQ(view.string(), whole);
+    EXPECT_FALSE(view.document()->isModified());
+    EXPECT_EQ(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
+    view.verticalScrollBar()->setValue(0);
+    view.append(QStringLiteral("more\n\n\n"));
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0) << "the user has scrolled";
+    view.append(QStringLiteral("😀").repeated(3000));
+    view.append(QStringLiteral("😀 end"));
+    append(view, QStringLiteral("!"));
+    EXPECT_EQ(view.string(), whole + QStringLiteral("more\n\n\n") +
+                                 QStringLiteral("😀").repeated(3001) + QStringLiteral(" end!"));
 }

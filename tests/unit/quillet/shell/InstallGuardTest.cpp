@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "quillet/shell/InstallGuard.h"
-#include "FakeInstallation.h"
+#include "support/FakeInstallation.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ QStringList list(std::initializer_list<const char *> lines)
 }
 
 const char *const question = "alert Install Quillet|Quillet needs to be installed in the "
-                             "Applications folder.|Install,Quit";
+                             "Applications folder.|Install,Quit|It will be copied to /target.";
 
 } // namespace
 
@@ -40,8 +40,9 @@ TEST(InstallGuard, HandsOverToTheInstalledCopyWithoutAsking)
 {
     fake::Installation installation;
     installation.targetExists = true;
-    EXPECT_FALSE(ensureRunningFromApplications(installation));
-    EXPECT_EQ(installation.calls.mid(2), list({"exists? /target", "start /target", "terminate"}));
+    EXPECT_FALSE(ensureRunningFromApplications(installation, {QStringLiteral("--setup")}));
+    EXPECT_EQ(installation.calls.mid(2),
+              list({"exists? /target", "start /target --setup", "terminate"}));
 }
 
 TEST(InstallGuard, InstallsWhenTheUserAgrees)
@@ -65,6 +66,6 @@ TEST(InstallGuard, EndsWhenTheUserQuitsOrTheCopyFails)
     EXPECT_EQ(installation.calls.mid(3),
               list({question, "copy /home/a/Downloads/quillet /target",
                     "alert Install Failed|Could not copy Quillet to Applications: No space left on "
-                    "device|OK",
+                    "device|OK|",
                     "terminate"}));
 }

@@ -2,13 +2,17 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "quillet/shell/QuilletApp.h"
-#include "FakeInstallation.h"
 #include "quillet/shell/Feedback.h"
+#include "quillet/shell/TextRescue.h"
 #include "support/CapturedOutput.h"
+#include "support/FakeInstallation.h"
 #include "support/FakePlatform.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -34,6 +38,7 @@ protected:
     QTemporaryDir m_folder;
     QSettings m_defaults{m_folder.filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat};
     fake::Platform<fake::Workspace, fake::Installation> m_platform;
+    Notice m_notice{m_platform.desktop};
     QStringList m_views;
     std::function<void(bool)> m_setShowOnboarding;
     int m_quits = 0;
@@ -53,7 +58,8 @@ protected:
                 return new QWidget(parent);
             };
         };
-        return {m_platform, m_defaults, factory("home"), factory("wizard"), [this] { ++m_quits; }};
+        return {m_platform,      m_notice,          m_defaults,
+                factory("home"), factory("wizard"), [this] { ++m_quits; }};
     }
 
     static QAction *action(const QuilletApp &app, const char *title)
@@ -102,6 +108,64 @@ TEST_F(QuilletAppTest, ShowsTheWizardFirstAndTheHomeViewLater)
     EXPECT_EQ(m_views.last(), QStringLiteral("home"));
 }
 
+TEST_F(QuilletAppTest, TheFirstCloseIsExplainedOnce)
+{
+    QuilletApp app(parts());
+    app.launch();
+    runEvents();
+    capturedLines([&] { app.mainWindow()->close(); });
+    EXPECT_TRUE(notice().contains(QStringLiteral("goes on in the background")));
+    m_notice.tell(QStringLiteral("another"));
+    app.mainWindow()->show();
+    capturedLines([&] { app.mainWindow()->close(); });
+    EXPECT_EQ(notice(), QStringLiteral("another"));
+}
+
+TEST_F(QuilletAppTest, StartsWithoutAWindowAndCarriesOutItsRequest)
+{
+    QStringList carriedOut;
+    for (const StartRequest request :
+         {StartRequest::Background, StartRequest::Permission, StartRequest::Settings}) {
+        m_platform.desktop.activated.clear();
+        QuilletApp::Parts all = parts();
+        all.request = request;
+        all.watchInBackground = [&] { carriedOut.append(QStringLiteral("background")); };
+        all.showPermission = [&] { carriedOut.append(QStringLiteral("permission")); };
+        all.showSettings = [&] { carriedOut.append(QStringLiteral("settings")); };
+        QuilletApp app(all);
+        app.launch();
+        runEvents();
+        EXPECT_EQ(m_platform.desktop.activated.isEmpty(), request == StartRequest::Background);
+        EXPECT_EQ(app.mainWindow()->isVisible(), request != StartRequest::Background);
+    }
+    EXPECT_EQ(carriedOut.join(u' '), QStringLiteral("background permission settings"));
+}
+
+TEST_F(QuilletAppTest, RescuesATextThatCouldNotBeWritten)
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->setText(QStringLiteral("the user's own"));
+    TextRescue rescue(m_notice);
+    auto outcome = platform::WriteOutcome::notWritten(platform::AXError::Failure);
+    rescue.keep(QString(), outcome);
+    EXPECT_EQ(clipboard->text(), QStringLiteral("the user's own")) << "nothing to rescue";
+    EXPECT_FALSE(notice().contains(QStringLiteral("clipboard")));
+    EXPECT_TRUE(m_platform.desktop.activated.isEmpty()) << "the keyboard stays where it is";
+
+    outcome.isDamaged = true;
+    rescue.keep(QStringLiteral("result"), outcome);
+    EXPECT_TRUE(notice().contains(QStringLiteral("Look at your text")));
+    EXPECT_EQ(clipboard->text(), QStringLiteral("result"));
+    EXPECT_EQ(clipboard->mimeData()->data(QStringLiteral("x-kde-passwordManagerHint")), "secret");
+    EXPECT_TRUE(notice().contains(QStringLiteral("on the clipboard")));
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        const auto *box = qobject_cast<const QMessageBox *>(widget);
+        if (box && box->isVisible())
+            box->buttons().last()->click();
+    }
+    EXPECT_EQ(clipboard->text(), QStringLiteral("the user's own"));
+}
+
 TEST_F(QuilletAppTest, FeedbackOpensAMessageOrTellsTheAddress)
 {
     EXPECT_EQ(feedbackUrl(QStringLiteral("a@b.example")).toEncoded(),
@@ -115,6 +179,10 @@ TEST_F(QuilletAppTest, FeedbackOpensAMessageOrTellsTheAddress)
     m_platform.desktop.opens = false;
     action(app, "Send Feedback")->trigger();
     EXPECT_TRUE(notice().contains(feedbackAddress()));
+
+    runEvents();
+    action(app, "Check for Updates")->trigger();
+    EXPECT_FALSE(notice().contains(feedbackAddress())) << "one box, which says the newest";
 }
 
 TEST_F(QuilletAppTest, TheUpdateCheckAnswersOnceTheLaunchHasFinished)
@@ -130,6 +198,7 @@ TEST_F(QuilletAppTest, TheUpdateCheckAnswersOnceTheLaunchHasFinished)
         runEvents();
         action(app, "Check for Updates")->trigger();
         EXPECT_TRUE(notice().contains(QLatin1String(expected))) << notice().toStdString();
+        QApplication::closeAllWindows();
     }
 }
 

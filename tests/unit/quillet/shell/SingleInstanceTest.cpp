@@ -54,13 +54,15 @@ TEST_F(SingleInstanceTest, ALaterStartActivatesTheFirstAndEndsWell)
     ASSERT_EQ(line(first), "first");
     const Process second = start("id with spaces_TIME12");
     EXPECT_EQ(line(second), "later");
-    EXPECT_EQ(line(first), "activate id with spaces_TIME12");
+    EXPECT_EQ(line(first), "window id with spaces_TIME12");
     end(second);
     EXPECT_EQ(second->exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(second->exitCode(), 0);
-    const Process setup = start("", {QStringLiteral("--setup")});
-    EXPECT_EQ(line(first), "wizard");
-    end(setup);
+    for (const char *request : {"wizard", "permission", "settings", "background"}) {
+        const Process other = start("", {QString::fromLatin1(request)});
+        EXPECT_EQ(line(first), request);
+        end(other);
+    }
 
     end(first);
     const Process third = start("");
@@ -96,7 +98,7 @@ TEST_F(SingleInstanceTest, OfManyStartsAtOnceOneStays)
     EXPECT_EQ(firsts, 1);
     for (const Process &process : all) {
         end(process);
-        activations += int(process->readAll().count("activate x"));
+        activations += int(process->readAll().count("window x"));
     }
     EXPECT_EQ(activations, 7);
 }

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "quillet/window/HomeView.h"
+#include "quillet/widgets/StyledButton.h"
+#include "quillet/widgets/VisualStyle.h"
 #include "quillet/window/CardView.h"
-#include "quillet/window/StyledButton.h"
-#include "quillet/window/VisualStyle.h"
 #include "quillet/window/WindowNotifications.h"
 #include "support/FakePlatform.h"
 
@@ -63,6 +63,22 @@ TEST_F(HomeViewTest, ShowsTheCheckedStatusFromItsFirstAppearanceOn)
     expectBadge(0, "All looks great!", SystemColor::green);
     expectBadge(1, "Beta test", SystemColor::green);
     EXPECT_FALSE(configure().isVisible());
+}
+
+TEST_F(HomeViewTest, SaysWhatTheSessionLacksInPlaceOfAllLooksGreat)
+{
+    QString limitation = QStringLiteral("Native windows are out of reach.");
+    home = std::make_unique<HomeView>(accessibility, notifications, 350, nullptr,
+                                      [&] { return limitation; });
+    home->show();
+    EXPECT_NE(card(0).badge().text(), QStringLiteral("All looks great!"));
+    EXPECT_EQ(card(0).badge().color(), SystemColor::orange);
+    EXPECT_EQ(card(0).text().text(), limitation);
+    limitation.clear();
+    becomeKey();
+    expectBadge(0, "All looks great!", SystemColor::green);
+    EXPECT_TRUE(card(0).text().text().startsWith(QStringLiteral("Quillet is ready")));
+    home.reset();
 }
 
 TEST_F(HomeViewTest, OffersTheWizardWhileNotTrustedAndTurnsGreenAfterwards)

@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "quillet/window/OnboardingWizardView.h"
-#include "quillet/window/StyledButton.h"
+#include "quillet/widgets/StyledButton.h"
 #include "quillet/window/TutorialEditor.h"
 #include "support/FakePlatform.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -29,6 +30,8 @@ protected:
     QSettings defaults{folder.filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat};
     fake::Accessibility accessibility;
     int observerTouched = 0;
+    int broughtToFront = 0;
+    QString limitation;
     QStringList events;
     bool seenWhenTracked = false;
     std::unique_ptr<OnboardingWizardView> wizard = makeWizard();
@@ -42,7 +45,8 @@ protected:
             [this](const QString &event) {
                 events.append(event);
                 seenWhenTracked = defaults.value(kSeen).toBool();
-            }});
+            },
+            [this] { ++broughtToFront; }, [this] { return limitation; }});
     }
 
     StyledButton &button() { return *wizard->findChild<StyledButton *>(); }
@@ -109,6 +113,7 @@ TEST_F(OnboardingWizardViewTest, WaitsForThePermissionAndThenGoesOnByItself)
     EXPECT_EQ(wizard->step(), 3);
     EXPECT_TRUE(wizard->hasAccessibilityPermission());
     EXPECT_FALSE(timer().isActive());
+    EXPECT_EQ(broughtToFront, 1) << "the permission was given in another window";
     EXPECT_GT(observerTouched, 0);
     EXPECT_EQ(events.size(), 1);
 }
@@ -148,6 +153,24 @@ TEST_F(OnboardingWizardViewTest, KeyboardAloneGoesFromStartToDone)
     QTest::keyClick(&button(), Qt::Key_Return);
     ASSERT_EQ(showOnboarding.count(), 1);
     EXPECT_FALSE(showOnboarding.at(0).at(0).toBool());
+}
+
+TEST_F(OnboardingWizardViewTest, SaysInTheTutorialWhatTheSessionLacks)
+{
+    limitation = QStringLiteral("Native windows are out of reach.");
+    const auto isSaid = [this] {
+        for (const QLabel *label : wizard->findChildren<QLabel *>())
+            if (label->text() == limitation && label->isVisible())
+                return true;
+        return false;
+    };
+    goTo(2);
+    EXPECT_FALSE(isSaid());
+    accessibility.trusted = true;
+    tick();
+    EXPECT_TRUE(isSaid());
+    button().click();
+    EXPECT_FALSE(isSaid());
 }
 
 TEST_F(OnboardingWizardViewTest, LooksTheSameUnderADarkDesktop)

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/localisation/Localisation.h"
+#include "quillet/widgets/Localisation.h"
 
 #include <QLocale>
 #include <QTranslator>
@@ -22,10 +22,14 @@ struct Table {
 
 } // namespace
 
-QString localized(const QString &identifier)
+QString localized(const QString &key)
+{
+    return localized(key.toUtf8().constData());
+}
+
+QString localized(const char *key)
 {
     static const Table table;
-    const QString title =
-        table.translator.translate("Localizable", identifier.toUtf8().constData());
-    return title.isEmpty() ? identifier : title;
+    const QString title = table.translator.translate("Localizable", key);
+    return title.isEmpty() ? QString::fromUtf8(key) : title;
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/popup/PillButton.h"
+#include "quillet/widgets/PillButton.h"
 
 #include <QFontMetricsF>
 #include <QKeyEvent>

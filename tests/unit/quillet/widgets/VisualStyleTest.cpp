@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/VisualStyle.h"
-#include "quillet/window/Fonts.h"
+#include "quillet/widgets/VisualStyle.h"
+#include "quillet/widgets/Fonts.h"
 
 #include <gtest/gtest.h>
 

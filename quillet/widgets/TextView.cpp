@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/TextView.h"
+#include "quillet/widgets/TextView.h"
 
 #include <QFontMetrics>
 #include <QPainter>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "quillet/window/VisualStyle.h"
+#include "quillet/widgets/VisualStyle.h"
 
 #include <QPushButton>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/Fonts.h"
+#include "quillet/widgets/Fonts.h"
 
 #include <QFontDatabase>
 #include <QHash>

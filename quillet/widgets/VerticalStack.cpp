@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/VerticalStack.h"
+#include "quillet/widgets/VerticalStack.h"
 
 #include <QSpacerItem>
 #include <QWidget>

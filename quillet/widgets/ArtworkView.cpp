@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/ArtworkView.h"
+#include "quillet/widgets/ArtworkView.h"
 
 #include <QPainter>
 #include <QSvgRenderer>

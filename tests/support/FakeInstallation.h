@@ -34,10 +34,10 @@ public:
         return record(QStringLiteral("exists? ") + path), targetExists;
     }
     int runModalAlert(const QString &messageText, const QString &informativeText,
-                      const QStringList &buttons) override
+                      const QStringList &buttons, const QString &footnote) override
     {
         return record(QStringLiteral("alert ") + messageText + u'|' + informativeText + u'|' +
-                      buttons.join(u',')),
+                      buttons.join(u',') + u'|' + footnote),
                answer;
     }
     QString copyBundle(const QString &from, const QString &to) override
@@ -48,7 +48,13 @@ public:
     {
         record(QStringLiteral("unmark ") + path);
     }
-    void start(const QString &path) override { record(QStringLiteral("start ") + path); }
+    void start(const QString &path, const QStringList &arguments) override
+    {
+        record((QStringList{QStringLiteral("start"), path} + arguments).join(u' '));
+    }
+    bool atLogin = false;
+    bool startsAtLogin() override { return atLogin; }
+    bool setStartsAtLogin(bool starts) override { return atLogin = starts, true; }
     void terminate() override { record(QStringLiteral("terminate")); }
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/StyledButton.h"
+#include "quillet/widgets/StyledButton.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/VerticalStack.h"
-#include "quillet/window/TextView.h"
+#include "quillet/widgets/VerticalStack.h"
+#include "quillet/widgets/TextView.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/window/VisualStyle.h"
+#include "quillet/widgets/VisualStyle.h"
 
-#include "quillet/window/Fonts.h"
-#include "quillet/window/WindowMetrics.h"
+#include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/WindowMetrics.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -1,0 +1,260 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "quillet/settings/SettingsWindow.h"
+
+#include "quillet/settings/UserSettings.h"
+#include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/Localisation.h"
+#include "quillet/widgets/VisualStyle.h"
+
+#include <QCheckBox>
+#include <QEvent>
+#include <QFile>
+#include <QFormLayout>
+#include <QKeySequenceEdit>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSettings>
+#include <QShortcut>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QVBoxLayout>
+
+namespace
+{
+
+/// Points.
+constexpr int Width = 520;
+constexpr int Height = 620;
+constexpr int Margin = 28;
+constexpr int ListHeight = 84;
+
+QLabel *text(const QString &words)
+{
+    auto *label = new QLabel(words);
+    label->setFont(customFont(QStringLiteral("Manrope-Regular"), 14));
+    label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+void addTitle(QBoxLayout *layout, const QString &words)
+{
+    auto *label = new QLabel(words);
+    label->setFont(customFont(QStringLiteral("Manrope-SemiBold"), 18));
+    layout->addSpacing(10);
+    layout->addWidget(label);
+}
+
+QHBoxLayout *besides(QWidget *left, QWidget *right)
+{
+    auto *row = new QHBoxLayout;
+    row->addWidget(left, 1);
+    row->addWidget(right, 0, Qt::AlignTop);
+    return row;
+}
+
+} // namespace
+
+SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *parent)
+    : QWidget(parent)
+    , m_collaborators(collaborators)
+{
+    setWindowTitle(localized("Quillet Settings"));
+    setPalette(lightPalette());
+    setAutoFillBackground(true);
+    // A dark theme's style may paint in its own colours, whatever the palette says.
+    if (QStyle *fusion = QStyleFactory::create(QStringLiteral("Fusion"))) {
+        fusion->setParent(this);
+        setStyle(fusion);
+    }
+    setFont(customFont(QStringLiteral("Manrope-Regular"), 14));
+
+    auto *page = new QWidget;
+    auto *sections = new QVBoxLayout(page);
+    sections->setContentsMargins(Margin, Margin / 2, Margin, Margin);
+    sections->setSpacing(8);
+    addPermission(sections);
+    addShortcut(sections);
+    addLoginStart(sections);
+    addModel(sections);
+    addPrograms(sections);
+    addRecording(sections);
+    sections->addStretch();
+
+    auto *scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidget(page);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroll);
+    resize(Width, Height);
+
+    auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, &QWidget::close);
+}
+
+void SettingsWindow::addPermission(QBoxLayout *layout)
+{
+    addTitle(layout, localized("Permission"));
+    m_permission = text({});
+    auto *open = new QPushButton(localized("Change…"));
+    open->setAccessibleName(localized("Change the permission"));
+    connect(open, &QPushButton::clicked, this,
+            [this] { m_collaborators.accessibility.openAccessibilitySettings(); });
+    layout->addLayout(besides(m_permission, open));
+    showPermission();
+}
+
+void SettingsWindow::addShortcut(QBoxLayout *layout)
+{
+    addTitle(layout, localized("Shortcut"));
+    layout->addWidget(text(localized("Opens the commands for the input that you are in, or for "
+                                     "what is selected in it.")));
+    m_shortcut = new QKeySequenceEdit(m_collaborators.settings.shortcut());
+    m_shortcut->setAccessibleName(localized("Shortcut"));
+    auto *none = new QPushButton(localized("None"));
+    none->setAccessibleName(localized("No shortcut"));
+    connect(none, &QPushButton::clicked, m_shortcut, &QKeySequenceEdit::clear);
+    connect(none, &QPushButton::clicked, this, [this] {
+        m_collaborators.settings.setShortcut({});
+        showShortcut();
+    });
+    connect(m_shortcut, &QKeySequenceEdit::editingFinished, this, [this] {
+        // One combination: the system knows no sequences of them.
+        const QKeySequence keys = m_shortcut->keySequence();
+        const QKeySequence first = keys.isEmpty() ? keys : QKeySequence(keys[0]);
+        m_shortcut->setKeySequence(first);
+        m_collaborators.settings.setShortcut(first);
+        showShortcut();
+    });
+    layout->addLayout(besides(m_shortcut, none));
+    m_shortcutState = text({});
+    layout->addWidget(m_shortcutState);
+    showShortcut();
+}
+
+void SettingsWindow::addLoginStart(QBoxLayout *layout)
+{
+    addTitle(layout, localized("Start"));
+    auto *start = new QCheckBox(localized("Start Quillet when I log in, without a window"));
+    start->setChecked(m_collaborators.installation.startsAtLogin());
+    connect(start, &QCheckBox::toggled, this, [this, start](bool wanted) {
+        if (!m_collaborators.installation.setStartsAtLogin(wanted))
+            start->setChecked(m_collaborators.installation.startsAtLogin());
+    });
+    layout->addWidget(start);
+}
+
+void SettingsWindow::addModel(QBoxLayout *layout)
+{
+    addTitle(layout, localized("Language model"));
+    layout->addWidget(text(localized(
+        "Without one, Quillet corrects and improves texts on this machine. For the other commands, "
+        "name a server that speaks the chat completions interface.")));
+    QSettings file(m_collaborators.modelFile, QSettings::IniFormat);
+    const auto field = [this, &file](const char *key) {
+        auto *edit = new QLineEdit(
+            file.value(QStringLiteral("model/") + QString::fromLatin1(key)).toString());
+        connect(edit, &QLineEdit::editingFinished, this, &SettingsWindow::saveModel);
+        return edit;
+    };
+    m_modelAddress = field("url");
+    m_modelAddress->setPlaceholderText(QStringLiteral("http://127.0.0.1:11434"));
+    m_modelName = field("name");
+    m_modelKey = field("key");
+    m_modelKey->setEchoMode(QLineEdit::Password);
+    auto *form = new QFormLayout;
+    form->addRow(localized("Address"), m_modelAddress);
+    form->addRow(localized("Model"), m_modelName);
+    form->addRow(localized("Key"), m_modelKey);
+    layout->addLayout(form);
+}
+
+void SettingsWindow::addPrograms(QBoxLayout *layout)
+{
+    addTitle(layout, localized("Programs"));
+    layout->addWidget(text(localized("Quillet stays out of these. The menu of its button, with the "
+                                     "other mouse button, adds one.")));
+    m_programs = new QListWidget;
+    m_programs->setAccessibleName(localized("Programs that Quillet stays out of"));
+    m_programs->setFixedHeight(ListHeight);
+    m_remove = new QPushButton(localized("Remove"));
+    connect(m_remove, &QPushButton::clicked, this, &SettingsWindow::removeProgram);
+    connect(m_programs, &QListWidget::itemSelectionChanged, this,
+            [this] { m_remove->setEnabled(!m_programs->selectedItems().isEmpty()); });
+    connect(&m_collaborators.settings, &UserSettings::excludedProgramsChanged, this,
+            &SettingsWindow::showPrograms);
+    layout->addLayout(besides(m_programs, m_remove));
+    showPrograms();
+}
+
+void SettingsWindow::addRecording(QBoxLayout *layout)
+{
+    addTitle(layout, localized("What is recorded"));
+    layout->addWidget(text(localized(
+        "That you have opened the wizard, clicked the button, run a command and which one, and "
+        "applied a result. Never a text, nor the name of a program.")));
+}
+
+void SettingsWindow::showPermission()
+{
+    m_permission->setText(m_collaborators.accessibility.AXIsProcessTrusted()
+                              ? localized("Quillet may read and write the inputs of your programs.")
+                              : localized("Quillet may not see your programs."));
+}
+
+void SettingsWindow::showShortcut()
+{
+    const bool isTaken =
+        !m_collaborators.settings.shortcut().isEmpty() && !m_collaborators.holdsShortcut();
+    m_shortcutState->setText(
+        isTaken ? localized("These keys are not free: another program has them, or the system does "
+                            "not hand them out. Press others.")
+                : QString());
+    m_shortcutState->setVisible(isTaken);
+}
+
+void SettingsWindow::showPrograms()
+{
+    m_programs->clear();
+    m_programs->addItems(m_collaborators.settings.excludedPrograms());
+    m_remove->setEnabled(false);
+}
+
+void SettingsWindow::removeProgram()
+{
+    for (const QListWidgetItem *item : m_programs->selectedItems())
+        m_collaborators.settings.setExcluded(QString(item->text()), false);
+}
+
+void SettingsWindow::saveModel()
+{
+    QSettings file(m_collaborators.modelFile, QSettings::IniFormat);
+    for (const auto &[key, edit] : {std::pair("url", m_modelAddress),
+                                    std::pair("name", m_modelName), std::pair("key", m_modelKey)}) {
+        const QString name = QStringLiteral("model/") + QString::fromLatin1(key);
+        const QString value = edit->text().trimmed();
+        if (value.isEmpty())
+            file.remove(name);
+        else if (file.value(name).toString() != value)
+            file.setValue(name, value);
+    }
+    file.sync();
+    // It holds a key.
+    QFile::setPermissions(m_collaborators.modelFile, QFile::ReadOwner | QFile::WriteOwner);
+}
+
+bool SettingsWindow::event(QEvent *event)
+{
+    // The user comes back from the window where the permission is given.
+    if (event->type() == QEvent::WindowActivate)
+        showPermission();
+    return QWidget::event(event);
+}

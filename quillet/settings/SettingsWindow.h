@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QBoxLayout;
+class QCheckBox;
+class QKeySequenceEdit;
+class QLabel;
+class QListWidget;
+class QLineEdit;
+class QPushButton;
+class UserSettings;
+
+/// The settings in one window: each is in force as soon as it is changed, and there is nothing to
+/// confirm. Works with the keyboard alone; Escape closes it. Main thread.
+class SettingsWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    struct Collaborators {
+        platform::Accessibility &accessibility;
+        platform::Installation &installation;
+        UserSettings &settings;
+        /// The file that the writing backend reads: address, name and key of a language model.
+        QString modelFile;
+        /// Whether the shortcut that is set has been taken from the system.
+        std::function<bool()> holdsShortcut;
+    };
+
+    /// What the collaborators refer to must outlive the window.
+    explicit SettingsWindow(const Collaborators &collaborators, QWidget *parent = nullptr);
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    void addPermission(QBoxLayout *layout);
+    void addShortcut(QBoxLayout *layout);
+    void addLoginStart(QBoxLayout *layout);
+    void addModel(QBoxLayout *layout);
+    void addPrograms(QBoxLayout *layout);
+    void addRecording(QBoxLayout *layout);
+
+    void showPermission();
+    void showShortcut();
+    void showPrograms();
+    void removeProgram();
+    void saveModel();
+
+    Collaborators m_collaborators;
+    QLabel *m_permission = nullptr;
+    QKeySequenceEdit *m_shortcut = nullptr;
+    QLabel *m_shortcutState = nullptr;
+    QLineEdit *m_modelAddress = nullptr;
+    QLineEdit *m_modelName = nullptr;
+    QLineEdit *m_modelKey = nullptr;
+    QListWidget *m_programs = nullptr;
+    QPushButton *m_remove = nullptr;
+};
