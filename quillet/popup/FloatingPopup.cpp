@@ -4,6 +4,7 @@
 #include "quillet/popup/FloatingPopup.h"
 
 #include "commands/Catalogue.h"
+#include "commands/Note.h"
 #include "quillet/analytics/EventTracker.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/popup/PopupLayout.h"
@@ -21,6 +22,8 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QTimer>
+
+#include <utility>
 
 using PopupLayout::flipped;
 
@@ -246,6 +249,7 @@ void FloatingPopup::removeContent()
     m_resultView = nullptr;
     m_resultArea = nullptr;
     m_request.reset();
+    m_appliesWhenComplete = false;
 }
 
 PillButton *FloatingPopup::createCustomButton(const QString &identifier,
@@ -326,6 +330,7 @@ void FloatingPopup::finishRequest(const BackendService::AnswerResult &result)
 {
     if (const auto *failure = std::get_if<BackendFailure>(&result)) {
         printLine(QStringLiteral("Error: ") + describe(*failure));
+        m_appliesWhenComplete = false;
         tellFailure(failureSentence(*failure));
         return;
     }
@@ -334,6 +339,8 @@ void FloatingPopup::finishRequest(const BackendService::AnswerResult &result)
         m_resultArea->showAnswer(answer.text, answer.writer);
     if (!answer.remark.isEmpty())
         Q_EMIT failed(answer.remark);
+    if (std::exchange(m_appliesWhenComplete, false) && !isNote(answer.text))
+        apply();
 }
 
 void FloatingPopup::tellFailure(const QString &sentence)
@@ -358,6 +365,11 @@ void FloatingPopup::textAreaButtonClicked(PillButton *sender)
 
 void FloatingPopup::apply()
 {
+    // Only a whole answer is written; "apply" holds until it is here.
+    if (m_resultArea && m_resultArea->isGrowing()) {
+        m_appliesWhenComplete = true;
+        return;
+    }
     const std::optional<QString> text =
         m_resultArea ? m_resultArea->textToApply() : std::optional<QString>();
     if (!text) {

@@ -114,5 +114,7 @@ private:
     QPointer<QScrollArea> m_subScrollView;
     QPointer<QWidget> m_resultView;
     QList<PillButton *> m_topToolButtons;
+    /// The user has chosen "apply" while the answer was still growing.
+    bool m_appliesWhenComplete = false;
     bool m_tookKeyboard = false;
 };

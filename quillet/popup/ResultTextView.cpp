@@ -109,14 +109,19 @@ void ResultTextView::setString(const QString &text)
 
 void ResultTextView::append(const QString &piece)
 {
-    QScrollBar *bar = verticalScrollBar();
-    const bool follows = bar->value() == bar->maximum() && !document()->isModified();
     const bool wasModified = document()->isModified();
+    QScrollBar *bar = verticalScrollBar();
+    const int place = bar->value();
+    const bool follows = place == bar->maximum() && !wasModified;
+    QTextCursor caret = textCursor();
+    const int anchor = caret.anchor();
+    const int position = caret.position();
+
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
     // A line that grows is laid out again with each piece: a long one goes on in a new block.
-    if (end.block().length() > Piece &&
-        !end.block().text().at(end.block().length() - 2).isHighSurrogate()) {
+    const int length = end.block().length();
+    if (length > Piece && !end.block().text().at(length - 2).isHighSurrogate()) {
         end.insertBlock();
         end.block().setUserState(Continues);
     }
@@ -125,8 +130,12 @@ void ResultTextView::append(const QString &piece)
     if (m_original.size() == piece.size())
         alignBy(piece);
     document()->setModified(wasModified);
-    if (follows)
-        bar->setValue(bar->maximum());
+
+    // What is inserted at the caret takes it along; it stays where the user has it.
+    caret.setPosition(anchor);
+    caret.setPosition(position, QTextCursor::KeepAnchor);
+    setTextCursor(caret);
+    bar->setValue(follows ? bar->maximum() : place);
 }
 
 /// The layout of plain text aligns all paragraphs alike: by the direction in which `text` begins.

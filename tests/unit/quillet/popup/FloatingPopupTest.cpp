@@ -20,6 +20,8 @@
 
 #include <QMouseEvent>
 #include <QScrollArea>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 #include <gtest/gtest.h>
 
@@ -339,7 +341,7 @@ TEST(ResultArea, AGrowingAnswerIsWrittenOnlyWhenItIsComplete)
     edited.textView()->insertPlainText(QStringLiteral("my "));
     edited.appendPiece(QStringLiteral("two"));
     edited.showAnswer(QStringLiteral("one two"));
-    EXPECT_EQ(edited.textToApply(), QStringLiteral("one my two")) << "the edit stays";
+    EXPECT_EQ(edited.textToApply(), QStringLiteral("my one two")) << "the edit stays";
 }
 
 TEST_F(FloatingPopupTest, TheWholeJobIsDoneWithTheKeyboard)
