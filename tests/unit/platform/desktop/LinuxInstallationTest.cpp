@@ -142,6 +142,9 @@ TEST_F(LinuxInstallationTest, CopiesTheBundleAndTellsTheDesktop)
     ASSERT_EQ(::stat(QFile::encodeName(target + s("/share/readonly/secret")).constData(), &info),
               0);
     EXPECT_EQ(info.st_mode & 07777, mode_t(0400));
+    // A folder that its owner may not write could not be filled, updated or removed.
+    ASSERT_EQ(::stat(QFile::encodeName(target + s("/share/readonly")).constData(), &info), 0);
+    EXPECT_EQ(info.st_mode & 07777, mode_t(0755));
     EXPECT_TRUE(QFileInfo(target + s("/bin/quillet")).isExecutable());
     char link[64] = {};
     EXPECT_GT(::readlink(QFile::encodeName(target + s("/start")).constData(), link, sizeof link),
