@@ -573,5 +573,17 @@ Ihren Lieblingsprogrammen</translation>
         <source>Works in some programs</source>
         <translation>Funktioniert in einigen Programmen</translation>
     </message>
+    <message>
+        <source>The writing service could not be asked, or said nothing</source>
+        <translation>Der Schreibdienst war nicht zu erreichen oder hat nichts geantwortet</translation>
+    </message>
+    <message>
+        <source>%1. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>%1. Ihr Text ist unverändert. Drücken Sie „Reload“, um es noch einmal zu versuchen.</translation>
+    </message>
+    <message>
+        <source>Written by %1</source>
+        <translation>Geschrieben von %1</translation>
+    </message>
 </context>
 </TS>

@@ -573,5 +573,17 @@ en todas sus aplicaciones favoritas</translation>
         <source>Works in some programs</source>
         <translation>Funciona en algunos programas</translation>
     </message>
+    <message>
+        <source>The writing service could not be asked, or said nothing</source>
+        <translation>No se pudo consultar el servicio de escritura o no respondió</translation>
+    </message>
+    <message>
+        <source>%1. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>%1. Su texto no ha cambiado. Pulse «Reload» para intentarlo de nuevo.</translation>
+    </message>
+    <message>
+        <source>Written by %1</source>
+        <translation>Escrito por %1</translation>
+    </message>
 </context>
 </TS>

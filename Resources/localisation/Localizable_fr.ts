@@ -573,5 +573,17 @@ dans toutes vos applications favorites</translation>
         <source>Works in some programs</source>
         <translation>Fonctionne dans certains programmes</translation>
     </message>
+    <message>
+        <source>The writing service could not be asked, or said nothing</source>
+        <translation>Le service d’écriture n’a pas pu être interrogé ou n’a rien répondu</translation>
+    </message>
+    <message>
+        <source>%1. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
+        <translation>%1. Votre texte est inchangé. Appuyez sur « Reload » pour réessayer.</translation>
+    </message>
+    <message>
+        <source>Written by %1</source>
+        <translation>Écrit par %1</translation>
+    </message>
 </context>
 </TS>
