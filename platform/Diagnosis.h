@@ -43,8 +43,12 @@ struct SystemFacts {
     QString sessionType;
     /// The desktop's name for itself.
     QString desktop;
-    /// Whether a display was reached on which the button can be placed.
+    /// Whether an X11 display was reached.
     bool hasDisplay = false;
+    /// Whether the session's compositor offers all that is needed, so that no X11 display is.
+    bool isNativeWayland = false;
+    /// What the session lacks, in one sentence with the way out; empty where that is nothing.
+    QString limitation;
     /// Empty when none runs.
     QString windowManager;
     /// The hints that Quillet uses and the window manager does not follow.

@@ -48,6 +48,8 @@ Finding Doctor::session(const SystemFacts &facts)
     const QString type = facts.sessionType.isEmpty() ? tr("unknown") : facts.sessionType;
     finding.detail = facts.desktop.isEmpty() ? tr("type %1").arg(type)
                                              : tr("type %1, desktop %2").arg(type, facts.desktop);
+    if (facts.isNativeWayland)
+        return finding;
     if (!facts.hasDisplay) {
         finding.state = State::Broken;
         finding.detail += tr("; no X11 display answers");
@@ -58,6 +60,8 @@ Finding Doctor::session(const SystemFacts &facts)
         finding.detail += tr("; Quillet works in programs that run on its X11 server");
         finding.remedy = tr("Choose an X11 session when you log in to use Quillet everywhere.");
     }
+    if (finding.state != State::Good && !facts.limitation.isEmpty())
+        finding.remedy = facts.limitation;
     return finding;
 }
 
@@ -68,7 +72,9 @@ Finding Doctor::windowManager(const SystemFacts &facts)
                     State::Good,
                     facts.windowManager,
                     {}};
-    if (!facts.hasDisplay || facts.windowManager.isEmpty()) {
+    if (facts.isNativeWayland) {
+        finding.detail = tr("the compositor of the session");
+    } else if (!facts.hasDisplay || facts.windowManager.isEmpty()) {
         finding.state = State::Limited;
         finding.detail = tr("none");
         finding.remedy = tr("Start a window manager: without one, windows are not told apart.");
@@ -155,7 +161,9 @@ QList<Finding> Doctor::programs(const SystemFacts &facts)
 Finding Doctor::typing(const SystemFacts &facts)
 {
     Finding finding{QStringLiteral("typing"), tr("Typing"), State::Good, {}, {}};
-    if (!facts.hasDisplay || !facts.missingForTyping.isEmpty()) {
+    if (facts.isNativeWayland) {
+        finding.detail = tr("every character can be typed");
+    } else if (!facts.hasDisplay || !facts.missingForTyping.isEmpty()) {
         finding.state = State::Limited;
         finding.detail =
             facts.hasDisplay

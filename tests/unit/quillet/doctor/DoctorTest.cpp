@@ -56,6 +56,24 @@ TEST(Doctor, FindsNothingInAGoodEnvironment)
     }
 }
 
+TEST(Doctor, NeedsNoX11WhereTheCompositorOffersEverything)
+{
+    SystemFacts facts = goodSystem();
+    facts.sessionType = QStringLiteral("wayland");
+    facts.hasDisplay = false;
+    facts.windowManager.clear();
+    facts.spareKeys = 0;
+    facts.isNativeWayland = true;
+    for (const Finding &finding : Doctor::judge(facts, goodBackend))
+        EXPECT_EQ(finding.state, State::Good) << finding.id.toStdString();
+
+    facts.isNativeWayland = false;
+    facts.limitation = QStringLiteral("choose another session");
+    const QList<Finding> findings = Doctor::judge(facts, goodBackend);
+    EXPECT_EQ(findings[0].state, State::Broken);
+    EXPECT_EQ(findings[0].remedy, facts.limitation);
+}
+
 TEST(Doctor, NamesWhatIsBrokenWithARemedyAndFails)
 {
     struct Case {
