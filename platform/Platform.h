@@ -6,6 +6,7 @@
 #include "platform/Accessibility.h"
 #include "platform/Installation.h"
 #include "platform/KeyboardEvents.h"
+#include "platform/ProgramAccess.h"
 #include "platform/Workspace.h"
 
 #include <memory>
@@ -24,6 +25,8 @@ public:
     virtual KeyboardEvents &keyboard() = 0;
     virtual Workspace &workspace() = 0;
     virtual Installation &installation() = 0;
+    /// Null where the system knows no switches of programs.
+    virtual ProgramAccess *programAccess() { return nullptr; }
 };
 
 /// Whether windows can be shown: the toolkit ends the process where it finds no display. Call it

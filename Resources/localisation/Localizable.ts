@@ -585,5 +585,41 @@ across all your favourite apps</translation>
         <source>Written by %1</source>
         <translation>Written by %1</translation>
     </message>
+    <message>
+        <source>%1 still shows Quillet only its window, because it was started before its switch was turned on, or not from the menu. Quit it and start it from the menu.</source>
+        <translation>%1 still shows Quillet only its window, because it was started before its switch was turned on, or not from the menu. Quit it and start it from the menu.</translation>
+    </message>
+    <message>
+        <source>%1 shows Quillet only its window. A switch in its menu entry lets Quillet see the texts that you write in it.</source>
+        <translation>%1 shows Quillet only its window. A switch in its menu entry lets Quillet see the texts that you write in it.</translation>
+    </message>
+    <message>
+        <source>Turn on for %1</source>
+        <translation>Turn on for %1</translation>
+    </message>
+    <message>
+        <source>%1 shows its texts from its next start on. The settings take this back.</source>
+        <translation>%1 shows its texts from its next start on. The settings take this back.</translation>
+    </message>
+    <message>
+        <source>Start again when I quit it</source>
+        <translation>Start again when I quit it</translation>
+    </message>
+    <message>
+        <source>%1 was not started again. Start it from the menu.</source>
+        <translation>%1 was not started again. Start it from the menu.</translation>
+    </message>
+    <message>
+        <source>These show their texts because Quillet has turned on a switch in their menu entry.</source>
+        <translation>These show their texts because Quillet has turned on a switch in their menu entry.</translation>
+    </message>
+    <message>
+        <source>Programs whose switch is on</source>
+        <translation>Programs whose switch is on</translation>
+    </message>
+    <message>
+        <source>Turn off</source>
+        <translation>Turn off</translation>
+    </message>
 </context>
 </TS>

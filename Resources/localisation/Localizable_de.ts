@@ -585,5 +585,41 @@ Ihren Lieblingsprogrammen</translation>
         <source>Written by %1</source>
         <translation>Geschrieben von %1</translation>
     </message>
+    <message>
+        <source>%1 still shows Quillet only its window, because it was started before its switch was turned on, or not from the menu. Quit it and start it from the menu.</source>
+        <translation>%1 zeigt Quillet weiterhin nur sein Fenster, weil es vor dem Einschalten des Schalters oder nicht aus dem Menü gestartet wurde. Beenden Sie es und starten Sie es aus dem Menü.</translation>
+    </message>
+    <message>
+        <source>%1 shows Quillet only its window. A switch in its menu entry lets Quillet see the texts that you write in it.</source>
+        <translation>%1 zeigt Quillet nur sein Fenster. Ein Schalter in seinem Menüeintrag lässt Quillet die Texte sehen, die Sie darin schreiben.</translation>
+    </message>
+    <message>
+        <source>Turn on for %1</source>
+        <translation>Für %1 einschalten</translation>
+    </message>
+    <message>
+        <source>%1 shows its texts from its next start on. The settings take this back.</source>
+        <translation>%1 zeigt seine Texte ab dem nächsten Start. Die Einstellungen machen das rückgängig.</translation>
+    </message>
+    <message>
+        <source>Start again when I quit it</source>
+        <translation>Neu starten, wenn ich es beende</translation>
+    </message>
+    <message>
+        <source>%1 was not started again. Start it from the menu.</source>
+        <translation>%1 wurde nicht neu gestartet. Starten Sie es aus dem Menü.</translation>
+    </message>
+    <message>
+        <source>These show their texts because Quillet has turned on a switch in their menu entry.</source>
+        <translation>Diese zeigen ihre Texte, weil Quillet einen Schalter in ihrem Menüeintrag eingeschaltet hat.</translation>
+    </message>
+    <message>
+        <source>Programs whose switch is on</source>
+        <translation>Programme mit eingeschaltetem Schalter</translation>
+    </message>
+    <message>
+        <source>Turn off</source>
+        <translation>Ausschalten</translation>
+    </message>
 </context>
 </TS>

@@ -585,5 +585,41 @@ en todas sus aplicaciones favoritas</translation>
         <source>Written by %1</source>
         <translation>Escrito por %1</translation>
     </message>
+    <message>
+        <source>%1 still shows Quillet only its window, because it was started before its switch was turned on, or not from the menu. Quit it and start it from the menu.</source>
+        <translation>%1 sigue mostrando a Quillet solo su ventana, porque se inició antes de activar su opción o no desde el menú. Ciérrelo e inícielo desde el menú.</translation>
+    </message>
+    <message>
+        <source>%1 shows Quillet only its window. A switch in its menu entry lets Quillet see the texts that you write in it.</source>
+        <translation>%1 muestra a Quillet solo su ventana. Una opción en su entrada del menú permite a Quillet ver los textos que usted escribe en él.</translation>
+    </message>
+    <message>
+        <source>Turn on for %1</source>
+        <translation>Activar para %1</translation>
+    </message>
+    <message>
+        <source>%1 shows its texts from its next start on. The settings take this back.</source>
+        <translation>%1 mostrará sus textos a partir del próximo inicio. Los ajustes lo deshacen.</translation>
+    </message>
+    <message>
+        <source>Start again when I quit it</source>
+        <translation>Iniciar de nuevo cuando lo cierre</translation>
+    </message>
+    <message>
+        <source>%1 was not started again. Start it from the menu.</source>
+        <translation>%1 no se ha iniciado de nuevo. Inícielo desde el menú.</translation>
+    </message>
+    <message>
+        <source>These show their texts because Quillet has turned on a switch in their menu entry.</source>
+        <translation>Estos muestran sus textos porque Quillet ha activado una opción en su entrada del menú.</translation>
+    </message>
+    <message>
+        <source>Programs whose switch is on</source>
+        <translation>Programas con la opción activada</translation>
+    </message>
+    <message>
+        <source>Turn off</source>
+        <translation>Desactivar</translation>
+    </message>
 </context>
 </TS>

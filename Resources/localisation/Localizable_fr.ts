@@ -585,5 +585,41 @@ dans toutes vos applications favorites</translation>
         <source>Written by %1</source>
         <translation>Écrit par %1</translation>
     </message>
+    <message>
+        <source>%1 still shows Quillet only its window, because it was started before its switch was turned on, or not from the menu. Quit it and start it from the menu.</source>
+        <translation>%1 ne montre toujours à Quillet que sa fenêtre, car il a été lancé avant l’activation de son option ou hors du menu. Quittez-le et lancez-le depuis le menu.</translation>
+    </message>
+    <message>
+        <source>%1 shows Quillet only its window. A switch in its menu entry lets Quillet see the texts that you write in it.</source>
+        <translation>%1 ne montre à Quillet que sa fenêtre. Une option dans son entrée de menu permet à Quillet de voir les textes que vous y écrivez.</translation>
+    </message>
+    <message>
+        <source>Turn on for %1</source>
+        <translation>Activer pour %1</translation>
+    </message>
+    <message>
+        <source>%1 shows its texts from its next start on. The settings take this back.</source>
+        <translation>%1 montrera ses textes à partir de son prochain lancement. Les réglages annulent cela.</translation>
+    </message>
+    <message>
+        <source>Start again when I quit it</source>
+        <translation>Relancer quand je le quitte</translation>
+    </message>
+    <message>
+        <source>%1 was not started again. Start it from the menu.</source>
+        <translation>%1 n’a pas été relancé. Lancez-le depuis le menu.</translation>
+    </message>
+    <message>
+        <source>These show their texts because Quillet has turned on a switch in their menu entry.</source>
+        <translation>Ceux-ci montrent leurs textes parce que Quillet a activé une option dans leur entrée de menu.</translation>
+    </message>
+    <message>
+        <source>Programs whose switch is on</source>
+        <translation>Programmes dont l’option est activée</translation>
+    </message>
+    <message>
+        <source>Turn off</source>
+        <translation>Désactiver</translation>
+    </message>
 </context>
 </TS>

@@ -4,6 +4,7 @@
 #include "platform/Platform.h"
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
+#include "platform/linux/desktop/DesktopProgramAccess.h"
 #include "platform/linux/desktop/LinuxInstallation.h"
 #include "platform/linux/inputmethods/DesktopInputMethods.h"
 #include "platform/linux/keyboard/XTestKeyboard.h"
@@ -56,10 +57,12 @@ public:
     KeyboardEvents &keyboard() override { return m_keyboard; }
     Workspace &workspace() override { return m_windowSystem.workspace(); }
     Installation &installation() override { return m_installation; }
+    ProgramAccess *programAccess() override { return &m_programAccess; }
 
 private:
     QSettings m_settings{QStringLiteral("quillet"), QStringLiteral("platform")};
     linux_::LinuxInstallation m_installation;
+    linux_::DesktopProgramAccess m_programAccess;
     linux_::X11WindowSystem m_windowSystem;
     linux_::DesktopInputMethods m_inputMethods;
     linux_::XTestKeyboard m_typist{&m_inputMethods};

@@ -30,6 +30,7 @@ Application::Application(const QByteArray &startupId, StartRequest request, bool
     : m_platform(platform::createPlatform())
     , m_notice(m_platform->workspace())
     , m_rescue(m_notice)
+    , m_programAdvice(m_platform->programAccess(), m_notice, m_defaults)
 {
     m_app = std::make_unique<QuilletApp>(QuilletApp::Parts{
         .platform = *m_platform,
@@ -218,7 +219,8 @@ void Application::showSettings()
              .modelFile = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                           QStringLiteral("/quillet/backend.ini"),
              // Before the watching begins, no shortcut is taken.
-             .holdsShortcut = [this] { return !m_observing || m_holdsShortcut; }});
+             .holdsShortcut = [this] { return !m_observing || m_holdsShortcut; },
+             .programAccess = m_platform->programAccess()});
         m_settingsWindow->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_platform->workspace().activate(m_settingsWindow);
@@ -246,8 +248,7 @@ void Application::offerLoginStart()
 void Application::adviseOnFocusedApplication()
 {
     const QString advice = m_platform->accessibility().adviceForFocusedApplication();
-    if (advice.isEmpty() || advice == m_lastAdvice)
-        return;
-    m_lastAdvice = advice;
-    m_notice.mention(advice);
+    const std::optional<std::int32_t> pid = m_platform->workspace().frontmostApplication();
+    if (!advice.isEmpty() && pid)
+        m_programAdvice.mention(*pid, advice);
 }

@@ -6,6 +6,7 @@
 #include "quillet/settings/SettingsWindow.h"
 #include "quillet/settings/UserSettings.h"
 #include "quillet/shell/Notice.h"
+#include "quillet/shell/ProgramAdvice.h"
 #include "quillet/shell/QuilletApp.h"
 #include "quillet/shell/TextRescue.h"
 #include "quillet/window/FoundServerQuestion.h"
@@ -54,11 +55,11 @@ private:
     WindowNotifications m_notifications;
     Notice m_notice;
     TextRescue m_rescue;
+    ProgramAdvice m_programAdvice;
     UserSettings m_userSettings{m_defaults};
     QPointer<SettingsWindow> m_settingsWindow;
     bool m_holdsShortcut = false;
     QTimer m_waitForTrust;
-    QString m_lastAdvice;
     bool m_observing = false;
     std::unique_ptr<WritingEndpoint> m_endpoint;
     std::unique_ptr<WritingService> m_writing;

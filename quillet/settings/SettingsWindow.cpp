@@ -83,6 +83,8 @@ SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *pare
     addLoginStart(sections);
     addModel(sections);
     addPrograms(sections);
+    if (m_collaborators.programAccess)
+        addSwitchedPrograms(sections);
     addRecording(sections);
     sections->addStretch();
 
@@ -195,6 +197,25 @@ void SettingsWindow::addPrograms(QBoxLayout *layout)
     showPrograms();
 }
 
+void SettingsWindow::addSwitchedPrograms(QBoxLayout *layout)
+{
+    layout->addWidget(
+        text(localized("These show their texts because Quillet has turned on a switch "
+                       "in their menu entry.")));
+    m_switchedPrograms = new QListWidget;
+    m_switchedPrograms->setAccessibleName(localized("Programs whose switch is on"));
+    m_switchedPrograms->setFixedHeight(ListHeight);
+    m_switchOff = new QPushButton(localized("Turn off"));
+    connect(m_switchOff, &QPushButton::clicked, this, &SettingsWindow::switchProgramOff);
+    connect(m_switchedPrograms, &QListWidget::itemSelectionChanged, this,
+            [this] { m_switchOff->setEnabled(!m_switchedPrograms->selectedItems().isEmpty()); });
+    layout->addLayout(besides(m_switchedPrograms, m_switchOff));
+    m_switchFailure = text({});
+    m_switchFailure->hide();
+    layout->addWidget(m_switchFailure);
+    showSwitchedPrograms();
+}
+
 void SettingsWindow::addRecording(QBoxLayout *layout)
 {
     addTitle(layout, localized("What is recorded"));
@@ -232,6 +253,28 @@ void SettingsWindow::removeProgram()
 {
     for (const QListWidgetItem *item : m_programs->selectedItems())
         m_collaborators.settings.setExcluded(QString(item->text()), false);
+}
+
+void SettingsWindow::showSwitchedPrograms()
+{
+    m_switchedPrograms->clear();
+    const auto programs = m_collaborators.programAccess->turnedOn();
+    for (const platform::ProgramAccess::Program &program : programs) {
+        auto *item = new QListWidgetItem(program.name, m_switchedPrograms);
+        item->setData(Qt::UserRole, program.entry);
+    }
+    m_switchOff->setEnabled(false);
+}
+
+void SettingsWindow::switchProgramOff()
+{
+    for (const QListWidgetItem *item : m_switchedPrograms->selectedItems()) {
+        const QString failure =
+            m_collaborators.programAccess->turnOff(item->data(Qt::UserRole).toString());
+        m_switchFailure->setText(failure);
+        m_switchFailure->setVisible(!failure.isEmpty());
+    }
+    showSwitchedPrograms();
 }
 
 void SettingsWindow::saveModel()

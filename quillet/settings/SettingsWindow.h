@@ -33,6 +33,8 @@ public:
         QString modelFile;
         /// Whether the shortcut that is set has been taken from the system.
         std::function<bool()> holdsShortcut;
+        /// Null where the system knows no switches of programs.
+        platform::ProgramAccess *programAccess = nullptr;
     };
 
     /// What the collaborators refer to must outlive the window.
@@ -47,12 +49,15 @@ private:
     void addLoginStart(QBoxLayout *layout);
     void addModel(QBoxLayout *layout);
     void addPrograms(QBoxLayout *layout);
+    void addSwitchedPrograms(QBoxLayout *layout);
     void addRecording(QBoxLayout *layout);
 
     void showPermission();
     void showShortcut();
     void showPrograms();
     void removeProgram();
+    void showSwitchedPrograms();
+    void switchProgramOff();
     void saveModel();
 
     Collaborators m_collaborators;
@@ -64,4 +69,7 @@ private:
     QLineEdit *m_modelKey = nullptr;
     QListWidget *m_programs = nullptr;
     QPushButton *m_remove = nullptr;
+    QListWidget *m_switchedPrograms = nullptr;
+    QPushButton *m_switchOff = nullptr;
+    QLabel *m_switchFailure = nullptr;
 };

@@ -37,6 +37,8 @@ void Notice::prepareBox(const QString &sentence, const Action &action)
     m_box->setTextFormat(Qt::PlainText);
     // An address in it can be copied.
     m_box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    // Escape and the window's own control close it without the action.
+    m_box->setEscapeButton(QMessageBox::Ok);
     if (action.run) {
         const QPushButton *button = m_box->addButton(action.title, QMessageBox::ActionRole);
         QObject::connect(button, &QPushButton::clicked, m_box, action.run);
