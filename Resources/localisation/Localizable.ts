@@ -366,32 +366,12 @@ across all your favourite apps</translation>
         <translation>Text to try Quillet on</translation>
     </message>
     <message>
-        <source>The writing service sent no answer. Your text is unchanged. Press "reload" to try again.</source>
-        <translation>The writing service sent no answer. Your text is unchanged. Press "reload" to try again.</translation>
-    </message>
-    <message>
-        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press "reload" to try again.</source>
-        <translation>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press "reload" to try again.</translation>
-    </message>
-    <message>
         <source>There is no text in this input yet. Write something, then choose the command again.</source>
         <translation>There is no text in this input yet. Write something, then choose the command again.</translation>
     </message>
     <message>
         <source>Message from Quillet</source>
         <translation>Message from Quillet</translation>
-    </message>
-    <message>
-        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
-        <translation>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</translation>
-    </message>
-    <message>
-        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
-        <translation>Quillet goes on in the background. Start Quillet again to open this window.</translation>
-    </message>
-    <message>
-        <source>Quillet could not write into the other application. Its text is as it was.</source>
-        <translation>Quillet could not write into the other application. Its text is as it was.</translation>
     </message>
     <message>
         <source>Bring Back the Former Clipboard</source>
@@ -620,6 +600,14 @@ across all your favourite apps</translation>
     <message>
         <source>Turn off</source>
         <translation>Turn off</translation>
+    </message>
+    <message>
+        <source>Quillet keeps running in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <translation>Quillet keeps running in the background. Its icon in the tray opens this window again, and ends Quillet.</translation>
+    </message>
+    <message>
+        <source>Quillet keeps running in the background. Start Quillet again to open this window.</source>
+        <translation>Quillet keeps running in the background. Start Quillet again to open this window.</translation>
     </message>
 </context>
 </TS>

@@ -173,7 +173,7 @@ void Application::createObserver()
             if (!allowed)
                 AccessibilityObserver::shared().permissionTakenBack();
         });
-        // The first command is quicker when the backend is up by then.
+        // Starting the backend now makes the first command quicker.
         m_foundServers->look();
         connect(&AccessibilityObserver::shared(), &AccessibilityObserver::noInputFocused, this,
                 &Application::adviseOnFocusedApplication);

@@ -18,7 +18,7 @@ class NonActivatingPanel;
 class SidePanel;
 
 /// Owns the floating button and the popup that it opens, and reads and writes the text of the input
-/// that they belong to. There is at most one button: showing it anew replaces it.
+/// that they belong to. There is at most one button: show() replaces the former one.
 ///
 /// Main thread only. Nothing is reported to the caller; outcomes are printed. What became of a text
 /// is also told through textApplied(), so that the user does not lose one that was not written.

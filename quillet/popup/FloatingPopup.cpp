@@ -10,6 +10,7 @@
 #include "quillet/popup/PopupLayout.h"
 #include "quillet/popup/PopupPanel.h"
 #include "quillet/popup/PopupStyle.h"
+#include "quillet/popup/RequestSentences.h"
 #include "quillet/popup/ResultArea.h"
 #include "quillet/popup/ResultTextView.h"
 #include "quillet/popup/ToolRow.h"
@@ -55,22 +56,6 @@ QRectF visibleFrameFor(const QRectF &button)
     const QPoint centre = flipped(button, mainHeight).center().toPoint();
     const QScreen *screen = QGuiApplication::screenAt(centre);
     return flipped(QRectF((screen ? screen : primary)->availableGeometry()), mainHeight);
-}
-
-/// The commands under "more" are about Quillet itself.
-bool worksOnText(const QString &command)
-{
-    return commandKind(command) != CommandKind::More;
-}
-
-/// What went wrong and what to do about it, without a word of the request.
-QString failureSentence(const BackendFailure &failure)
-{
-    const auto *reason = std::get_if<QString>(&failure);
-    const QString what =
-        reason ? *reason : localized("The writing service could not be asked, or said nothing");
-    return localized("%1. Your text is unchanged. Press \"reload\" to try again.")
-        .arg(what.endsWith(u'.') ? what.chopped(1) : what);
 }
 
 } // namespace
@@ -389,7 +374,7 @@ void FloatingPopup::apply()
     close();
 }
 
-/// Where a widget that had the keyboard is removed, the user goes on at its successor.
+/// The widget that had the keyboard has been removed; `widget` takes its place.
 void FloatingPopup::moveKeyboardTo(QWidget *widget)
 {
     if (m_tookKeyboard && widget)

@@ -22,7 +22,7 @@ constexpr qsizetype Piece = 2000;
 /// More marks than this cost more time than they help.
 constexpr qsizetype MaxMarks = 2000;
 
-/// User state of a block that goes on with the line of the block before it.
+/// User state of a block that continues the line of the block before it.
 constexpr int Continues = 1;
 
 /// QTextDocument keeps these two for itself and would take them for its own structure.
@@ -119,7 +119,7 @@ void ResultTextView::append(const QString &piece)
 
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
-    // A line that grows is laid out again with each piece: a long one goes on in a new block.
+    // Each piece lays out its whole line again, so a long line continues in a new block.
     const int length = end.block().length();
     if (length > Piece && !end.block().text().at(length - 2).isHighSurrogate()) {
         end.insertBlock();

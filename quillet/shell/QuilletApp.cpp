@@ -148,9 +148,9 @@ void QuilletApp::explainFirstClose()
     m_parts.defaults.setValue(key, true);
     m_parts.notice.mention(
         m_menuBarItem->isInTray()
-            ? localized("Quillet goes on in the background. Its icon in the tray opens this window "
+            ? localized("Quillet keeps running in the background. Its icon in the tray opens this window "
                         "again, and ends Quillet.")
-            : localized("Quillet goes on in the background. Start Quillet again to open this "
+            : localized("Quillet keeps running in the background. Start Quillet again to open this "
                         "window."));
 }
 
@@ -197,6 +197,6 @@ void QuilletApp::sendFeedbackEmail()
 
 void QuilletApp::terminate()
 {
-    // Unlike quit(), this does not close the windows first: nobody is closing them.
+    // Unlike quit(), this does not close the windows first: the user has closed none.
     QCoreApplication::exit(0);
 }

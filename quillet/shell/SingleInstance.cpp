@@ -142,7 +142,7 @@ bool SingleInstance::handOver(const QByteArray &request)
     socket.connectToServer(m_name);
     if (!socket.waitForConnected(left(deadline)))
         return false;
-    // An id is one line by its nature; whatever comes in must not become two.
+    // An id is one line. A line feed in it must not make two.
     socket.write(QByteArray(request).replace('\n', ' ') + '\n');
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(left(deadline)))

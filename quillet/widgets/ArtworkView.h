@@ -7,8 +7,8 @@
 
 class QSvgRenderer;
 
-/// A picture of the program's own, drawn anew from its vectors at whatever resolution the screen
-/// has, fitted into its frame without distortion. Main thread.
+/// A picture of the program's own. It is drawn from its vectors at the screen's resolution, fitted
+/// into its frame without distortion. Main thread.
 class ArtworkView : public QLabel
 {
     Q_OBJECT

@@ -24,7 +24,7 @@ class HomeView : public AppearingView
 
 public:
     /// `accessibility` must outlive `notifications`. What an appearance registers with
-    /// `notifications` is never removed: it goes on asking `accessibility` after this view is gone,
+    /// `notifications` is never removed: it still asks `accessibility` after this view is gone,
     /// and each further appearance adds one more. `cardWidth` is kept and has no effect on the
     /// layout. `limitationOfSession` gives the sentence that is shown in a session where Quillet
     /// does not reach all programs, and lives as long as `accessibility`.

@@ -80,7 +80,7 @@ OnboardingWizardView::OnboardingWizardView(const Collaborators &collaborators, Q
 
 void OnboardingWizardView::onAppear()
 {
-    // From now on, not from "Done" on: whoever leaves in the middle has seen it.
+    // Set on appearance, not by "Done": a user who leaves in the middle has seen the wizard.
     m_collaborators.defaults.setValue(QStringLiteral("onboardingSeen"), true);
     m_collaborators.accessibility.AXIsProcessTrusted();
     if (m_step == 2)

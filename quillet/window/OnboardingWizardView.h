@@ -17,7 +17,7 @@ class TextView;
 class TutorialEditor;
 
 /// The first-run wizard: welcome, permission, a try in an editor, done. There is no way back; the
-/// permission page goes on by itself as soon as Quillet is trusted.
+/// permission page moves on by itself as soon as Quillet is trusted.
 ///
 /// Main thread only. Always begins at the first page: make a new one to show it again.
 class OnboardingWizardView : public AppearingView

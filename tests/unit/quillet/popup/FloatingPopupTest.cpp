@@ -257,6 +257,38 @@ TEST_F(FloatingPopupTest, ApplyNeverPutsNothingInThePlaceOfTheText)
     EXPECT_EQ(tracker.events.count(QStringLiteral("Apply")), 2) << "only what is written";
 }
 
+TEST_F(FloatingPopupTest, AnAnswerGrowsAndApplyWaitsForItsEnd)
+{
+    // A server that sends the beginning and then waits.
+    QTcpServer slow;
+    slow.listen(QHostAddress::LocalHost);
+    QTcpSocket *connection = nullptr;
+    QObject::connect(&slow, &QTcpServer::newConnection, &slow, [&] {
+        connection = slow.nextPendingConnection();
+        QObject::connect(connection, &QTcpSocket::readyRead, connection, [&] {
+            connection->readAll();
+            connection->write("HTTP/1.1 200 OK\r\nContent-Length: 11\r\n\r\nhello ");
+        });
+    });
+    endpoint.url = QStringLiteral("http://127.0.0.1:%1/generate").arg(slow.serverPort());
+    open();
+    click("expand");
+    ASSERT_TRUE(showsResult("hello "));
+    click("apply");
+    EXPECT_TRUE(popup.popupWindow()) << "a part is not written";
+    connection->write("world");
+    ASSERT_TRUE(waitUntil([this] { return !input.written.isEmpty(); }));
+    EXPECT_EQ(input.written, QStringList{QStringLiteral("hello world")});
+    EXPECT_FALSE(popup.popupWindow());
+
+    open();
+    click("expand");
+    ASSERT_TRUE(showsResult("hello "));
+    click("cancel");
+    EXPECT_TRUE(waitUntil([&] { return connection->state() != QTcpSocket::ConnectedState; }))
+        << "leaving ends the backend's work";
+}
+
 TEST_F(FloatingPopupTest, ANoteOfTheBackendIsShownAndNeverWritten)
 {
     server.answer = [](const QByteArray &) { return HttpStub::reply("ⓘ It needs a model."); };

@@ -114,7 +114,7 @@ TEST_F(QuilletAppTest, TheFirstCloseIsExplainedOnce)
     app.launch();
     runEvents();
     capturedLines([&] { app.mainWindow()->close(); });
-    EXPECT_TRUE(notice().contains(QStringLiteral("goes on in the background")));
+    EXPECT_TRUE(notice().contains(QStringLiteral("keeps running in the background")));
     m_notice.tell(QStringLiteral("another"));
     app.mainWindow()->show();
     capturedLines([&] { app.mainWindow()->close(); });
