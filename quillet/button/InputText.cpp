@@ -4,6 +4,7 @@
 // How the manager reads and writes the text of its input.
 #include "quillet/button/FloatingButtonManager.h"
 
+#include "quillet/button/NonActivatingPanel.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/focus/AccessibilityElement.h"
 
