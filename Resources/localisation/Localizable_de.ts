@@ -366,14 +366,6 @@ Ihren Lieblingsprogrammen</translation>
         <translation>Text zum Ausprobieren von Quillet</translation>
     </message>
     <message>
-        <source>The writing service sent no answer. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
-        <translation>Der Schreibdienst hat keine Antwort gesendet. Ihr Text ist unverändert. Drücken Sie „Reload“, um es noch einmal zu versuchen.</translation>
-    </message>
-    <message>
-        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
-        <translation>Der Schreibdienst ist nicht erreichbar oder hat vor dem Ende der Antwort aufgehört. Ihr Text ist unverändert. Drücken Sie „Reload“, um es noch einmal zu versuchen.</translation>
-    </message>
-    <message>
         <source>There is no text in this input yet. Write something, then choose the command again.</source>
         <translation>In diesem Feld ist noch kein Text. Schreiben Sie etwas und wählen Sie den Befehl noch einmal.</translation>
     </message>
@@ -382,16 +374,12 @@ Ihren Lieblingsprogrammen</translation>
         <translation>Nachricht von Quillet</translation>
     </message>
     <message>
-        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <source>Quillet keeps running in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
         <translation>Quillet läuft im Hintergrund weiter. Sein Symbol in der Leiste öffnet dieses Fenster wieder und beendet Quillet.</translation>
     </message>
     <message>
-        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
+        <source>Quillet keeps running in the background. Start Quillet again to open this window.</source>
         <translation>Quillet läuft im Hintergrund weiter. Starten Sie Quillet noch einmal, um dieses Fenster zu öffnen.</translation>
-    </message>
-    <message>
-        <source>Quillet could not write into the other application. Its text is as it was.</source>
-        <translation>Quillet konnte nicht in die andere Anwendung schreiben. Ihr Text ist wie zuvor.</translation>
     </message>
     <message>
         <source>Bring Back the Former Clipboard</source>

@@ -366,14 +366,6 @@ en todas sus aplicaciones favoritas</translation>
         <translation>Texto para probar Quillet</translation>
     </message>
     <message>
-        <source>The writing service sent no answer. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
-        <translation>El servicio de escritura no ha respondido. Su texto no ha cambiado. Pulse «Reload» para intentarlo de nuevo.</translation>
-    </message>
-    <message>
-        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
-        <translation>No se pudo acceder al servicio de escritura o se detuvo antes de completar la respuesta. Su texto no ha cambiado. Pulse «Reload» para intentarlo de nuevo.</translation>
-    </message>
-    <message>
         <source>There is no text in this input yet. Write something, then choose the command again.</source>
         <translation>Aún no hay texto en este campo. Escriba algo y elija la orden de nuevo.</translation>
     </message>
@@ -382,16 +374,12 @@ en todas sus aplicaciones favoritas</translation>
         <translation>Mensaje de Quillet</translation>
     </message>
     <message>
-        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <source>Quillet keeps running in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
         <translation>Quillet sigue en segundo plano. Su icono en la bandeja vuelve a abrir esta ventana y cierra Quillet.</translation>
     </message>
     <message>
-        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
+        <source>Quillet keeps running in the background. Start Quillet again to open this window.</source>
         <translation>Quillet sigue en segundo plano. Inicie Quillet de nuevo para abrir esta ventana.</translation>
-    </message>
-    <message>
-        <source>Quillet could not write into the other application. Its text is as it was.</source>
-        <translation>Quillet no pudo escribir en la otra aplicación. Su texto está como antes.</translation>
     </message>
     <message>
         <source>Bring Back the Former Clipboard</source>

@@ -366,14 +366,6 @@ dans toutes vos applications favorites</translation>
         <translation>Texte pour essayer Quillet</translation>
     </message>
     <message>
-        <source>The writing service sent no answer. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
-        <translation>Le service d’écriture n’a pas répondu. Votre texte est inchangé. Appuyez sur « Reload » pour réessayer.</translation>
-    </message>
-    <message>
-        <source>The writing service could not be reached, or stopped before its answer was complete. Your text is unchanged. Press &quot;reload&quot; to try again.</source>
-        <translation>Le service d’écriture est injoignable ou s’est arrêté avant la fin de sa réponse. Votre texte est inchangé. Appuyez sur « Reload » pour réessayer.</translation>
-    </message>
-    <message>
         <source>There is no text in this input yet. Write something, then choose the command again.</source>
         <translation>Ce champ ne contient pas encore de texte. Écrivez quelque chose, puis choisissez de nouveau la commande.</translation>
     </message>
@@ -382,16 +374,12 @@ dans toutes vos applications favorites</translation>
         <translation>Message de Quillet</translation>
     </message>
     <message>
-        <source>Quillet goes on in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
+        <source>Quillet keeps running in the background. Its icon in the tray opens this window again, and ends Quillet.</source>
         <translation>Quillet continue en arrière-plan. Son icône dans la barre rouvre cette fenêtre et permet de quitter Quillet.</translation>
     </message>
     <message>
-        <source>Quillet goes on in the background. Start Quillet again to open this window.</source>
+        <source>Quillet keeps running in the background. Start Quillet again to open this window.</source>
         <translation>Quillet continue en arrière-plan. Lancez de nouveau Quillet pour ouvrir cette fenêtre.</translation>
-    </message>
-    <message>
-        <source>Quillet could not write into the other application. Its text is as it was.</source>
-        <translation>Quillet n’a pas pu écrire dans l’autre application. Son texte est resté le même.</translation>
     </message>
     <message>
         <source>Bring Back the Former Clipboard</source>
