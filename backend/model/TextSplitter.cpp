@@ -28,7 +28,9 @@ qsizetype fittingEnd(const QString &text, qsizetype start, qint64 max)
         if (sum > max)
             break;
     }
-    return i;
+    // A part has a character at least, however little it may have.
+    const qsizetype character = start + 1 < text.size() && text[start].isHighSurrogate() ? 2 : 1;
+    return std::max(i, start + character);
 }
 
 bool endsParagraph(const QString &text, qsizetype i)

@@ -57,6 +57,17 @@ TEST(Configuration, ReadsTheFileAndLetsTheEnvironmentOverrule)
               u"http://[::1]:8080/v1/chat/completions"_qs);
 }
 
+TEST(Configuration, TakesTheKeyOutOfTheEnvironment)
+{
+    qputenv("QUILLET_MODEL_KEY", "sk-1");
+    qputenv("QUILLET_MODEL_NAME", "x");
+    const auto environment = ConfigurationFile::processEnvironment();
+    EXPECT_EQ(environment.value(u"QUILLET_MODEL_KEY"_qs), u"sk-1"_qs);
+    EXPECT_EQ(environment.value(u"QUILLET_MODEL_NAME"_qs), u"x"_qs);
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QUILLET_MODEL_KEY"));
+    qunsetenv("QUILLET_MODEL_NAME");
+}
+
 TEST(Configuration, NamesEachValueThatItCannotUse)
 {
     const Configuration configuration = read(

@@ -51,6 +51,17 @@ TEST(TextSplitter, LosesNothingAndKeepsTheBound)
     }
 }
 
+TEST(TextSplitter, ComesToAnEndWithTheSmallestParts)
+{
+    const QString text = u"漢字𝒳 x"_qs;
+    QString joined;
+    const auto parts = splitText(text, 1);
+    for (const TextPart &part : parts)
+        joined += part.text;
+    EXPECT_EQ(joined, text);
+    EXPECT_FALSE(shortened(text, 2).isEmpty());
+}
+
 TEST(TextSplitter, CutsBetweenParagraphsThenLinesThenSentences)
 {
     const QString long1 = QString(500, u'a');
