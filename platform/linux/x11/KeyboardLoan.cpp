@@ -108,10 +108,10 @@ void KeyboardLoan::giveBack(std::function<void(bool)> completion)
         finish(isWith(m_lender));
         return;
     }
-    // A window that is not viewable does not take it; minimised, it may come back.
-    m_server.setInputFocus(m_lender);
     m_insist.start();
     m_deadline.start();
+    // A window that is not viewable does not take it; minimised, it may come back.
+    m_server.setInputFocus(m_lender);
     check();
 }
 

@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "platform/linux/x11/WindowServer.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace fake
+{
+
+/// An X server with a window manager that the test plays. Records what it is asked to do, and sends
+/// the events of what the test changes to those who have selected them.
+class WindowServer : public platform::linux_::WindowServer
+{
+public:
+    static constexpr xcb_window_t Root = 100;
+    static constexpr xcb_window_t ManagerWindow = 101;
+
+    QHash<xcb_window_t, std::int32_t> processes;
+    QHash<xcb_window_t, xcb_window_t> parents;
+    QHash<xcb_window_t, QRect> places;
+    QSet<xcb_window_t> viewable;
+    xcb_window_t focus = Root;
+    bool hasManager = true;
+    /// Whom the window manager was asked to activate.
+    QList<xcb_window_t> activated;
+    QList<xcb_window_t> focused;
+    int questions = 0;
+
+    WindowServer() { addWindow(ManagerWindow, 1); }
+
+    void addWindow(xcb_window_t window, std::int32_t pid, const QRect &place = {0, 0, 100, 100})
+    {
+        processes.insert(window, pid);
+        parents.insert(window, Root);
+        places.insert(window, place);
+        viewable.insert(window);
+    }
+    void setActive(xcb_window_t window)
+    {
+        m_active = window;
+        xcb_property_notify_event_t event{};
+        event.response_type = XCB_PROPERTY_NOTIFY;
+        event.window = Root;
+        event.atom = atom("_NET_ACTIVE_WINDOW");
+        deliver(&event);
+    }
+    void unmap(xcb_window_t window)
+    {
+        viewable.remove(window);
+        xcb_unmap_notify_event_t event{};
+        event.response_type = XCB_UNMAP_NOTIFY;
+        event.event = event.window = window;
+        if (m_selected.contains(window))
+            deliver(&event);
+    }
+    void destroy(xcb_window_t window)
+    {
+        places.remove(window);
+        viewable.remove(window);
+        xcb_destroy_notify_event_t event{};
+        event.response_type = XCB_DESTROY_NOTIFY;
+        event.event = event.window = window;
+        if (m_selected.remove(window))
+            deliver(&event);
+    }
+    void endManager()
+    {
+        hasManager = false;
+        destroy(ManagerWindow);
+    }
+    /// Another client, or the user, moves the focus.
+    void moveFocus(xcb_window_t window)
+    {
+        const xcb_window_t former = std::exchange(focus, window);
+        xcb_focus_out_event_t event{};
+        event.response_type = XCB_FOCUS_OUT;
+        event.event = former;
+        event.mode = XCB_NOTIFY_MODE_NORMAL;
+        if (m_selected.contains(former))
+            deliver(&event);
+        event.response_type = XCB_FOCUS_IN;
+        event.event = window;
+        if (m_selected.contains(window))
+            deliver(&event);
+    }
+
+    xcb_window_t root() const override { return Root; }
+    xcb_atom_t atom(const QByteArray &name) override
+    {
+        if (!m_atoms.contains(name))
+            m_atoms.append(name);
+        return xcb_atom_t(500 + m_atoms.indexOf(name));
+    }
+    QList<quint32> items(xcb_window_t window, const QByteArray &property) override
+    {
+        ++questions;
+        if (window == Root && property == "_NET_ACTIVE_WINDOW")
+            return {m_active};
+        if (window == Root && property == "_NET_SUPPORTING_WM_CHECK")
+            return {ManagerWindow};
+        return {};
+    }
+    bool windowManagerSupports(const QByteArray &) override
+    {
+        ++questions;
+        return hasManager;
+    }
+    std::optional<std::int32_t> processOf(xcb_window_t window) override
+    {
+        ++questions;
+        return processes.contains(window) ? std::optional(processes.value(window)) : std::nullopt;
+    }
+    bool isViewable(xcb_window_t window) override
+    {
+        ++questions;
+        return viewable.contains(window);
+    }
+    std::optional<QRect> placeOf(xcb_window_t window) override
+    {
+        ++questions;
+        return places.contains(window) ? std::optional(places.value(window)) : std::nullopt;
+    }
+    xcb_window_t parentOf(xcb_window_t window) override
+    {
+        return parents.value(window, xcb_window_t(XCB_NONE));
+    }
+    xcb_window_t inputFocus() override
+    {
+        ++questions;
+        return focus;
+    }
+    void setInputFocus(xcb_window_t window) override
+    {
+        focused.append(window);
+        if (viewable.contains(window) || !parents.contains(window))
+            moveFocus(window);
+    }
+    xcb_timestamp_t serverTime() override { return 1; }
+    bool select(xcb_window_t window, quint32) override
+    {
+        if (window != Root && parents.contains(window) && !places.contains(window))
+            return false;
+        m_selected.insert(window);
+        return true;
+    }
+    void deselect(xcb_window_t window, quint32) override { m_selected.remove(window); }
+    void catchUp() override {}
+    void sendToWindowManager(xcb_window_t window, const QByteArray &,
+                             std::initializer_list<quint32>) override
+    {
+        activated.append(window);
+    }
+
+private:
+    template <typename Event> void deliver(const Event *event)
+    {
+        const auto *generic = reinterpret_cast<const xcb_generic_event_t *>(event);
+        Q_EMIT eventNoticed(generic);
+        Q_EMIT eventReceived(generic);
+    }
+
+    xcb_window_t m_active = XCB_NONE;
+    QList<QByteArray> m_atoms;
+    QSet<xcb_window_t> m_selected;
+};
+
+} // namespace fake
