@@ -3,6 +3,7 @@
 
 #include "quillet/button/FloatingButtonManager.h"
 
+#include "platform/ScreenCoordinates.h"
 #include "quillet/analytics/EventTracker.h"
 #include "quillet/button/ButtonPlacement.h"
 #include "quillet/button/DragFriendlyButton.h"
@@ -20,6 +21,7 @@
 
 using platform::AXError;
 using platform::AXUIElement;
+using platform::ScreenCoordinates;
 using platform::TypingResult;
 using platform::WriteOutcome;
 
@@ -34,8 +36,7 @@ std::optional<FloatingButtonManager::Collaborators> &preparedCollaborators()
 
 double mainScreenHeight()
 {
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    return screen ? screen->geometry().height() : 0;
+    return ScreenCoordinates::current().mainScreen.height();
 }
 
 } // namespace
@@ -89,7 +90,8 @@ void FloatingButtonManager::show(const AXUIElement &element)
 
     m_buttonWindow = new NonActivatingPanel;
     m_buttonWindow->setWindowTitle(QStringLiteral("Quillet"));
-    m_buttonWindow->setGeometry(PopupLayout::flipped(panelFrame, screenHeight).toRect());
+    m_buttonWindow->setGeometry(
+        ScreenCoordinates::current().toolkitFromBottomLeft(panelFrame).toRect());
     m_collaborators.workspace.preparePanel(m_buttonWindow, false);
 
     auto *button = new DragFriendlyButton(
@@ -150,7 +152,7 @@ void FloatingButtonManager::preparePopup()
 
 QRectF FloatingButtonManager::buttonFrame() const
 {
-    return PopupLayout::flipped(QRectF(m_buttonWindow->geometry()), mainScreenHeight());
+    return ScreenCoordinates::current().bottomLeftFromToolkit(QRectF(m_buttonWindow->geometry()));
 }
 
 void FloatingButtonManager::openForFocusedInput()

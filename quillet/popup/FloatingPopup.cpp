@@ -5,6 +5,7 @@
 
 #include "commands/Catalogue.h"
 #include "commands/Note.h"
+#include "platform/ScreenCoordinates.h"
 #include "quillet/analytics/EventTracker.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/popup/PopupLayout.h"
@@ -52,10 +53,11 @@ void placeBetweenOutlines(QWidget *part, const QRectF &rect)
 QRectF visibleFrameFor(const QRectF &button)
 {
     const QScreen *primary = QGuiApplication::primaryScreen();
-    const qreal mainHeight = primary->geometry().height();
-    const QPoint centre = flipped(button, mainHeight).center().toPoint();
+    const auto coordinates = platform::ScreenCoordinates::current();
+    const QPoint centre = coordinates.toolkitFromBottomLeft(button).center().toPoint();
     const QScreen *screen = QGuiApplication::screenAt(centre);
-    return flipped(QRectF((screen ? screen : primary)->availableGeometry()), mainHeight);
+    return coordinates.bottomLeftFromToolkit(
+        QRectF((screen ? screen : primary)->availableGeometry()));
 }
 
 } // namespace
@@ -82,10 +84,11 @@ void FloatingPopup::show(const QRectF &rect)
         return;
     }
     const QPointF origin = PopupLayout::origin(rect, visibleFrameFor(rect));
-    const qreal mainHeight = QGuiApplication::primaryScreen()->geometry().height();
 
     m_popupWindow = buildPanel();
-    m_popupWindow->setGeometry(placed(QRectF(origin, PopupLayout::Size), mainHeight));
+    m_popupWindow->setGeometry(platform::ScreenCoordinates::current()
+                                   .toolkitFromBottomLeft(QRectF(origin, PopupLayout::Size))
+                                   .toRect());
     buildToolRow();
     showSubcommands(m_lastSelectedTool);
     m_popupWindow->show();

@@ -3,11 +3,11 @@
 
 #include "platform/linux/accessibility/OwnWindows.h"
 
+#include "platform/ScreenCoordinates.h"
 #include "platform/linux/reading/CodePoints.h"
 
 #include <QAccessibleInterface>
 #include <QGuiApplication>
-#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
@@ -133,8 +133,7 @@ AXError OwnWindows::copyAttributeValue(const OwnElement &element, const QString 
         const QRect rect = interface->rect();
         if (rect.isEmpty() || interface->state().invisible)
             return AXError::NoValue;
-        const QScreen *const main = QGuiApplication::primaryScreen();
-        value = QRectF(main ? rect.translated(-main->geometry().topLeft()) : rect);
+        value = ScreenCoordinates::current().accessibilityFromToolkit(QRectF(rect));
     } else if (attribute == QLatin1String("AXValue")) {
         if (text)
             value = textOf(text);

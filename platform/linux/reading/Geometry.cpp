@@ -3,10 +3,13 @@
 
 #include "platform/linux/reading/Geometry.h"
 
+#include "platform/ScreenCoordinates.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 
 #include <algorithm>
+#include <cmath>
 
 namespace platform::linux_
 {
@@ -15,17 +18,17 @@ namespace
 {
 
 /// No screen, however large, holds more; some toolkits answer with the limits of their integers.
-constexpr int largestExtent = 65535;
-/// Pixels on a side of what an application counts in.
-constexpr int largestUnit = 4;
+constexpr int maxExtent = 65535;
+/// Pixels on a side of the unit that a program counts in.
+constexpr int maxUnit = 4;
+/// What is smaller is a difference of a few pixels between two ideas of a window's size.
+constexpr double minScale = 1.1;
 
 } // namespace
 
 bool isPlausible(const QRect &pixels, const QList<ScreenGeometry> &screens)
 {
-    const auto isPlace = [](int place) {
-        return place >= -largestExtent && place <= largestExtent;
-    };
+    const auto isPlace = [](int place) { return place >= -maxExtent && place <= maxExtent; };
     if (pixels.width() <= 0 || pixels.height() <= 0 || !isPlace(pixels.x()) ||
         !isPlace(pixels.y()) || !isPlace(pixels.width()) || !isPlace(pixels.height()))
         return false;
@@ -40,8 +43,17 @@ QRect ontoScreen(const QRect &element, const QRect &topLevel, const WindowPlace 
 {
     if (topLevel.isEmpty() || window.contents.isEmpty())
         return element;
-    const int unit =
-        std::clamp(qRound(double(window.contents.width()) / topLevel.width()), 1, largestUnit);
+    // A fraction is believed where width and height agree on it; else the sizes differ by a border.
+    const double ratio = double(window.contents.width()) / topLevel.width();
+    const bool isScaled = ratio > minScale && ratio <= maxUnit &&
+                          std::abs(topLevel.height() * ratio - window.contents.height()) <= ratio;
+    if (isScaled) {
+        // The program's own origin of a scaled screen is unknown: count from the window.
+        const QPointF offset = element.topLeft() - topLevel.topLeft();
+        return {window.contents.topLeft() + (offset * ratio).toPoint(),
+                (QSizeF(element.size()) * ratio).toSize()};
+    }
+    const int unit = std::clamp(qRound(ratio), 1, maxUnit);
     const QRect scaled(element.topLeft() * unit, element.size() * unit);
     if (!window.countsFromWindow)
         return scaled;
@@ -68,8 +80,8 @@ QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens)
     }
     const QPointF origin = on->geometry.topLeft();
     const QPointF place = (QPointF(pixels.topLeft()) - origin) / on->scale + origin;
-    return QRectF(place - QPointF(screens.first().geometry.topLeft()),
-                  QSizeF(pixels.size()) / on->scale);
+    return ScreenCoordinates{QRectF(screens.first().geometry)}.accessibilityFromToolkit(
+        QRectF(place, QSizeF(pixels.size()) / on->scale));
 }
 
 QList<ScreenGeometry> currentScreens()

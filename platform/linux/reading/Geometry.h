@@ -31,9 +31,10 @@ bool isPlausible(const QRect &pixels, const QList<ScreenGeometry> &screens);
 
 /// Where an element lies on the screen, in the units of `window`, by what its program says of it
 /// and of its top-level window, and by where the window system has that window. Some programs count
-/// in units of a whole number of pixels. A program that counts from its window counts from the
-/// corner of its surface, shadow included, when its top-level window is as large as that, else from
-/// the corner of the contents; what remains is a border of the same width on opposite sides.
+/// in units of several pixels, or of a fraction of one more. A program that counts from its window
+/// counts from the corner of its surface, shadow included, when its top-level window is as large as
+/// that, else from the corner of the contents; what remains is a border of the same width on
+/// opposite sides.
 QRect ontoScreen(const QRect &element, const QRect &topLevel, const WindowPlace &window);
 
 /// Turns device pixels into points from the top left of the main screen, the first of `screens`.
