@@ -179,7 +179,8 @@ public:
 
     /// Reads the text of a whole tree in few round trips. For each element, its "AXValue" where
     /// that is text and not empty, else its "AXSelectedText" where that is text and not empty, else
-    /// the texts of its "AXChildren" in order, empty ones included, joined with a line feed.
+    /// the texts of its "AXChildren" in order, empty ones included, joined with a line feed. Inputs
+    /// below the element other than the focused one, and whatever holds secrets, are empty.
     ///
     /// Returns false where the service has no way that is better than asking element by element;
     /// `completion` is then not called. Otherwise it is called exactly once on the main thread, at

@@ -9,16 +9,12 @@
 #include "platform/linux/accessibility/ValueWriter.h"
 #include "platform/linux/focus/AtspiTextInput.h"
 #include "platform/linux/focus/AtspiTypingTarget.h"
-#include "platform/linux/reading/CodePoints.h"
-#include "platform/linux/reading/FocusSearch.h"
-#include "platform/linux/reading/Geometry.h"
-#include "platform/linux/reading/RichText.h"
+#include "platform/linux/reading/Attributes.h"
+#include "platform/linux/reading/Frame.h"
 #include "platform/linux/reading/TreeWalk.h"
 
 namespace platform::linux_
 {
-
-using atspi::Role;
 
 namespace
 {
@@ -27,16 +23,8 @@ const QString consentKey = QStringLiteral("accessibility/allowed");
 
 /// How long the states of an element that does not have the focus are believed.
 constexpr int factsLifetime = 50; // milliseconds
-constexpr int mostKnownFacts = 512;
-/// More children than a window can show are data, and no way to look for an input.
-constexpr int mostChildren = 50'000;
-constexpr int deepestClip = 64;
-constexpr qint32 longest = 1 << 24; // pixels
-/// How long a document is believed to hold editable text, or not, without an event that says
-/// otherwise, and how long the first search may hold up the user interface.
-constexpr int shortestAnswer = 1000; // milliseconds
-constexpr int longestAnswer = 4000;  // milliseconds
-constexpr int searchPatience = 25;   // milliseconds
+constexpr int maxKnownFacts = 512;
+constexpr int maxDepth = 64;
 
 /// The element's data as `Data`, when that is what it is.
 template <typename Data> const Data *as(const AXUIElement &element)
@@ -49,49 +37,11 @@ AXUIElement remote(const ObjectRef &ref, std::uint32_t window = 0)
     return AXUIElement(std::make_shared<RemoteElement>(ref, window));
 }
 
-std::optional<QRect> readExtents(DBusMessage &reply)
-{
-    if (!reply.enterStruct("iiii"))
-        return std::nullopt;
-    const auto x = reply.readInt32();
-    const auto y = reply.readInt32();
-    const auto width = reply.readInt32();
-    const auto height = reply.readInt32();
-    // What scrolls may be long, but no longer than can be reckoned with.
-    const auto isPlace = [](qint32 place) { return place >= -longest && place <= longest; };
-    if (!x || !y || !width || !height || *width <= 0 || *height <= 0 || !isPlace(*x) ||
-        !isPlace(*y) || !isPlace(*width) || !isPlace(*height))
-        return std::nullopt;
-    return QRect(*x, *y, *width, *height);
-}
-
 /// Whether the element's text can be replaced: by its application where that offers it, else by
 /// typing, for which the element gets the time to have the focus back.
 bool isValueSettable(const ElementFacts &facts)
 {
     return isEditable(facts) && hasTextValue(facts);
-}
-
-bool isTopLevel(quint32 role)
-{
-    return Role(role) == Role::Frame || Role(role) == Role::Window || Role(role) == Role::Dialog;
-}
-
-/// Whether an element shows only a part of what lies in it.
-bool clipsItsContents(quint32 role)
-{
-    switch (Role(role)) {
-    case Role::ScrollPane:
-    case Role::Viewport:
-    case Role::Frame:
-    case Role::Window:
-    case Role::Dialog:
-    case Role::InternalFrame:
-    case Role::DocumentWeb:
-        return true;
-    default:
-        return false;
-    }
 }
 
 } // namespace
@@ -106,11 +56,12 @@ AtspiAccessibility::AtspiAccessibility(Typist &typist, ActiveWindow &activeWindo
 {
     connect(&m_bus, &AtspiBus::applicationLeft, this, [this](const QByteArray &busName) {
         m_facts.removeIf([&](auto it) { return it.key().busName == busName; });
-        m_answers->removeIf([&](auto it) { return it.key().busName == busName; });
+        m_answers.remove(busName);
     });
-    connect(&m_bus, &AtspiBus::contentChanged, this, &AtspiAccessibility::forgetAnswers);
+    connect(&m_bus, &AtspiBus::contentChanged, this,
+            [this](const QByteArray &busName) { m_answers.expire(busName); });
     connect(&m_bus, &AtspiBus::focusChanged, this,
-            [this](const ObjectRef &focused) { forgetAnswers(focused.busName); });
+            [this](const ObjectRef &focused) { m_answers.expire(focused.busName); });
     applyConsent();
 }
 
@@ -256,7 +207,7 @@ AXError AtspiAccessibility::factsOf(const RemoteElement &element, AtspiApplicati
 
 void AtspiAccessibility::remember(const ObjectRef &element, const ElementFacts &facts)
 {
-    if (m_facts.size() >= mostKnownFacts)
+    if (m_facts.size() >= maxKnownFacts)
         m_facts.clear();
     KnownFacts &known = m_facts[element];
     known.facts = facts;
@@ -291,193 +242,48 @@ AXError AtspiAccessibility::copyRemoteValue(const RemoteElement &element, const 
         return AXError::CannotComplete;
     if (attribute == QLatin1String("AXValue")) {
         if (hasTextValue(facts))
-            return copyText(*application, element.ref().path, value);
+            return readText(*application, element.ref().path, value);
         if (isPassword(facts))
             return AXError::NoValue;
         if (!facts.has(ElementFacts::Value))
             return AXError::AttributeUnsupported;
-        std::optional<double> number;
-        Pipeline pipeline(*application);
-        pipeline.property(element.ref().path, atspi::ValueInterface, "CurrentValue", "d",
-                          [&](DBusMessage &reply) { number = reply.readDouble(); });
-        if (!pipeline.wait())
-            return AXError::CannotComplete;
-        if (!number)
-            return AXError::NoValue;
-        value = *number;
-        return AXError::Success;
+        return readNumber(*application, element.ref().path, value);
     }
     if (attribute == QLatin1String("AXSelectedText") ||
         attribute == QLatin1String("AXSelectedTextRange")) {
         if (!hasTextValue(facts))
             return isPassword(facts) ? AXError::NoValue : AXError::AttributeUnsupported;
-        return copySelection(*application, element.ref().path,
+        return readSelection(*application, element.ref().path,
                              attribute == QLatin1String("AXSelectedTextRange"), value);
     }
     if (attribute == QLatin1String("AXChildren"))
         return copyChildren(*application, element.ref().path, value);
-    if (attribute == QLatin1String("AXFrame"))
-        return copyFrame(*application, element.ref(), facts, value);
+    if (attribute == QLatin1String("AXFrame")) {
+        const auto window = m_focus.windowOf(element.ref().busName);
+        QRectF frame;
+        const AXError error = readFrame(*application, element.ref(), facts,
+                                        window ? m_activeWindow.geometry(*window) : std::nullopt,
+                                        m_activeWindow.isPlaceNeeded(), frame);
+        if (error == AXError::Success)
+            value = frame;
+        return error;
+    }
     if (attribute == QLatin1String("AXFocusedUIElement") && isDocument(facts))
         return copyFocusedBelow(element, value);
     return AXError::AttributeUnsupported;
 }
 
-AXError AtspiAccessibility::copyText(AtspiApplication &application, const QByteArray &path,
-                                     AXValue &value)
-{
-    const std::optional<QString> text = waitForRichText(application, path);
-    if (!text)
-        return application.isAnswering() ? AXError::Failure : AXError::CannotComplete;
-    value = withLineFeeds(*text);
-    return AXError::Success;
-}
-
-AXError AtspiAccessibility::copySelection(AtspiApplication &application, const QByteArray &path,
-                                          bool range, AXValue &value)
-{
-    QString text;
-    std::optional<qint32> caret;
-    qint32 selections = 0;
-    std::optional<std::pair<qint32, qint32>> selection;
-    qint32 count = 0;
-    Pipeline pipeline(application);
-    pipeline.property(path, atspi::TextInterface, "CharacterCount", "i",
-                      [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
-    pipeline.call(
-        path, atspi::TextInterface, "GetText",
-        [&](DBusMessage &reply) { text = reply.readString().value_or(QString()); }, "ii", 0, -1);
-    pipeline.property(path, atspi::TextInterface, "CaretOffset", "i",
-                      [&](DBusMessage &reply) { caret = reply.readInt32(); });
-    pipeline.call(path, atspi::TextInterface, "GetNSelections",
-                  [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
-    pipeline.call(
-        path, atspi::TextInterface, "GetSelection",
-        [&](DBusMessage &reply) {
-            const auto start = reply.readInt32();
-            const auto end = reply.readInt32();
-            if (start && end)
-                selection = {*start, *end};
-        },
-        "i", 0);
-    if (!pipeline.wait())
-        return AXError::CannotComplete;
-    if (selections <= 0 || !selection) {
-        if (!caret || *caret < 0)
-            return AXError::NoValue;
-        selection = {*caret, *caret};
-    }
-    const CFRange found = utf16Range(text, selection->first, selection->second, count);
-    if (range)
-        value = found;
-    else
-        value = withLineFeeds(
-            text.mid(found.location, found.length).remove(QChar::ObjectReplacementCharacter));
-    return AXError::Success;
-}
-
 AXError AtspiAccessibility::copyChildren(AtspiApplication &application, const QByteArray &path,
                                          AXValue &value)
 {
-    std::optional<qint32> count;
-    Pipeline first(application);
-    first.property(path, atspi::AccessibleInterface, "ChildCount", "i",
-                   [&](DBusMessage &reply) { count = reply.readInt32(); });
-    if (!first.wait())
-        return AXError::CannotComplete;
-    // Asking a spreadsheet for all of its cells would stop it.
-    if (count.value_or(0) > mostChildren)
-        return AXError::CannotComplete;
-    std::optional<QList<ObjectRef>> refs;
-    Pipeline second(application);
-    second.call(path, atspi::AccessibleInterface, "GetChildren",
-                [&](DBusMessage &reply) { refs = reply.readObjects(); });
-    if (!second.wait())
-        return AXError::CannotComplete;
-    if (!refs)
-        return AXError::InvalidUIElement;
+    QList<ObjectRef> refs;
+    const AXError error = readChildren(application, path, refs);
+    if (error != AXError::Success)
+        return error;
     QList<AXUIElement> children;
-    for (const ObjectRef &ref : std::as_const(*refs)) {
-        if (!ref.isNull())
-            children.append(remote(ref));
-    }
+    for (const ObjectRef &ref : std::as_const(refs))
+        children.append(remote(ref));
     value = children;
-    return AXError::Success;
-}
-
-AXError AtspiAccessibility::copyFrame(AtspiApplication &application, const ObjectRef &element,
-                                      const ElementFacts &facts, AXValue &value)
-{
-    const auto window = m_focus.windowOf(element.busName);
-    auto place = window ? m_activeWindow.geometry(*window) : std::nullopt;
-    const bool isGtk4 = facts.toolkit == "GTK";
-    if (!place && (isGtk4 || m_activeWindow.isPlaceNeeded()))
-        return AXError::NoValue;
-    // Of a place on the screen that they do not know, programs say what they like.
-    const auto coordinates =
-        place && place->countsFromWindow ? atspi::CoordType::Window : atspi::CoordType::Screen;
-    const QDeadlineTimer deadline(AtspiApplication::patience);
-    std::optional<QRect> extents;
-    ObjectRef parent;
-    const auto askParent = [](Pipeline &pipeline, const QByteArray &path, ObjectRef &to) {
-        pipeline.property(
-            path, atspi::AccessibleInterface, "Parent", "(so)",
-            [&to](DBusMessage &reply) { to = reply.readObject().value_or(ObjectRef()); });
-    };
-    {
-        Pipeline pipeline(application);
-        pipeline.call(
-            element.path, atspi::ComponentInterface, "GetExtents",
-            [&](DBusMessage &reply) { extents = readExtents(reply); }, "u", quint32(coordinates));
-        askParent(pipeline, element.path, parent);
-        if (!pipeline.wait(deadline))
-            return AXError::CannotComplete;
-    }
-    if (!extents)
-        return AXError::NoValue;
-    QRect visible = *extents;
-    std::optional<QRect> topLevel;
-    // A text that scrolls may report all of itself: the part that can be seen is what lies in each
-    // element around it that clips.
-    for (int depth = 0;
-         depth < deepestClip && !parent.isNull() && parent.busName == element.busName; ++depth) {
-        quint32 role = 0;
-        std::optional<QRect> around;
-        ObjectRef next;
-        Pipeline pipeline(application);
-        pipeline.call(parent.path, atspi::AccessibleInterface, "GetRole",
-                      [&](DBusMessage &reply) { role = reply.readUInt32().value_or(0); });
-        pipeline.call(
-            parent.path, atspi::ComponentInterface, "GetExtents",
-            [&](DBusMessage &reply) { around = readExtents(reply); }, "u", quint32(coordinates));
-        askParent(pipeline, parent.path, next);
-        // Better a frame that is not clipped than none: a busy application may need long for all
-        // that lies around its input.
-        if (!pipeline.wait(deadline))
-            break;
-        if (Role(role) == Role::Application)
-            break;
-        if (around && clipsItsContents(role))
-            visible = visible.intersected(*around);
-        if (around && isTopLevel(role))
-            topLevel = around;
-        parent = next;
-    }
-    QList<ScreenGeometry> screens = currentScreens();
-    if (place) {
-        place->countsFromWindow |= isGtk4;
-        visible =
-            ontoScreen(visible, topLevel.value_or(QRect(QPoint(), place->contents.size())), *place);
-        if (place->contents.intersects(visible))
-            visible = visible.intersected(place->contents);
-        if (place->inPoints) {
-            for (ScreenGeometry &screen : screens)
-                screen.scale = 1;
-        }
-    }
-    if (!isPlausible(visible, screens))
-        return AXError::NoValue;
-    value = toPoints(visible, screens);
     return AXError::Success;
 }
 
@@ -492,7 +298,7 @@ AXError AtspiAccessibility::copyFocusedBelow(const RemoteElement &element, AXVal
     if (!application)
         return AXError::InvalidUIElement;
     ObjectRef above = focus.element;
-    for (int depth = 0; depth < deepestClip; ++depth) {
+    for (int depth = 0; depth < maxDepth; ++depth) {
         ObjectRef parent;
         Pipeline pipeline(*application);
         pipeline.property(
@@ -625,34 +431,6 @@ AXError AtspiAccessibility::AXUIElementGetPid(const AXUIElement &element, std::i
     return AXError::IllegalArgument;
 }
 
-void AtspiAccessibility::forgetAnswers(const QByteArray &busName)
-{
-    for (auto it = m_answers->begin(); it != m_answers->end(); ++it) {
-        if (it.key().busName == busName)
-            it->lifetime = 0;
-    }
-}
-
-void AtspiAccessibility::startSearch(AtspiApplication &application, const ObjectRef &document)
-{
-    KnownAnswer &answer = (*m_answers)[document];
-    answer.searching = true;
-    const auto note = [answers = std::weak_ptr(m_answers), document](std::optional<bool> found) {
-        const auto known = answers.lock();
-        if (!known || !known->contains(document))
-            return;
-        const auto it = known->find(document);
-        it->searching = false;
-        it->since.start();
-        if (!found)
-            return;
-        const bool same = it->contains == found && it->lifetime > 0;
-        it->lifetime = same ? std::min(it->lifetime * 2, longestAnswer) : shortestAnswer;
-        it->contains = found;
-    };
-    findEditable(application, document.path, note);
-}
-
 Accessibility::Answer AtspiAccessibility::containsEditableText(const AXUIElement &element)
 {
     const auto *other = as<RemoteElement>(element);
@@ -662,17 +440,7 @@ Accessibility::Answer AtspiAccessibility::containsEditableText(const AXUIElement
     AtspiApplication *application = m_bus.application(document.busName);
     if (!hasConsent() || !application)
         return Answer::No;
-    if (m_answers->size() > mostKnownFacts)
-        m_answers->clear();
-    const KnownAnswer known = m_answers->value(document);
-    const bool fresh = known.contains && known.since.elapsed() < known.lifetime;
-    if (!fresh && !known.searching && application->isAnswering()) {
-        startSearch(*application, document);
-        application->waitFor([&] { return !(*m_answers)[document].searching; },
-                             QDeadlineTimer(searchPatience));
-    }
-    // While it is being looked for again, the last answer is the best there is.
-    const std::optional<bool> contains = m_answers->value(document).contains;
+    const std::optional<bool> contains = m_answers.find(*application, document);
     if (!contains)
         return Answer::Pending;
     return *contains ? Answer::Yes : Answer::No;
@@ -685,7 +453,11 @@ bool AtspiAccessibility::copyTreeText(const AXUIElement &element,
     AtspiApplication *application = other ? m_bus.application(other->ref().busName) : nullptr;
     if (!hasConsent() || !application)
         return false;
-    readTreeText(*application, other->ref().path, std::move(completion));
+    // Of all inputs, only the one that has the focus is the user's subject.
+    const bool isFocused = m_lastFocus.kind == FocusTracker::Kind::Element &&
+                           m_lastFocus.element.busName == other->ref().busName;
+    readTreeText(*application, other->ref().path,
+                 isFocused ? m_lastFocus.element.path : QByteArray(), std::move(completion));
     return true;
 }
 

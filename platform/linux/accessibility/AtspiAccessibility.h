@@ -6,6 +6,7 @@
 #include "platform/Accessibility.h"
 #include "platform/linux/atspi/AtspiBus.h"
 #include "platform/linux/focus/FocusTracker.h"
+#include "platform/linux/reading/EditableAnswers.h"
 
 #include <QPointer>
 #include <QSettings>
@@ -71,32 +72,16 @@ private:
         QElapsedTimer since;
     };
 
-    /// Whether a document holds editable text, as last found out.
-    struct KnownAnswer {
-        std::optional<bool> contains;
-        bool searching = false;
-        /// How long the answer is believed; grows while it stays the same.
-        int lifetime = 0;
-        QElapsedTimer since;
-    };
-
     AXError copyFocusedElement(AXValue &value);
     AXError copyElementWithKeyboard(AXValue &value);
     AXError copyRemoteValue(const RemoteElement &element, const QString &attribute, AXValue &value);
     AXError factsOf(const RemoteElement &element, AtspiApplication *&application,
                     ElementFacts &facts);
     void remember(const ObjectRef &element, const ElementFacts &facts);
-    AXError copyText(AtspiApplication &application, const QByteArray &path, AXValue &value);
-    AXError copySelection(AtspiApplication &application, const QByteArray &path, bool range,
-                          AXValue &value);
     AXError copyChildren(AtspiApplication &application, const QByteArray &path, AXValue &value);
-    AXError copyFrame(AtspiApplication &application, const ObjectRef &element,
-                      const ElementFacts &facts, AXValue &value);
     AXError copyFocusedBelow(const RemoteElement &element, AXValue &value);
     bool hasConsent() const;
     void applyConsent();
-    void startSearch(AtspiApplication &application, const ObjectRef &document);
-    void forgetAnswers(const QByteArray &busName);
 
     Typist &m_typist;
     ActiveWindow &m_activeWindow;
@@ -104,9 +89,7 @@ private:
     AtspiBus m_bus;
     FocusTracker m_focus;
     QHash<ObjectRef, KnownFacts> m_facts;
-    /// Shared, because an application may still be looking when this object is gone.
-    const std::shared_ptr<QHash<ObjectRef, KnownAnswer>> m_answers =
-        std::make_shared<QHash<ObjectRef, KnownAnswer>>();
+    EditableAnswers m_answers;
     FocusTracker::Focus m_lastFocus;
     /// The element that was last found to have the keyboard, in case that a panel borrows it.
     AXUIElement m_lender;

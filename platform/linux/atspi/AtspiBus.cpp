@@ -56,7 +56,7 @@ QByteArray sessionAddressFromEnvironment()
 } // namespace
 
 AtspiBus::AtspiBus(const QByteArray &sessionAddress, QObject *parent)
-    : QObject(parent)
+    : Applications(parent)
     , m_sessionAddress(sessionAddress)
 {
     if (m_sessionAddress.isEmpty())

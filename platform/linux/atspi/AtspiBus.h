@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/atspi/AtspiApplication.h"
+#include "platform/linux/atspi/Applications.h"
 #include "platform/linux/atspi/DBusConnection.h"
 
 #include <QElapsedTimer>
@@ -24,7 +24,7 @@ namespace platform::linux_
 /// accessibility bus, the registry, and the applications on it. Connects again and registers its
 /// listeners again by itself. Listens to other applications only while listening is asked for.
 /// Main thread only.
-class AtspiBus : public QObject
+class AtspiBus : public Applications
 {
     Q_OBJECT
 public:
@@ -47,15 +47,9 @@ public:
     void setEnabled(bool enabled);
 
     void setListening(bool listening);
-    /// True while the accessibility bus answers.
-    bool isConnected() const;
-
-    /// Waits until it is known whether the service is there, and, while listening, until the
-    /// applications' processes are known, at most until `deadline`.
-    void waitUntilSettled(QDeadlineTimer deadline);
-
-    /// Takes in what applications have reported, without waiting.
-    void catchUp();
+    bool isConnected() const override;
+    void waitUntilSettled(QDeadlineTimer deadline) override;
+    void catchUp() override;
 
     /// Until resumeEvents() as many times, and a moment longer: nobody listens, unless listening
     /// has only just begun. While somebody does, programs with at-spi2-atk or Qt ask the registry
@@ -68,21 +62,14 @@ public:
     void pauseEvents(const QByteArray &busName, std::function<void()> known);
     void resumeEvents();
 
-    /// The application of this bus name; absent when it has left.
-    AtspiApplication *application(const QByteArray &busName);
-    /// Those of the process, in the order in which they came.
-    QList<AtspiApplication *> applications(qint32 pid);
+    AtspiApplication *application(const QByteArray &busName) override;
+    QList<AtspiApplication *> applications(qint32 pid) override;
 
 Q_SIGNALS:
     /// The service, its switch, or the connection has changed.
     void changed();
-    void focusChanged(const platform::linux_::ObjectRef &element, bool focused);
-    void windowActivated(const platform::linux_::ObjectRef &window, bool active);
     /// A document was loaded, or parts of one came or went.
     void contentChanged(const QByteArray &busName);
-    void applicationLeft(const QByteArray &busName);
-    /// Applications may have had something to report while the events were paused.
-    void eventsResumed();
 
 private:
     void connectSession();

@@ -115,7 +115,9 @@ enum class State : std::uint8_t {
     Focusable = 11,
     Focused = 12,
     MultiLine = 17,
+    Showing = 25,
     SingleLine = 26,
+    Visible = 30,
     ReadOnly = 43,
 };
 

@@ -3,6 +3,7 @@
 
 #include "platform/linux/focus/FocusTracker.h"
 
+#include "platform/linux/reading/Attributes.h"
 #include "platform/linux/reading/FocusSearch.h"
 
 #include <algorithm>
@@ -26,46 +27,15 @@ constexpr int deepestHost = 64;
 
 } // namespace
 
-bool fetchFacts(AtspiApplication &application, const QByteArray &path, ElementFacts &facts,
-                QDeadlineTimer deadline)
-{
-    if (!application.isAnswering())
-        return false;
-    ElementFacts fetched;
-    bool known = false;
-    Pipeline pipeline(application);
-    pipeline.call(path, atspi::AccessibleInterface, "GetRole", [&](DBusMessage &reply) {
-        const auto role = reply.readUInt32();
-        known = role.has_value();
-        fetched.role = role.value_or(0);
-    });
-    pipeline.call(path, atspi::AccessibleInterface, "GetState", [&](DBusMessage &reply) {
-        fetched.setStates(reply.readUInt32s().value_or(QList<quint32>()));
-    });
-    pipeline.call(path, atspi::AccessibleInterface, "GetInterfaces", [&](DBusMessage &reply) {
-        fetched.setInterfaces(reply.readStrings().value_or(QList<QByteArray>()));
-    });
-    pipeline.call(path, atspi::AccessibleInterface, "GetAttributes", [&](DBusMessage &reply) {
-        fetched.setAttributes(
-            reply.readDictionary().value_or(QList<std::pair<QByteArray, QByteArray>>()));
-    });
-    if (!pipeline.wait(deadline) || !known)
-        return false;
-    if (fetched.toolkit.isEmpty())
-        fetched.toolkit = application.toolkit();
-    facts = fetched;
-    return true;
-}
-
-FocusTracker::FocusTracker(AtspiBus &bus, ActiveWindow &activeWindow, QObject *parent)
+FocusTracker::FocusTracker(Applications &bus, ActiveWindow &activeWindow, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
     , m_activeWindow(activeWindow)
 {
-    connect(&m_bus, &AtspiBus::focusChanged, this, &FocusTracker::onFocusChanged);
-    connect(&m_bus, &AtspiBus::windowActivated, this, &FocusTracker::onWindowActivated);
-    connect(&m_bus, &AtspiBus::eventsResumed, this, &FocusTracker::forgetChecks);
-    connect(&m_bus, &AtspiBus::applicationLeft, this,
+    connect(&m_bus, &Applications::focusChanged, this, &FocusTracker::onFocusChanged);
+    connect(&m_bus, &Applications::windowActivated, this, &FocusTracker::onWindowActivated);
+    connect(&m_bus, &Applications::eventsResumed, this, &FocusTracker::forgetChecks);
+    connect(&m_bus, &Applications::applicationLeft, this,
             [this](const QByteArray &busName) { m_focus.remove(busName); });
 }
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/atspi/AtspiBus.h"
+#include "platform/linux/atspi/Applications.h"
 #include "platform/linux/ports/ActiveWindow.h"
 #include "platform/linux/reading/ElementFacts.h"
 
@@ -47,7 +47,7 @@ public:
         quint32 window = 0;
     };
 
-    FocusTracker(AtspiBus &bus, ActiveWindow &activeWindow, QObject *parent = nullptr);
+    FocusTracker(Applications &bus, ActiveWindow &activeWindow, QObject *parent = nullptr);
 
     /// Waits for an application at most AtspiApplication::patience, and only when it is not yet
     /// known which of its elements has the focus.
@@ -91,7 +91,7 @@ private:
     AtspiApplication *applicationOf(const QList<qint32> &pids);
     void forgetChecks();
 
-    AtspiBus &m_bus;
+    Applications &m_bus;
     ActiveWindow &m_activeWindow;
     QHash<QByteArray, ApplicationFocus> m_focus;
     QByteArray m_lastReporter;
@@ -100,10 +100,5 @@ private:
     qint32 m_windowPid = 0;
     qint32 m_answeredPid = 0;
 };
-
-/// Fetches what decisions need of one element, in one round trip. False when it is gone or did not
-/// answer in time.
-bool fetchFacts(AtspiApplication &application, const QByteArray &path, ElementFacts &facts,
-                QDeadlineTimer deadline = QDeadlineTimer(AtspiApplication::patience));
 
 } // namespace platform::linux_

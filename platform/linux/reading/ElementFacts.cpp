@@ -3,6 +3,8 @@
 
 #include "platform/linux/reading/ElementFacts.h"
 
+#include <algorithm>
+
 namespace platform::linux_
 {
 
@@ -15,6 +17,16 @@ namespace
 bool isTextInputRole(const ElementFacts &facts)
 {
     return facts.is(Role::Text) || facts.is(Role::Entry);
+}
+
+/// The values of HTML's attribute "autocomplete" that name secrets; others may stand before them.
+bool hasSecretPurpose(const QByteArray &purpose)
+{
+    const QList<QByteArray> words = purpose.split(' ');
+    return std::any_of(words.begin(), words.end(), [](const QByteArray &word) {
+        return word == "current-password" || word == "new-password" || word == "one-time-code" ||
+               word.startsWith("cc-");
+    });
 }
 
 QString plainRole(const ElementFacts &facts)
@@ -161,6 +173,8 @@ void ElementFacts::setAttributes(const QList<std::pair<QByteArray, QByteArray>> 
             tag = value.toLower();
         else if (key == "text-input-type")
             inputType = value.toLower();
+        else if (key == "autocomplete")
+            purpose = value.toLower();
         else if (key == "display")
             display = value.toLower();
         else if (key == "toolkit")
@@ -170,7 +184,22 @@ void ElementFacts::setAttributes(const QList<std::pair<QByteArray, QByteArray>> 
 
 bool isPassword(const ElementFacts &facts)
 {
-    return facts.is(Role::PasswordText) || facts.inputType == "password";
+    return facts.is(Role::PasswordText) || facts.inputType == "password" ||
+           hasSecretPurpose(facts.purpose);
+}
+
+bool isInput(const ElementFacts &facts)
+{
+    return isEditable(facts) || isPassword(facts) || facts.is(Role::Entry) ||
+           facts.tag == "input" || facts.tag == "textarea";
+}
+
+bool isHidden(const ElementFacts &facts)
+{
+    if (facts.states == 0)
+        return false;
+    return !facts.has(State::Visible) ||
+           (!facts.has(State::Showing) && !facts.toolkit.isEmpty() && facts.toolkit != "GTK");
 }
 
 bool isDocument(const ElementFacts &facts)

@@ -31,6 +31,8 @@ struct ElementFacts {
     /// The element's name in the web page's markup; empty outside web pages.
     QByteArray tag;
     QByteArray inputType;
+    /// What the page says the input is for, as autocomplete hints of HTML; empty for nothing.
+    QByteArray purpose;
     QByteArray display;
     QByteArray toolkit;
 
@@ -43,6 +45,8 @@ struct ElementFacts {
     void setAttributes(const QList<std::pair<QByteArray, QByteArray>> &attributes);
 };
 
+/// A password, and what else is never read: an input whose page says that it is for a password, a
+/// one-time code or a payment card.
 bool isPassword(const ElementFacts &facts);
 bool isDocument(const ElementFacts &facts);
 bool isInWebPage(const ElementFacts &facts);
@@ -52,6 +56,13 @@ bool isEditable(const ElementFacts &facts);
 
 /// A region that a page has made editable as a whole, in contrast to its form's inputs.
 bool isEditingHost(const ElementFacts &facts);
+
+/// Whether the element is an input of its own, whatever may be done with its text.
+bool isInput(const ElementFacts &facts);
+
+/// Whether the application says that the element cannot be seen. GTK 4 never says that anything is
+/// showing; while the toolkit is unknown, that is not held against it.
+bool isHidden(const ElementFacts &facts);
 
 /// The "AX…" name that is nearest to the element's role.
 QString axRole(const ElementFacts &facts);

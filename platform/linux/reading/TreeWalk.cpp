@@ -27,17 +27,18 @@ namespace
 {
 
 /// Enough to keep the application busy while answers are on their way, few enough for its queue.
-constexpr int mostInFlight = 400;
+constexpr int maxInFlight = 400;
 /// How many elements of a kind one question looks for.
 constexpr int atATime = 1000;
-/// Beyond these a tree has no end, or is data.
-constexpr size_t mostElements = 300'000;
-constexpr int mostChildren = 100'000;
-constexpr qsizetype mostText = 64 * 1024 * 1024; // UTF-16 units
+/// Limits against endless trees and data tables.
+constexpr size_t maxElements = 300'000;
+constexpr int maxChildren = 100'000;
+constexpr qsizetype maxText = 64 * 1024 * 1024; // UTF-16 units
 /// A reading that has got no answer for so long ends with what it has.
 constexpr int patience = 4000; // milliseconds
 
-const QList<Role> textRoles{Role::Static, Role::Label, Role::Text, Role::Entry};
+const QList<Role> textRoles{Role::Static, Role::Label, Role::Text};
+const QList<Role> inputRoles{Role::Entry, Role::PasswordText};
 
 /// What both walks share: calls that keep `Walk` alive and count what is outstanding.
 template <typename Walk> struct Asking : std::enable_shared_from_this<Walk> {
@@ -137,16 +138,16 @@ struct EditableWalk : Asking<EditableWalk> {
 
     void proceed()
     {
-        while (walking && completion && !queue.empty() && outstanding < mostInFlight) {
+        while (walking && completion && !queue.empty() && outstanding < maxInFlight) {
             const QByteArray path = queue.front();
             queue.pop_front();
-            if (seen.contains(path) || size_t(seen.size()) >= mostElements)
+            if (seen.contains(path) || size_t(seen.size()) >= maxElements)
                 continue;
             seen.insert(path);
             visit(path, [self = shared_from_this(), path](const ElementFacts &facts, int count) {
                 if (isEditable(facts))
                     self->finish(true);
-                if (self->completion && count > 0 && count <= mostChildren)
+                if (self->completion && count > 0 && count <= maxChildren)
                     self->askChildren(path);
             });
         }
@@ -181,10 +182,12 @@ struct TextWalk : Asking<TextWalk> {
     qsizetype textSize = 0;
     /// What the application found in its own tree; the rest then only has children.
     bool searched = false;
-    QSet<QByteArray> editable;
+    QSet<QByteArray> inputs;
     QSet<QByteArray> texts;
     int searches = 0;
     QElapsedTimer sinceAnswer;
+
+    QByteArray focused;
 
     void start(const QByteArray &path)
     {
@@ -192,9 +195,9 @@ struct TextWalk : Asking<TextWalk> {
         sinceAnswer.start();
         watch();
         // The element itself decides first: mostly it is a document without a text of its own.
-        searches = 2;
-        search(path, {.states = atspi::bit(State::Editable), .count = atATime},
-               &TextWalk::editable);
+        searches = 3;
+        search(path, {.states = atspi::bit(State::Editable), .count = atATime}, &TextWalk::inputs);
+        search(path, {.roles = inputRoles, .count = atATime}, &TextWalk::inputs);
         search(path, {.roles = textRoles, .count = atATime}, &TextWalk::texts);
     }
 
@@ -226,16 +229,15 @@ struct TextWalk : Asking<TextWalk> {
         const qsizetype before = set.size();
         for (const ObjectRef &ref : *found)
             set.insert(ref.path);
-        // Behind the end of the tree it begins anew, or finds what is not below the element.
-        if (found->size() < rule.count || set.size() == before ||
-            size_t(set.size()) >= mostElements)
+        // Behind the end of the tree it starts again at the beginning, or finds what is not below.
+        if (found->size() < rule.count || set.size() == before || size_t(set.size()) >= maxElements)
             return;
         rule.after = found->last().path;
         ++searches;
         search(path, rule, into);
     }
 
-    /// Ends the reading when the application does.
+    /// Ends the reading when the application ends or stops answering.
     void watch()
     {
         QTimer::singleShot(patience / 4, [weak = weak_from_this()] {
@@ -255,7 +257,7 @@ struct TextWalk : Asking<TextWalk> {
     {
         if (!completion)
             return;
-        // From the event loop: whoever is told may ask the application something else.
+        // From the event loop: the receiver may ask the application something else.
         QTimer::singleShot(
             0, [done = std::exchange(completion, nullptr), text = text()] { done(text); });
         queue.clear();
@@ -274,7 +276,7 @@ struct TextWalk : Asking<TextWalk> {
         sinceAnswer.restart();
         if (searches > 0 || !completion)
             return;
-        while (!queue.empty() && outstanding < mostInFlight) {
+        while (!queue.empty() && outstanding < maxInFlight) {
             const size_t next = queue.front();
             queue.pop_front();
             visit(next);
@@ -289,7 +291,7 @@ struct TextWalk : Asking<TextWalk> {
         const bool known = searched && index > 0;
         if (!known)
             askFacts(index);
-        else if (editable.contains(path))
+        else if (inputs.contains(path))
             askFacts(index);
         else if (texts.contains(path))
             askText(index);
@@ -314,6 +316,8 @@ struct TextWalk : Asking<TextWalk> {
         ask(path, atspi::AccessibleInterface, "GetInterfaces", [self, index](DBusMessage &reply) {
             Node &node = self->nodes[index];
             node.facts.setInterfaces(reply.readStrings().value_or(QList<QByteArray>()));
+            if (self->isLeftOut(index))
+                return;
             if (!hasTextValue(node.facts))
                 self->askChildren(index);
             else if (isEditable(node.facts))
@@ -321,6 +325,16 @@ struct TextWalk : Asking<TextWalk> {
             else
                 self->askText(index);
         });
+    }
+
+    bool isLeftOut(size_t index) const
+    {
+        const Node &node = nodes[index];
+        if (isPassword(node.facts))
+            return true;
+        // All that lies in an editable document is editable, and part of it.
+        return index > 0 && !isEditable(nodes.front().facts) && isInput(node.facts) &&
+               node.path != focused;
     }
 
     void askText(size_t index)
@@ -356,7 +370,7 @@ struct TextWalk : Asking<TextWalk> {
             return;
         }
         textSize += text.size();
-        if (textSize <= mostText)
+        if (textSize <= maxText)
             nodes[index].value = withLineFeeds(text);
     }
 
@@ -365,12 +379,12 @@ struct TextWalk : Asking<TextWalk> {
         ask(nodes[index].path, atspi::AccessibleInterface, "GetChildren",
             [self = shared_from_this(), index](DBusMessage &reply) {
                 const auto children = reply.readObjects().value_or(QList<ObjectRef>());
-                if (children.size() > mostChildren)
+                if (children.size() > maxChildren)
                     return;
                 for (const ObjectRef &child : children) {
-                    // One that is met again would be read for ever.
+                    // A child that is met again would be read without end.
                     if (child.isNull() || child.busName != self->application->busName() ||
-                        self->seen.contains(child.path) || self->nodes.size() >= mostElements)
+                        self->seen.contains(child.path) || self->nodes.size() >= maxElements)
                         continue;
                     const size_t added = self->add(child.path);
                     self->nodes[index].children.push_back(added);
@@ -414,11 +428,12 @@ void findEditable(AtspiApplication &application, const QByteArray &path,
     walk->start(path, 4);
 }
 
-void readTreeText(AtspiApplication &application, const QByteArray &path,
+void readTreeText(AtspiApplication &application, const QByteArray &path, const QByteArray &focused,
                   std::function<void(const QString &)> completion)
 {
     const auto walk = std::make_shared<TextWalk>();
     walk->application = &application;
+    walk->focused = focused;
     walk->completion = std::move(completion);
     walk->start(path);
 }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "platform/ScreenCoordinates.h"
 #include "platform/linux/reading/CodePoints.h"
 #include "platform/linux/reading/ElementFacts.h"
 #include "platform/linux/reading/Geometry.h"
@@ -173,6 +174,60 @@ TEST(Geometry, ExtentsFindTheirPlaceByWhatTheProgramCountsFrom)
         << "counts from the shadow's corner and says so";
     EXPECT_EQ(at(QRect(0, 0, 652, 389), contents, contents, true).topLeft(), QPoint(84, 101))
         << "a shadow that the window system does not tell of is taken for an even one";
+}
+
+TEST(Geometry, FractionalScalesAreReadFromTheWindow)
+{
+    for (const double scale : {1.25, 1.5, 1.75, 2.0, 2.5}) {
+        const QRect topLevel(2000, 100, 601, 399); // on a screen that begins at 1920
+        const QRect contents(2040, 150, int(601 * scale), int(399 * scale));
+        const QRect placed =
+            ontoScreen(QRect(2011, 147, 300, 100), topLevel, {contents, contents, false, false});
+        EXPECT_NEAR(placed.x(), 2040 + 11 * scale, 1) << scale;
+        EXPECT_NEAR(placed.y(), 150 + 47 * scale, 1) << scale;
+        EXPECT_NEAR(placed.width(), 300 * scale, 1) << scale;
+    }
+    const QRect bordered(0, 0, 652, 452);
+    EXPECT_EQ(ontoScreen(QRect(10, 20, 30, 40), QRect(0, 0, 600, 400),
+                         {bordered, bordered, false, false}),
+              QRect(10, 20, 30, 40))
+        << "a border is no scale";
+}
+
+TEST(Geometry, MonitorsAroundTheMainOneHaveOneConversion)
+{
+    const platform::ScreenCoordinates coordinates{QRectF(1280, 600, 1920, 1080)};
+    for (const QRectF &onToolkit : {QRectF(1300, 640, 25, 25), QRectF(10, 700, 25, 25),
+                                    QRectF(3300, 900, 25, 25), QRectF(1400, 50, 25, 25)}) {
+        const QRectF frame = coordinates.accessibilityFromToolkit(onToolkit);
+        EXPECT_EQ(frame.topLeft(), onToolkit.topLeft() - QPointF(1280, 600));
+        const QRectF up = coordinates.bottomLeftFromToolkit(onToolkit);
+        EXPECT_EQ(up.y(), 1080 - frame.y() - 25);
+        EXPECT_EQ(coordinates.toolkitFromBottomLeft(up), onToolkit);
+    }
+    // Each screen with a scale of its own; the main one is the first.
+    const QList<ScreenGeometry> screens{{QRect(1920, 0, 1280, 720), 1.5},
+                                        {QRect(0, 0, 1920, 1080), 1}};
+    EXPECT_EQ(toPoints(QRect(1920 + 150, 300, 450, 150), screens), QRectF(100, 200, 300, 100));
+    EXPECT_EQ(toPoints(QRect(1000, 300, 450, 150), screens), QRectF(1000 - 1920, 300, 450, 150));
+}
+
+TEST(ElementFacts, SecretsAndHiddenElementsAreKnown)
+{
+    ElementFacts facts;
+    facts.setAttributes({{"tag", "input"}, {"autocomplete", "section-a billing CC-Number"}});
+    EXPECT_TRUE(isPassword(facts));
+    facts.setAttributes({{"autocomplete", "street-address"}});
+    EXPECT_FALSE(isPassword(facts));
+    EXPECT_TRUE(isInput(facts)) << "although it cannot be edited";
+
+    facts.toolkit = "gtk";
+    facts.states = atspi::bit(atspi::State::Visible) | atspi::bit(atspi::State::Showing);
+    EXPECT_FALSE(isHidden(facts));
+    facts.states = atspi::bit(atspi::State::Visible);
+    EXPECT_TRUE(isHidden(facts)) << "on a page of a notebook that is not in front";
+    facts.toolkit = "GTK";
+    EXPECT_FALSE(isHidden(facts)) << "GTK 4 never says that it shows something";
 }
 
 TEST(CodePoints, RangesAreInUtf16Units)

@@ -1,0 +1,206 @@
+// SPDX-FileCopyrightText: The Quillet authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "platform/linux/focus/FocusTracker.h"
+#include "support/FakeProgram.h"
+
+#include <gtest/gtest.h>
+#include <map>
+#include <unistd.h>
+
+using namespace platform::linux_;
+using atspi::Role;
+using atspi::State;
+using Kind = FocusTracker::Kind;
+
+namespace
+{
+
+struct FakeWindows : ActiveWindow {
+    std::optional<Window> active;
+    bool available = true;
+
+    bool isAvailable() override { return available; }
+    std::optional<Window> activeWindow() override { return active; }
+    std::optional<platform::linux_::WindowPlace> geometry(std::uint32_t) override { return {}; }
+};
+
+/// A program with a window "/w", in which "/a" and "/b" are inputs.
+struct Running {
+    fake::Program program;
+    AtspiApplication application;
+
+    Running(const QByteArray &busName, qint32 pid)
+        : application(busName, pid, &program)
+    {
+        program.busName = busName;
+        program.elements[atspi::rootPath] = {};
+        program.add("/w", atspi::rootPath,
+                    {.role = Role::Frame, .states = {State::Active, State::Showing}});
+        for (const char *path : {"/a", "/b"})
+            program.add(path, "/w", {.role = Role::Text, .states = {State::Editable}});
+    }
+
+    void focus(const QByteArray &path)
+    {
+        for (const char *each : {"/a", "/b"})
+            program.elements[each].states = {State::Editable, State::Showing, State::Visible};
+        if (!path.isEmpty())
+            program.elements[path].states.append(State::Focused);
+    }
+    ObjectRef ref(const QByteArray &path) const { return {program.busName, path}; }
+};
+
+struct FakeApplications : Applications {
+    QList<Running *> running;
+
+    bool isConnected() const override { return true; }
+    void waitUntilSettled(QDeadlineTimer) override {}
+    void catchUp() override {}
+    AtspiApplication *application(const QByteArray &busName) override
+    {
+        for (Running *each : running) {
+            if (each->program.busName == busName)
+                return &each->application;
+        }
+        return nullptr;
+    }
+    QList<AtspiApplication *> applications(qint32 pid) override
+    {
+        QList<AtspiApplication *> found;
+        for (Running *each : running) {
+            if (each->application.pid() == pid)
+                found.append(&each->application);
+        }
+        return found;
+    }
+};
+
+class Tracking : public testing::Test
+{
+protected:
+    Tracking()
+    {
+        applications.running = {&editor, &liar};
+        windows.active = ActiveWindow::Window{1, {100}};
+    }
+
+    Running editor{":1.1", 100};
+    Running liar{":1.2", 200};
+    FakeApplications applications;
+    FakeWindows windows;
+    FocusTracker tracker{applications, windows};
+};
+
+TEST_F(Tracking, AFocusThatTwoProgramsClaimIsWhereTheActiveWindowIs)
+{
+    editor.focus("/a");
+    liar.focus("/b");
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    Q_EMIT applications.focusChanged(liar.ref("/b"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+    EXPECT_TRUE(tracker.hasFocus(editor.ref("/a")));
+    EXPECT_FALSE(tracker.hasFocus(liar.ref("/b")));
+    EXPECT_FALSE(tracker.hasFocus(editor.ref("/b")));
+    EXPECT_FALSE(tracker.windowOf(liar.program.busName));
+    EXPECT_EQ(tracker.windowOf(editor.program.busName), 1U);
+
+    windows.active = ActiveWindow::Window{2, {200}};
+    EXPECT_FALSE(tracker.hasFocus(editor.ref("/a"))) << "at once, before the next look";
+    EXPECT_EQ(tracker.current().element, liar.ref("/b"));
+
+    windows.active = ActiveWindow::Window{3, {}};
+    EXPECT_EQ(tracker.current().kind, Kind::Application) << "nobody's window";
+    windows.active.reset();
+    EXPECT_EQ(tracker.current().kind, Kind::Nothing);
+    windows.active = ActiveWindow::Window{4, {getpid()}};
+    EXPECT_EQ(tracker.current().kind, Kind::Own);
+}
+
+TEST_F(Tracking, AClaimThatTheElementDoesNotConfirmIsNotBelieved)
+{
+    editor.focus("/b");
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/b"));
+    EXPECT_TRUE(tracker.saysFocus(editor.ref("/b")));
+
+    Q_EMIT applications.focusChanged(editor.ref("/gone"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/b"));
+}
+
+TEST_F(Tracking, WhatIsKnownIsNotAskedAgain)
+{
+    editor.focus("/a");
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+    const auto asked = editor.program.calls.size();
+    for (int tick = 0; tick < 5; ++tick)
+        EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+    EXPECT_EQ(editor.program.calls.size(), asked);
+
+    Q_EMIT applications.focusChanged(editor.ref("/a"), false);
+    EXPECT_FALSE(tracker.hasFocus(editor.ref("/a")));
+    editor.focus("/b");
+    EXPECT_EQ(tracker.current().element, editor.ref("/b")) << "by asking";
+}
+
+TEST_F(Tracking, AProgramThatAnswersLateIsNotWaitedForTwice)
+{
+    editor.focus("/a");
+    liar.focus("/b");
+    windows.active = ActiveWindow::Window{2, {200}};
+    EXPECT_EQ(tracker.current().element, liar.ref("/b"));
+
+    // The button must not stay over a window whose program does not answer.
+    windows.active = ActiveWindow::Window{1, {100}};
+    editor.program.isSilent = true;
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    EXPECT_EQ(tracker.current().kind, Kind::Application);
+    const auto asked = editor.program.calls.size();
+    EXPECT_EQ(tracker.current().kind, Kind::Waiting);
+    EXPECT_EQ(editor.program.calls.size(), asked);
+
+    editor.program.isSilent = false;
+    editor.program.serve();
+    EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+}
+
+TEST_F(Tracking, AProgramThatHasLeftHasNoFocus)
+{
+    editor.focus("/a");
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    EXPECT_EQ(tracker.current().kind, Kind::Element);
+    applications.running.removeFirst();
+    Q_EMIT applications.applicationLeft(editor.program.busName);
+    EXPECT_FALSE(tracker.hasFocus(editor.ref("/a")));
+    EXPECT_EQ(tracker.current().kind, Kind::Application);
+}
+
+TEST_F(Tracking, WithoutAWindowManagerTheLastReporterCounts)
+{
+    windows.available = false;
+    editor.focus("/a");
+    liar.focus("/b");
+    EXPECT_EQ(tracker.current().kind, Kind::Nothing);
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+    Q_EMIT applications.focusChanged(liar.ref("/b"), true);
+    EXPECT_EQ(tracker.current().element, liar.ref("/b"));
+    EXPECT_FALSE(tracker.hasFocus(editor.ref("/a")));
+}
+
+TEST_F(Tracking, TheInputIsAllOfAnEditableRegion)
+{
+    editor.program.elements["/a"].attributes = {{"tag", "div"}};
+    editor.program.elements["/a"].states = {State::Editable, State::Focusable};
+    editor.program.add("/line", "/a",
+                       {.role = Role::Paragraph,
+                        .states = {State::Editable, State::Focused},
+                        .attributes = {{"tag", "p"}}});
+    Q_EMIT applications.focusChanged(editor.ref("/line"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+    EXPECT_TRUE(tracker.hasFocus(editor.ref("/a")));
+    EXPECT_TRUE(tracker.hasFocus(editor.ref("/line")));
+}
+
+} // namespace
