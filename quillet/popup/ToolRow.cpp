@@ -86,13 +86,14 @@ ToolRow::ToolRow(const QList<PillButton *> &buttons, QWidget *parent)
 void ToolRow::reveal(PillButton *button)
 {
     m_revealed = button;
-    ensureWidgetVisible(button, NeighbourMargin, 0);
+    // Before it is shown, the row does not have its size.
+    if (isVisible())
+        ensureWidgetVisible(button, NeighbourMargin, 0);
 }
 
 void ToolRow::showEvent(QShowEvent *event)
 {
     QScrollArea::showEvent(event);
-    // The row has its size, and so a range to scroll in, only now.
     if (m_revealed)
         ensureWidgetVisible(m_revealed, NeighbourMargin, 0);
     updateFades();

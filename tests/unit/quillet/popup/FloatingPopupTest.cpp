@@ -96,6 +96,7 @@ TEST_F(FloatingPopupTest, TogglesAndRemembersTheTool)
     ASSERT_TRUE(popup.popupWindow());
     EXPECT_EQ(workspace.panels, QList<QWidget *>{popup.popupWindow()});
     EXPECT_EQ(popup.popupWindow()->size(), QSize(370, 250));
+    EXPECT_EQ(button("improve")->mapTo(popup.popupWindow(), QPoint(0, 0)), QPoint(10, 8));
     EXPECT_EQ(button("improve")->look().background, QColor(108, 61, 245));
     EXPECT_EQ(button("reply")->look().background, QColor(Qt::white));
     EXPECT_TRUE(button("quick-improve"));
