@@ -609,5 +609,177 @@ across all your favourite apps</translation>
         <source>Quillet keeps running in the background. Start Quillet again to open this window.</source>
         <translation>Quillet keeps running in the background. Start Quillet again to open this window.</translation>
     </message>
+    <message>
+        <source>Session</source>
+        <translation>Session</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unknown</translation>
+    </message>
+    <message>
+        <source>type %1</source>
+        <translation>type %1</translation>
+    </message>
+    <message>
+        <source>type %1, desktop %2</source>
+        <translation>type %1, desktop %2</translation>
+    </message>
+    <message>
+        <source>; no X11 display answers</source>
+        <translation>; no X11 display answers</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a graphical session. On a Wayland desktop, install its X11 server (the package xwayland).</source>
+        <translation>Start Quillet in a graphical session. On a Wayland desktop, install its X11 server (the package xwayland).</translation>
+    </message>
+    <message>
+        <source>; Quillet works in programs that run on its X11 server</source>
+        <translation>; Quillet works in programs that run on its X11 server</translation>
+    </message>
+    <message>
+        <source>Choose an X11 session when you log in to use Quillet everywhere.</source>
+        <translation>Choose an X11 session when you log in to use Quillet everywhere.</translation>
+    </message>
+    <message>
+        <source>Window manager</source>
+        <translation>Window manager</translation>
+    </message>
+    <message>
+        <source>the compositor of the session</source>
+        <translation>the compositor of the session</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>Start a window manager: without one, windows are not told apart.</source>
+        <translation>Start a window manager: without one, windows are not told apart.</translation>
+    </message>
+    <message>
+        <source>%1 does not follow %2</source>
+        <translation>%1 does not follow %2</translation>
+    </message>
+    <message>
+        <source>Tray</source>
+        <translation>Tray</translation>
+    </message>
+    <message>
+        <source>present</source>
+        <translation>present</translation>
+    </message>
+    <message>
+        <source>Start Quillet a second time to bring back its window.</source>
+        <translation>Start Quillet a second time to bring back its window.</translation>
+    </message>
+    <message>
+        <source>Accessibility service</source>
+        <translation>Accessibility service</translation>
+    </message>
+    <message>
+        <source>there is no session bus</source>
+        <translation>there is no session bus</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a desktop session, or with dbus-run-session.</source>
+        <translation>Start Quillet in a desktop session, or with dbus-run-session.</translation>
+    </message>
+    <message>
+        <source>it is not installed or does not answer</source>
+        <translation>it is not installed or does not answer</translation>
+    </message>
+    <message>
+        <source>Install the package at-spi2-core and log in again.</source>
+        <translation>Install the package at-spi2-core and log in again.</translation>
+    </message>
+    <message>
+        <source>it is switched off</source>
+        <translation>it is switched off</translation>
+    </message>
+    <message>
+        <source>Start Quillet: it switches the service on.</source>
+        <translation>Start Quillet: it switches the service on.</translation>
+    </message>
+    <message>
+        <source>it answers and is switched on</source>
+        <translation>it answers and is switched on</translation>
+    </message>
+    <message>
+        <source>given</source>
+        <translation>given</translation>
+    </message>
+    <message>
+        <source>not given</source>
+        <translation>not given</translation>
+    </message>
+    <message>
+        <source>Run "quillet --setup" and follow the wizard.</source>
+        <translation>Run "quillet --setup" and follow the wizard.</translation>
+    </message>
+    <message>
+        <source>%1 shows only its windows</source>
+        <translation>%1 shows only its windows</translation>
+    </message>
+    <message>
+        <source>%1 shows nothing</source>
+        <translation>%1 shows nothing</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Program</translation>
+    </message>
+    <message>
+        <source>Start the program again while Quillet has its permission.</source>
+        <translation>Start the program again while Quillet has its permission.</translation>
+    </message>
+    <message>
+        <source>these show their text: %1</source>
+        <translation>these show their text: %1</translation>
+    </message>
+    <message>
+        <source>Typing</source>
+        <translation>Typing</translation>
+    </message>
+    <message>
+        <source>every character can be typed</source>
+        <translation>every character can be typed</translation>
+    </message>
+    <message>
+        <source>the display lacks %1</source>
+        <translation>the display lacks %1</translation>
+    </message>
+    <message>
+        <source>there is no display</source>
+        <translation>there is no display</translation>
+    </message>
+    <message>
+        <source>Without it Quillet cannot write into browsers and programs built on them.</source>
+        <translation>Without it Quillet cannot write into browsers and programs built on them.</translation>
+    </message>
+    <message>
+        <source>Free keys for characters that the layout does not have: %1</source>
+        <translation>Free keys for characters that the layout does not have: %1</translation>
+    </message>
+    <message>
+        <source>Choose fewer keyboard layouts at a time.</source>
+        <translation>Choose fewer keyboard layouts at a time.</translation>
+    </message>
+    <message>
+        <source>Writing backend</source>
+        <translation>Writing backend</translation>
+    </message>
+    <message>
+        <source>Install Quillet again: quillet-backend belongs beside it.</source>
+        <translation>Install Quillet again: quillet-backend belongs beside it.</translation>
+    </message>
+    <message>
+        <source>Quillet cannot do its job here yet.</source>
+        <translation>Quillet cannot do its job here yet.</translation>
+    </message>
+    <message>
+        <source>Quillet can do its job here.</source>
+        <translation>Quillet can do its job here.</translation>
+    </message>
 </context>
 </TS>

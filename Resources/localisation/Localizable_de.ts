@@ -609,5 +609,177 @@ Ihren Lieblingsprogrammen</translation>
         <source>Turn off</source>
         <translation>Ausschalten</translation>
     </message>
+    <message>
+        <source>Session</source>
+        <translation>Sitzung</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>type %1</source>
+        <translation>Art %1</translation>
+    </message>
+    <message>
+        <source>type %1, desktop %2</source>
+        <translation>Art %1, Arbeitsumgebung %2</translation>
+    </message>
+    <message>
+        <source>; no X11 display answers</source>
+        <translation>; kein X11-Bildschirm antwortet</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a graphical session. On a Wayland desktop, install its X11 server (the package xwayland).</source>
+        <translation>Starten Sie Quillet in einer grafischen Sitzung. Installieren Sie unter Wayland dessen X11-Server (das Paket xwayland).</translation>
+    </message>
+    <message>
+        <source>; Quillet works in programs that run on its X11 server</source>
+        <translation>; Quillet arbeitet in Programmen, die auf ihrem X11-Server laufen</translation>
+    </message>
+    <message>
+        <source>Choose an X11 session when you log in to use Quillet everywhere.</source>
+        <translation>Wählen Sie beim Anmelden eine X11-Sitzung, um Quillet überall zu nutzen.</translation>
+    </message>
+    <message>
+        <source>Window manager</source>
+        <translation>Fensterverwaltung</translation>
+    </message>
+    <message>
+        <source>the compositor of the session</source>
+        <translation>der Compositor der Sitzung</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>Start a window manager: without one, windows are not told apart.</source>
+        <translation>Starten Sie eine Fensterverwaltung: Ohne sie sind Fenster nicht zu unterscheiden.</translation>
+    </message>
+    <message>
+        <source>%1 does not follow %2</source>
+        <translation>%1 befolgt %2 nicht</translation>
+    </message>
+    <message>
+        <source>Tray</source>
+        <translation>Symbolleiste</translation>
+    </message>
+    <message>
+        <source>present</source>
+        <translation>vorhanden</translation>
+    </message>
+    <message>
+        <source>Start Quillet a second time to bring back its window.</source>
+        <translation>Starten Sie Quillet noch einmal, um sein Fenster zurückzuholen.</translation>
+    </message>
+    <message>
+        <source>Accessibility service</source>
+        <translation>Dienst der Barrierefreiheit</translation>
+    </message>
+    <message>
+        <source>there is no session bus</source>
+        <translation>es gibt keinen Sitzungsbus</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a desktop session, or with dbus-run-session.</source>
+        <translation>Starten Sie Quillet in einer Arbeitsumgebung oder mit dbus-run-session.</translation>
+    </message>
+    <message>
+        <source>it is not installed or does not answer</source>
+        <translation>er ist nicht installiert oder antwortet nicht</translation>
+    </message>
+    <message>
+        <source>Install the package at-spi2-core and log in again.</source>
+        <translation>Installieren Sie das Paket at-spi2-core und melden Sie sich neu an.</translation>
+    </message>
+    <message>
+        <source>it is switched off</source>
+        <translation>er ist ausgeschaltet</translation>
+    </message>
+    <message>
+        <source>Start Quillet: it switches the service on.</source>
+        <translation>Starten Sie Quillet: Es schaltet den Dienst ein.</translation>
+    </message>
+    <message>
+        <source>it answers and is switched on</source>
+        <translation>er antwortet und ist eingeschaltet</translation>
+    </message>
+    <message>
+        <source>given</source>
+        <translation>erteilt</translation>
+    </message>
+    <message>
+        <source>not given</source>
+        <translation>nicht erteilt</translation>
+    </message>
+    <message>
+        <source>Run &quot;quillet --setup&quot; and follow the wizard.</source>
+        <translation>Führen Sie „quillet --setup“ aus und folgen Sie dem Assistenten.</translation>
+    </message>
+    <message>
+        <source>%1 shows only its windows</source>
+        <translation>%1 zeigt nur seine Fenster</translation>
+    </message>
+    <message>
+        <source>%1 shows nothing</source>
+        <translation>%1 zeigt nichts</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programm</translation>
+    </message>
+    <message>
+        <source>Start the program again while Quillet has its permission.</source>
+        <translation>Starten Sie das Programm neu, während Quillet seine Berechtigung hat.</translation>
+    </message>
+    <message>
+        <source>these show their text: %1</source>
+        <translation>diese zeigen ihren Text: %1</translation>
+    </message>
+    <message>
+        <source>Typing</source>
+        <translation>Tippen</translation>
+    </message>
+    <message>
+        <source>every character can be typed</source>
+        <translation>jedes Zeichen kann getippt werden</translation>
+    </message>
+    <message>
+        <source>the display lacks %1</source>
+        <translation>dem Bildschirm fehlt %1</translation>
+    </message>
+    <message>
+        <source>there is no display</source>
+        <translation>es gibt keinen Bildschirm</translation>
+    </message>
+    <message>
+        <source>Without it Quillet cannot write into browsers and programs built on them.</source>
+        <translation>Ohne das kann Quillet nicht in Browser und darauf gebaute Programme schreiben.</translation>
+    </message>
+    <message>
+        <source>Free keys for characters that the layout does not have: %1</source>
+        <translation>Freie Tasten für Zeichen, die die Belegung nicht hat: %1</translation>
+    </message>
+    <message>
+        <source>Choose fewer keyboard layouts at a time.</source>
+        <translation>Wählen Sie weniger Tastaturbelegungen auf einmal.</translation>
+    </message>
+    <message>
+        <source>Writing backend</source>
+        <translation>Schreibdienst</translation>
+    </message>
+    <message>
+        <source>Install Quillet again: quillet-backend belongs beside it.</source>
+        <translation>Installieren Sie Quillet neu: quillet-backend gehört daneben.</translation>
+    </message>
+    <message>
+        <source>Quillet cannot do its job here yet.</source>
+        <translation>Quillet kann hier seine Arbeit noch nicht tun.</translation>
+    </message>
+    <message>
+        <source>Quillet can do its job here.</source>
+        <translation>Quillet kann hier seine Arbeit tun.</translation>
+    </message>
 </context>
 </TS>

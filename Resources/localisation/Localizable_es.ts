@@ -609,5 +609,177 @@ en todas sus aplicaciones favoritas</translation>
         <source>Turn off</source>
         <translation>Desactivar</translation>
     </message>
+    <message>
+        <source>Session</source>
+        <translation>Sesión</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>desconocido</translation>
+    </message>
+    <message>
+        <source>type %1</source>
+        <translation>tipo %1</translation>
+    </message>
+    <message>
+        <source>type %1, desktop %2</source>
+        <translation>tipo %1, escritorio %2</translation>
+    </message>
+    <message>
+        <source>; no X11 display answers</source>
+        <translation>; ninguna pantalla X11 responde</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a graphical session. On a Wayland desktop, install its X11 server (the package xwayland).</source>
+        <translation>Inicie Quillet en una sesión gráfica. En un escritorio Wayland, instale su servidor X11 (el paquete xwayland).</translation>
+    </message>
+    <message>
+        <source>; Quillet works in programs that run on its X11 server</source>
+        <translation>; Quillet funciona en los programas que usan su servidor X11</translation>
+    </message>
+    <message>
+        <source>Choose an X11 session when you log in to use Quillet everywhere.</source>
+        <translation>Elija una sesión X11 al iniciar la sesión para usar Quillet en todas partes.</translation>
+    </message>
+    <message>
+        <source>Window manager</source>
+        <translation>Gestor de ventanas</translation>
+    </message>
+    <message>
+        <source>the compositor of the session</source>
+        <translation>el compositor de la sesión</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>ninguno</translation>
+    </message>
+    <message>
+        <source>Start a window manager: without one, windows are not told apart.</source>
+        <translation>Inicie un gestor de ventanas: sin él no se distinguen las ventanas.</translation>
+    </message>
+    <message>
+        <source>%1 does not follow %2</source>
+        <translation>%1 no cumple %2</translation>
+    </message>
+    <message>
+        <source>Tray</source>
+        <translation>Bandeja</translation>
+    </message>
+    <message>
+        <source>present</source>
+        <translation>presente</translation>
+    </message>
+    <message>
+        <source>Start Quillet a second time to bring back its window.</source>
+        <translation>Inicie Quillet otra vez para recuperar su ventana.</translation>
+    </message>
+    <message>
+        <source>Accessibility service</source>
+        <translation>Servicio de accesibilidad</translation>
+    </message>
+    <message>
+        <source>there is no session bus</source>
+        <translation>no hay bus de sesión</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a desktop session, or with dbus-run-session.</source>
+        <translation>Inicie Quillet en una sesión de escritorio o con dbus-run-session.</translation>
+    </message>
+    <message>
+        <source>it is not installed or does not answer</source>
+        <translation>no está instalado o no responde</translation>
+    </message>
+    <message>
+        <source>Install the package at-spi2-core and log in again.</source>
+        <translation>Instale el paquete at-spi2-core y vuelva a iniciar la sesión.</translation>
+    </message>
+    <message>
+        <source>it is switched off</source>
+        <translation>está desactivado</translation>
+    </message>
+    <message>
+        <source>Start Quillet: it switches the service on.</source>
+        <translation>Inicie Quillet: activa el servicio.</translation>
+    </message>
+    <message>
+        <source>it answers and is switched on</source>
+        <translation>responde y está activado</translation>
+    </message>
+    <message>
+        <source>given</source>
+        <translation>concedido</translation>
+    </message>
+    <message>
+        <source>not given</source>
+        <translation>no concedido</translation>
+    </message>
+    <message>
+        <source>Run &quot;quillet --setup&quot; and follow the wizard.</source>
+        <translation>Ejecute «quillet --setup» y siga al asistente.</translation>
+    </message>
+    <message>
+        <source>%1 shows only its windows</source>
+        <translation>%1 solo muestra sus ventanas</translation>
+    </message>
+    <message>
+        <source>%1 shows nothing</source>
+        <translation>%1 no muestra nada</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programa</translation>
+    </message>
+    <message>
+        <source>Start the program again while Quillet has its permission.</source>
+        <translation>Inicie de nuevo el programa mientras Quillet tiene su permiso.</translation>
+    </message>
+    <message>
+        <source>these show their text: %1</source>
+        <translation>estos muestran su texto: %1</translation>
+    </message>
+    <message>
+        <source>Typing</source>
+        <translation>Escritura</translation>
+    </message>
+    <message>
+        <source>every character can be typed</source>
+        <translation>se puede escribir cualquier carácter</translation>
+    </message>
+    <message>
+        <source>the display lacks %1</source>
+        <translation>a la pantalla le falta %1</translation>
+    </message>
+    <message>
+        <source>there is no display</source>
+        <translation>no hay pantalla</translation>
+    </message>
+    <message>
+        <source>Without it Quillet cannot write into browsers and programs built on them.</source>
+        <translation>Sin ello Quillet no puede escribir en navegadores ni en programas basados en ellos.</translation>
+    </message>
+    <message>
+        <source>Free keys for characters that the layout does not have: %1</source>
+        <translation>Teclas libres para caracteres que la distribución no tiene: %1</translation>
+    </message>
+    <message>
+        <source>Choose fewer keyboard layouts at a time.</source>
+        <translation>Elija menos distribuciones de teclado a la vez.</translation>
+    </message>
+    <message>
+        <source>Writing backend</source>
+        <translation>Servicio de escritura</translation>
+    </message>
+    <message>
+        <source>Install Quillet again: quillet-backend belongs beside it.</source>
+        <translation>Instale Quillet de nuevo: quillet-backend va a su lado.</translation>
+    </message>
+    <message>
+        <source>Quillet cannot do its job here yet.</source>
+        <translation>Quillet aún no puede hacer su trabajo aquí.</translation>
+    </message>
+    <message>
+        <source>Quillet can do its job here.</source>
+        <translation>Quillet puede hacer su trabajo aquí.</translation>
+    </message>
 </context>
 </TS>

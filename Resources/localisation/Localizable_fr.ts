@@ -609,5 +609,177 @@ dans toutes vos applications favorites</translation>
         <source>Turn off</source>
         <translation>Désactiver</translation>
     </message>
+    <message>
+        <source>Session</source>
+        <translation>Session</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>inconnu</translation>
+    </message>
+    <message>
+        <source>type %1</source>
+        <translation>type %1</translation>
+    </message>
+    <message>
+        <source>type %1, desktop %2</source>
+        <translation>type %1, bureau %2</translation>
+    </message>
+    <message>
+        <source>; no X11 display answers</source>
+        <translation>; aucun écran X11 ne répond</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a graphical session. On a Wayland desktop, install its X11 server (the package xwayland).</source>
+        <translation>Lancez Quillet dans une session graphique. Sous Wayland, installez son serveur X11 (le paquet xwayland).</translation>
+    </message>
+    <message>
+        <source>; Quillet works in programs that run on its X11 server</source>
+        <translation>; Quillet fonctionne dans les programmes qui utilisent son serveur X11</translation>
+    </message>
+    <message>
+        <source>Choose an X11 session when you log in to use Quillet everywhere.</source>
+        <translation>Choisissez une session X11 à la connexion pour utiliser Quillet partout.</translation>
+    </message>
+    <message>
+        <source>Window manager</source>
+        <translation>Gestionnaire de fenêtres</translation>
+    </message>
+    <message>
+        <source>the compositor of the session</source>
+        <translation>le compositeur de la session</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>aucun</translation>
+    </message>
+    <message>
+        <source>Start a window manager: without one, windows are not told apart.</source>
+        <translation>Lancez un gestionnaire de fenêtres : sans lui, les fenêtres ne se distinguent pas.</translation>
+    </message>
+    <message>
+        <source>%1 does not follow %2</source>
+        <translation>%1 ne respecte pas %2</translation>
+    </message>
+    <message>
+        <source>Tray</source>
+        <translation>Zone de notification</translation>
+    </message>
+    <message>
+        <source>present</source>
+        <translation>présent</translation>
+    </message>
+    <message>
+        <source>Start Quillet a second time to bring back its window.</source>
+        <translation>Lancez Quillet une seconde fois pour retrouver sa fenêtre.</translation>
+    </message>
+    <message>
+        <source>Accessibility service</source>
+        <translation>Service d’accessibilité</translation>
+    </message>
+    <message>
+        <source>there is no session bus</source>
+        <translation>il n’y a pas de bus de session</translation>
+    </message>
+    <message>
+        <source>Start Quillet in a desktop session, or with dbus-run-session.</source>
+        <translation>Lancez Quillet dans une session de bureau, ou avec dbus-run-session.</translation>
+    </message>
+    <message>
+        <source>it is not installed or does not answer</source>
+        <translation>il n’est pas installé ou ne répond pas</translation>
+    </message>
+    <message>
+        <source>Install the package at-spi2-core and log in again.</source>
+        <translation>Installez le paquet at-spi2-core et reconnectez-vous.</translation>
+    </message>
+    <message>
+        <source>it is switched off</source>
+        <translation>il est désactivé</translation>
+    </message>
+    <message>
+        <source>Start Quillet: it switches the service on.</source>
+        <translation>Lancez Quillet : il active le service.</translation>
+    </message>
+    <message>
+        <source>it answers and is switched on</source>
+        <translation>il répond et est activé</translation>
+    </message>
+    <message>
+        <source>given</source>
+        <translation>accordée</translation>
+    </message>
+    <message>
+        <source>not given</source>
+        <translation>non accordée</translation>
+    </message>
+    <message>
+        <source>Run &quot;quillet --setup&quot; and follow the wizard.</source>
+        <translation>Exécutez « quillet --setup » et suivez l’assistant.</translation>
+    </message>
+    <message>
+        <source>%1 shows only its windows</source>
+        <translation>%1 ne montre que ses fenêtres</translation>
+    </message>
+    <message>
+        <source>%1 shows nothing</source>
+        <translation>%1 ne montre rien</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programme</translation>
+    </message>
+    <message>
+        <source>Start the program again while Quillet has its permission.</source>
+        <translation>Relancez le programme pendant que Quillet a son autorisation.</translation>
+    </message>
+    <message>
+        <source>these show their text: %1</source>
+        <translation>ceux-ci montrent leur texte : %1</translation>
+    </message>
+    <message>
+        <source>Typing</source>
+        <translation>Saisie</translation>
+    </message>
+    <message>
+        <source>every character can be typed</source>
+        <translation>tous les caractères peuvent être saisis</translation>
+    </message>
+    <message>
+        <source>the display lacks %1</source>
+        <translation>il manque %1 à l’écran</translation>
+    </message>
+    <message>
+        <source>there is no display</source>
+        <translation>il n’y a pas d’écran</translation>
+    </message>
+    <message>
+        <source>Without it Quillet cannot write into browsers and programs built on them.</source>
+        <translation>Sans cela, Quillet ne peut pas écrire dans les navigateurs et les programmes qui en dérivent.</translation>
+    </message>
+    <message>
+        <source>Free keys for characters that the layout does not have: %1</source>
+        <translation>Touches libres pour les caractères absents de la disposition : %1</translation>
+    </message>
+    <message>
+        <source>Choose fewer keyboard layouts at a time.</source>
+        <translation>Choisissez moins de dispositions de clavier à la fois.</translation>
+    </message>
+    <message>
+        <source>Writing backend</source>
+        <translation>Service d’écriture</translation>
+    </message>
+    <message>
+        <source>Install Quillet again: quillet-backend belongs beside it.</source>
+        <translation>Réinstallez Quillet : quillet-backend doit se trouver à côté.</translation>
+    </message>
+    <message>
+        <source>Quillet cannot do its job here yet.</source>
+        <translation>Quillet ne peut pas encore faire son travail ici.</translation>
+    </message>
+    <message>
+        <source>Quillet can do its job here.</source>
+        <translation>Quillet peut faire son travail ici.</translation>
+    </message>
 </context>
 </TS>

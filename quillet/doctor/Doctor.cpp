@@ -3,6 +3,8 @@
 
 #include "quillet/doctor/Doctor.h"
 
+#include "quillet/widgets/Localisation.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -44,21 +46,24 @@ QList<Finding> Doctor::judge(const SystemFacts &facts, const BackendFacts &backe
 
 Finding Doctor::session(const SystemFacts &facts)
 {
-    Finding finding{QStringLiteral("session"), tr("Session"), State::Good, {}, {}};
-    const QString type = facts.sessionType.isEmpty() ? tr("unknown") : facts.sessionType;
-    finding.detail = facts.desktop.isEmpty() ? tr("type %1").arg(type)
-                                             : tr("type %1, desktop %2").arg(type, facts.desktop);
+    Finding finding{QStringLiteral("session"), localized("Session"), State::Good, {}, {}};
+    const QString type = facts.sessionType.isEmpty() ? localized("unknown") : facts.sessionType;
+    finding.detail = facts.desktop.isEmpty()
+                         ? localized("type %1").arg(type)
+                         : localized("type %1, desktop %2").arg(type, facts.desktop);
     if (facts.isNativeWayland)
         return finding;
     if (!facts.hasDisplay) {
         finding.state = State::Broken;
-        finding.detail += tr("; no X11 display answers");
-        finding.remedy = tr("Start Quillet in a graphical session. On a Wayland desktop, install "
-                            "its X11 server (the package xwayland).");
+        finding.detail += localized("; no X11 display answers");
+        finding.remedy =
+            localized("Start Quillet in a graphical session. On a Wayland desktop, install "
+                      "its X11 server (the package xwayland).");
     } else if (facts.sessionType == QLatin1StringView("wayland")) {
         finding.state = State::Limited;
-        finding.detail += tr("; Quillet works in programs that run on its X11 server");
-        finding.remedy = tr("Choose an X11 session when you log in to use Quillet everywhere.");
+        finding.detail += localized("; Quillet works in programs that run on its X11 server");
+        finding.remedy =
+            localized("Choose an X11 session when you log in to use Quillet everywhere.");
     }
     if (finding.state != State::Good && !facts.limitation.isEmpty())
         finding.remedy = facts.limitation;
@@ -68,20 +73,21 @@ Finding Doctor::session(const SystemFacts &facts)
 Finding Doctor::windowManager(const SystemFacts &facts)
 {
     Finding finding{QStringLiteral("window-manager"),
-                    tr("Window manager"),
+                    localized("Window manager"),
                     State::Good,
                     facts.windowManager,
                     {}};
     if (facts.isNativeWayland) {
-        finding.detail = tr("the compositor of the session");
+        finding.detail = localized("the compositor of the session");
     } else if (!facts.hasDisplay || facts.windowManager.isEmpty()) {
         finding.state = State::Limited;
-        finding.detail = tr("none");
-        finding.remedy = tr("Start a window manager: without one, windows are not told apart.");
+        finding.detail = localized("none");
+        finding.remedy =
+            localized("Start a window manager: without one, windows are not told apart.");
     } else if (!facts.missingHints.isEmpty()) {
         finding.state = State::Limited;
         finding.detail =
-            tr("%1 does not follow %2")
+            localized("%1 does not follow %2")
                 .arg(facts.windowManager, facts.missingHints.join(QStringLiteral(", ")));
     }
     return finding;
@@ -90,34 +96,34 @@ Finding Doctor::windowManager(const SystemFacts &facts)
 Finding Doctor::tray(const SystemFacts &facts)
 {
     if (facts.hasTray)
-        return {QStringLiteral("tray"), tr("Tray"), State::Good, tr("present"), {}};
-    return {QStringLiteral("tray"), tr("Tray"), State::Limited, tr("none"),
-            tr("Start Quillet a second time to bring back its window.")};
+        return {QStringLiteral("tray"), localized("Tray"), State::Good, localized("present"), {}};
+    return {QStringLiteral("tray"), localized("Tray"), State::Limited, localized("none"),
+            localized("Start Quillet a second time to bring back its window.")};
 }
 
 Finding Doctor::accessibility(const SystemFacts &facts)
 {
     Finding finding{
-        QStringLiteral("accessibility"), tr("Accessibility service"), State::Broken, {}, {}};
+        QStringLiteral("accessibility"), localized("Accessibility service"), State::Broken, {}, {}};
     switch (facts.accessibility) {
     case SystemFacts::Service::NoBus:
-        finding.detail = tr("there is no session bus");
-        finding.remedy = tr("Start Quillet in a desktop session, or with dbus-run-session.");
+        finding.detail = localized("there is no session bus");
+        finding.remedy = localized("Start Quillet in a desktop session, or with dbus-run-session.");
         break;
     case SystemFacts::Service::Missing:
-        finding.detail = tr("it is not installed or does not answer");
-        finding.remedy = tr("Install the package at-spi2-core and log in again.");
+        finding.detail = localized("it is not installed or does not answer");
+        finding.remedy = localized("Install the package at-spi2-core and log in again.");
         break;
     case SystemFacts::Service::Off:
         // Quillet switches it on together with the permission.
         finding.state = facts.hasConsent ? State::Limited : State::Good;
-        finding.detail = tr("it is switched off");
+        finding.detail = localized("it is switched off");
         if (facts.hasConsent)
-            finding.remedy = tr("Start Quillet: it switches the service on.");
+            finding.remedy = localized("Start Quillet: it switches the service on.");
         break;
     case SystemFacts::Service::On:
         finding.state = State::Good;
-        finding.detail = tr("it answers and is switched on");
+        finding.detail = localized("it answers and is switched on");
         break;
     }
     return finding;
@@ -126,9 +132,13 @@ Finding Doctor::accessibility(const SystemFacts &facts)
 Finding Doctor::consent(const SystemFacts &facts)
 {
     if (facts.hasConsent)
-        return {QStringLiteral("permission"), tr("Permission"), State::Good, tr("given"), {}};
-    return {QStringLiteral("permission"), tr("Permission"), State::Broken, tr("not given"),
-            tr("Run \"quillet --setup\" and follow the wizard.")};
+        return {QStringLiteral("permission"),
+                localized("Permission"),
+                State::Good,
+                localized("given"),
+                {}};
+    return {QStringLiteral("permission"), localized("Permission"), State::Broken,
+            localized("not given"), localized("Run \"quillet --setup\" and follow the wizard.")};
 }
 
 QList<Finding> Doctor::programs(const SystemFacts &facts)
@@ -142,42 +152,45 @@ QList<Finding> Doctor::programs(const SystemFacts &facts)
             continue;
         }
         const QString detail = program.shows == Shows::Windows
-                                   ? tr("%1 shows only its windows").arg(program.name)
-                                   : tr("%1 shows nothing").arg(program.name);
-        findings.append({QStringLiteral("program"), tr("Program"), State::Limited, detail,
-                         program.remedy.isEmpty()
-                             ? tr("Start the program again while Quillet has its permission.")
-                             : program.remedy});
+                                   ? localized("%1 shows only its windows").arg(program.name)
+                                   : localized("%1 shows nothing").arg(program.name);
+        findings.append(
+            {QStringLiteral("program"), localized("Program"), State::Limited, detail,
+             program.remedy.isEmpty()
+                 ? localized("Start the program again while Quillet has its permission.")
+                 : program.remedy});
     }
     if (!open.isEmpty())
-        findings.prepend({QStringLiteral("program"),
-                          tr("Programs"),
-                          State::Good,
-                          tr("these show their text: %1").arg(open.join(QStringLiteral(", "))),
-                          {}});
+        findings.prepend(
+            {QStringLiteral("program"),
+             localized("Programs"),
+             State::Good,
+             localized("these show their text: %1").arg(open.join(QStringLiteral(", "))),
+             {}});
     return findings;
 }
 
 Finding Doctor::typing(const SystemFacts &facts)
 {
-    Finding finding{QStringLiteral("typing"), tr("Typing"), State::Good, {}, {}};
+    Finding finding{QStringLiteral("typing"), localized("Typing"), State::Good, {}, {}};
     if (facts.isNativeWayland) {
-        finding.detail = tr("every character can be typed");
+        finding.detail = localized("every character can be typed");
     } else if (!facts.hasDisplay || !facts.missingForTyping.isEmpty()) {
         finding.state = State::Limited;
-        finding.detail =
-            facts.hasDisplay
-                ? tr("the display lacks %1").arg(facts.missingForTyping.join(QStringLiteral(", ")))
-                : tr("there is no display");
-        finding.remedy = tr("Without it Quillet cannot write into browsers and programs built on "
-                            "them.");
+        finding.detail = facts.hasDisplay
+                             ? localized("the display lacks %1")
+                                   .arg(facts.missingForTyping.join(QStringLiteral(", ")))
+                             : localized("there is no display");
+        finding.remedy =
+            localized("Without it Quillet cannot write into browsers and programs built on "
+                      "them.");
     } else if (facts.spareKeys < enoughSpareKeys) {
         finding.state = State::Limited;
-        finding.detail = tr("%n key(s) are free for characters that the layout does not have", "",
-                            facts.spareKeys);
-        finding.remedy = tr("Choose fewer keyboard layouts at a time.");
+        finding.detail = localized("Free keys for characters that the layout does not have: %1")
+                             .arg(facts.spareKeys);
+        finding.remedy = localized("Choose fewer keyboard layouts at a time.");
     } else {
-        finding.detail = tr("every character can be typed (%n free key(s))", "", facts.spareKeys);
+        finding.detail = localized("every character can be typed");
     }
     return finding;
 }
@@ -185,10 +198,13 @@ Finding Doctor::typing(const SystemFacts &facts)
 Finding Doctor::backendAnswer(const BackendFacts &backend)
 {
     if (backend.failure.isEmpty())
-        return {
-            QStringLiteral("backend"), tr("Writing backend"), State::Good, backend.description, {}};
-    return {QStringLiteral("backend"), tr("Writing backend"), State::Broken, backend.failure,
-            tr("Install Quillet again: quillet-backend belongs beside it.")};
+        return {QStringLiteral("backend"),
+                localized("Writing backend"),
+                State::Good,
+                backend.description,
+                {}};
+    return {QStringLiteral("backend"), localized("Writing backend"), State::Broken, backend.failure,
+            localized("Install Quillet again: quillet-backend belongs beside it.")};
 }
 
 QString Doctor::toText(const QList<Finding> &findings)
@@ -204,8 +220,8 @@ QString Doctor::toText(const QList<Finding> &findings)
             text += QStringLiteral("         -> %1\n").arg(finding.remedy);
     }
     return text +
-           (exitStatus(findings) ? tr("Quillet cannot do its job here yet.")
-                                 : tr("Quillet can do its job here.")) +
+           (exitStatus(findings) ? localized("Quillet cannot do its job here yet.")
+                                 : localized("Quillet can do its job here.")) +
            u'\n';
 }
 

@@ -6,7 +6,6 @@
 #include "platform/Diagnosis.h"
 
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QList>
 #include <QString>
 
@@ -40,8 +39,6 @@ struct Finding {
 /// No finding holds a text of the user.
 class Doctor
 {
-    Q_DECLARE_TR_FUNCTIONS(Doctor)
-
 public:
     static QList<Finding> judge(const platform::SystemFacts &facts, const BackendFacts &backend);
     /// Lines for a person.
