@@ -148,8 +148,9 @@ void QuilletApp::explainFirstClose()
     m_parts.defaults.setValue(key, true);
     m_parts.notice.mention(
         m_menuBarItem->isInTray()
-            ? localized("Quillet keeps running in the background. Its icon in the tray opens this window "
-                        "again, and ends Quillet.")
+            ? localized(
+                  "Quillet keeps running in the background. Its icon in the tray opens this window "
+                  "again, and ends Quillet.")
             : localized("Quillet keeps running in the background. Start Quillet again to open this "
                         "window."));
 }

@@ -90,8 +90,13 @@ def test_the_shortcut_works_on_the_selection(person, chat):
     session.key("Return")
     wait_until(lambda: "a better letter" in person.texts("quillet"), "the answer")
     session.key("ctrl+Return")
-    wait_until(lambda: any("three" in text and "a better letter" in text and "two" not in text
-                           for text in person.texts("mousepad")), "the text")
+    wait_until(
+        lambda: any(
+            "three" in text and "a better letter" in text and "two" not in text
+            for text in person.texts("mousepad")
+        ),
+        "the text",
+    )
     assert "two" in chat.prompts[0]["messages"][-1]["content"]
     assert "three" not in chat.prompts[0]["messages"][-1]["content"]
 
@@ -120,7 +125,8 @@ def test_no_button_stays_where_no_input_is(person):
 
 
 def test_without_a_display_it_says_so(desktop, build):
-    program = desktop.start(["env", "-u", "DISPLAY", "-u", "QT_QPA_PLATFORM",
-                             str(build / "quillet/quillet")])
+    program = desktop.start(
+        ["env", "-u", "DISPLAY", "-u", "QT_QPA_PLATFORM", str(build / "quillet/quillet")]
+    )
     assert program.process.wait(60) == 1
     assert "no display could be opened" in program.output()
