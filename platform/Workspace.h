@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QKeySequence>
+#include <QPointF>
 #include <QString>
 #include <QUrl>
 
@@ -86,6 +87,10 @@ public:
         (void)pressed;
         return keys.isEmpty();
     }
+
+    /// Where the pointer is on the screen, in points. While a button is held down in a panel that
+    /// is moved with it, this is right where the events' own positions may not be.
+    virtual QPointF mouseLocation() = 0;
 
     /// Asks the desktop to open `url` with the user's program for it. False when nothing does.
     virtual bool open(const QUrl &url) = 0;

@@ -15,7 +15,6 @@
 #include "quillet/widgets/Localisation.h"
 
 #include <QCoreApplication>
-#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -95,7 +94,8 @@ void FloatingButtonManager::show(const AXUIElement &element)
     m_collaborators.workspace.preparePanel(m_buttonWindow, false);
 
     auto *button = new DragFriendlyButton(
-        QStringLiteral(":/images/QuilletIcon.svg"), [] { return QPointF(QCursor::pos()); },
+        QStringLiteral(":/images/QuilletIcon.svg"),
+        [&workspace = m_collaborators.workspace] { return workspace.mouseLocation(); },
         m_buttonWindow);
     button->setAccessibleName(QStringLiteral("Quillet"));
     button->setGeometry(m_buttonWindow->rect());

@@ -5,6 +5,7 @@
 
 #include "platform/Platform.h"
 
+#include <QCursor>
 #include <QHash>
 #include <QMap>
 #include <QWidget>
@@ -190,6 +191,7 @@ public:
     {
         dismiss = std::move(dismissed);
     }
+    QPointF mouseLocation() override { return QCursor::pos(); }
     bool open(const QUrl &url) override
     {
         opened.append(url);

@@ -3,16 +3,16 @@
 
 #include "platform/linux/x11/X11Workspace.h"
 
+#include "platform/linux/desktop/OpenUrl.h"
 #include "platform/linux/x11/StartupNotification.h"
 
 #include <QCoreApplication>
-#include <QDebug>
+#include <QCursor>
 #include <QEvent>
 #include <QUrl>
 #include <QWidget>
 #include <QWindow>
 
-#include <gio/gio.h>
 
 #include <algorithm>
 
@@ -31,11 +31,13 @@ constexpr quint32 sourcePager = 2;
 } // namespace
 
 X11Workspace::X11Workspace(XcbConnection *connection, FloatingPanels &panels,
-                           KeyboardLoan *keyboard, ActiveWindow &activeWindow)
+                           KeyboardLoan *keyboard, ActiveWindow &activeWindow,
+                           QString sessionLimitation)
     : m_connection(connection)
     , m_panels(panels)
     , m_keyboard(keyboard)
     , m_activeWindow(activeWindow)
+    , m_sessionLimitation(std::move(sessionLimitation))
 {
     if (m_connection)
         m_dismissal = std::make_unique<DismissalWatch>(*m_connection, m_panels);
@@ -227,15 +229,12 @@ bool X11Workspace::setGlobalShortcut(const QKeySequence &keys, std::function<voi
 
 bool X11Workspace::open(const QUrl &url)
 {
-    // Unlike the usual helper scripts, this knows at once when there is no program for the URL.
-    GError *error = nullptr;
-    const bool opened =
-        g_app_info_launch_default_for_uri(url.toEncoded().constData(), nullptr, &error);
-    if (!opened)
-        qWarning().noquote() << "Cannot open" << url.scheme()
-                             << "address:" << QString::fromUtf8(error->message);
-    g_clear_error(&error);
-    return opened;
+    return openUrl(url);
+}
+
+QPointF X11Workspace::mouseLocation()
+{
+    return QCursor::pos();
 }
 
 } // namespace platform::linux_

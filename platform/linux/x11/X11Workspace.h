@@ -26,9 +26,10 @@ class X11Workspace : public QObject, public Workspace
 {
     Q_OBJECT
 public:
-    /// All must outlive this object; `connection` and `keyboard` may be null.
+    /// All must outlive this object; `connection` and `keyboard` may be null. `sessionLimitation`:
+    /// what is missing here, because the X11 server is only a part of the session.
     X11Workspace(XcbConnection *connection, FloatingPanels &panels, KeyboardLoan *keyboard,
-                 ActiveWindow &activeWindow);
+                 ActiveWindow &activeWindow, QString sessionLimitation = {});
     ~X11Workspace() override;
 
     /// Named by the desktop entry that starts the program where one is found, else by the process.
@@ -50,7 +51,9 @@ public:
     void restoreFocus(std::function<void(bool)> completion) override;
     void watchDismissal(QWidget *panel, std::function<void()> dismissed) override;
     bool setGlobalShortcut(const QKeySequence &keys, std::function<void()> pressed) override;
+    QPointF mouseLocation() override;
     bool open(const QUrl &url) override;
+    QString sessionLimitation() override { return m_sessionLimitation; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -65,6 +68,7 @@ private:
     ActiveWindow &m_activeWindow;
     std::unique_ptr<DismissalWatch> m_dismissal;
     std::unique_ptr<KeyGrab> m_shortcut;
+    const QString m_sessionLimitation;
     ApplicationNames m_names;
     QHash<QWidget *, ActivationPolicy> m_policies;
     /// Shown, and to be activated as soon as the X server shows it.
