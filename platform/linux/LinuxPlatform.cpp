@@ -3,13 +3,11 @@
 
 #include "platform/Platform.h"
 
+#include "platform/linux/WindowSystems.h"
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 #include "platform/linux/desktop/DesktopProgramAccess.h"
 #include "platform/linux/desktop/LinuxInstallation.h"
 #include "platform/linux/inputmethods/DesktopInputMethods.h"
-#include "platform/linux/keyboard/XTestKeyboard.h"
-#include "platform/linux/ports/ActiveWindow.h"
-#include "platform/linux/x11/X11WindowSystem.h"
 #include "platform/linux/x11/XcbConnection.h"
 
 #include <QSettings>
@@ -46,16 +44,16 @@ private:
     linux_::Typist &m_typist;
 };
 
-/// The Linux desktop: AT-SPI 2 and X11.
+/// The Linux desktop: AT-SPI 2, and X11 or Wayland.
 class LinuxPlatform : public Platform
 {
 public:
     // What is being typed into is known from the accessibility service.
-    ~LinuxPlatform() override { m_typist.stop(); }
+    ~LinuxPlatform() override { m_typist.reset(); }
 
     Accessibility &accessibility() override { return m_accessibility; }
     KeyboardEvents &keyboard() override { return m_keyboard; }
-    Workspace &workspace() override { return m_windowSystem.workspace(); }
+    Workspace &workspace() override { return m_windowSystem->workspace(); }
     Installation &installation() override { return m_installation; }
     ProgramAccess *programAccess() override { return &m_programAccess; }
 
@@ -63,11 +61,12 @@ private:
     QSettings m_settings{QStringLiteral("quillet"), QStringLiteral("platform")};
     linux_::LinuxInstallation m_installation;
     linux_::DesktopProgramAccess m_programAccess;
-    linux_::X11WindowSystem m_windowSystem;
+    const std::unique_ptr<linux_::WindowSystem> m_windowSystem = linux_::createWindowSystem();
     linux_::DesktopInputMethods m_inputMethods;
-    linux_::XTestKeyboard m_typist{&m_inputMethods};
-    linux_::AtspiAccessibility m_accessibility{m_typist, m_windowSystem.activeWindow(), m_settings};
-    LinuxKeyboard m_keyboard{m_accessibility, m_typist};
+    std::unique_ptr<linux_::Typist> m_typist = linux_::createTypist(m_inputMethods);
+    linux_::AtspiAccessibility m_accessibility{*m_typist, m_windowSystem->activeWindow(),
+                                               m_settings};
+    LinuxKeyboard m_keyboard{m_accessibility, *m_typist};
 };
 
 } // namespace
@@ -85,6 +84,7 @@ void prepareProcess()
 {
     // A heap for each thread costs two megabytes; ours seldom allocate at the same time.
     mallopt(M_ARENA_MAX, 1);
+    linux_::chooseWindowSystem();
     // Reading the configuration of fonts takes longer than anything else that the first window
     // needs, and need not wait until the X server has answered. Whoever asks for a font meanwhile
     // gets its own copy.

@@ -110,10 +110,6 @@ int main(int argc, char **argv)
     platform::prepareProcess();
     const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
 
-    // Panels are placed by their coordinates on the whole desktop, which Wayland does not have; its
-    // X11 server has them. What the user sets in the environment holds.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(BuildConstants::AppId);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillet.svg")));

@@ -55,6 +55,8 @@ MAY_INCLUDE = {
     "platform/linux/desktop": ["platform"],
     "platform/linux/x11": ["platform", "platform/linux/ports", "platform/linux/desktop"],
     "platform/linux/keyboard": ["platform", "platform/linux/ports", "platform/linux/x11"],
+    "platform/linux/wayland": ["platform", "platform/linux/ports", "platform/linux/desktop",
+                               "platform/linux/keyboard"],
     "platform/linux/atspi": [],
     "platform/linux/diagnosis": ["platform"],
     "platform/linux/reading": ["platform", "platform/linux/ports", "platform/linux/atspi"],
@@ -65,9 +67,10 @@ MAY_INCLUDE = {
                                      "platform/linux/atspi", "platform/linux/reading",
                                      "platform/linux/focus"],
     "platform/linux": ["platform", "platform/linux/ports", "platform/linux/desktop",
-                       "platform/linux/x11", "platform/linux/keyboard", "platform/linux/atspi",
-                       "platform/linux/inputmethods", "platform/linux/reading",
-                       "platform/linux/focus", "platform/linux/accessibility"],
+                       "platform/linux/x11", "platform/linux/keyboard", "platform/linux/wayland",
+                       "platform/linux/atspi", "platform/linux/inputmethods",
+                       "platform/linux/reading", "platform/linux/focus",
+                       "platform/linux/accessibility"],
 
     # The application.
     "quillet/diagnostics": [],

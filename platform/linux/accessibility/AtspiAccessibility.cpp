@@ -161,7 +161,7 @@ AXError AtspiAccessibility::AXUIElementCopyAttributeValue(const AXUIElement &ele
     if (!element)
         return AXError::IllegalArgument;
     if (const auto *own = as<OwnElement>(element))
-        return OwnWindows::copyAttributeValue(*own, attribute, value);
+        return copyOwnValue(*own, attribute, value);
     if (!hasConsent())
         return AXError::APIDisabled;
     if (as<SystemWideElement>(element)) {
@@ -178,6 +178,24 @@ AXError AtspiAccessibility::AXUIElementCopyAttributeValue(const AXUIElement &ele
     if (const auto *other = as<RemoteElement>(element))
         return copyRemoteValue(*other, attribute, value);
     return AXError::IllegalArgument;
+}
+
+AXError AtspiAccessibility::copyOwnValue(const OwnElement &element, const QString &attribute,
+                                         AXValue &value)
+{
+    const AXError error = OwnWindows::copyAttributeValue(element, attribute, value);
+    auto *const frame = std::get_if<QRectF>(&value);
+    if (error != AXError::Success || !frame || !m_activeWindow.isPlaceNeeded())
+        return error;
+    // Our toolkit does not know where our windows are either.
+    const auto window = m_activeWindow.activeWindow();
+    if (!window || !window->pids.contains(std::int32_t(QCoreApplication::applicationPid())))
+        return AXError::NoValue;
+    const auto place = m_activeWindow.geometry(window->id);
+    if (!place)
+        return AXError::NoValue;
+    frame->translate(place->contents.topLeft() - OwnWindows::windowPosition(element));
+    return AXError::Success;
 }
 
 AXError AtspiAccessibility::factsOf(const RemoteElement &element, AtspiApplication *&application,

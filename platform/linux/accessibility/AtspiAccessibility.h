@@ -17,6 +17,7 @@ namespace platform::linux_
 {
 
 class ConsentWindow;
+class OwnElement;
 class RemoteElement;
 class TypingTarget;
 class Typist;
@@ -74,6 +75,7 @@ private:
 
     AXError copyFocusedElement(AXValue &value);
     AXError copyElementWithKeyboard(AXValue &value);
+    AXError copyOwnValue(const OwnElement &element, const QString &attribute, AXValue &value);
     AXError copyRemoteValue(const RemoteElement &element, const QString &attribute, AXValue &value);
     AXError factsOf(const RemoteElement &element, AtspiApplication *&application,
                     ElementFacts &facts);

@@ -159,6 +159,13 @@ AXError OwnWindows::copyAttributeValue(const OwnElement &element, const QString 
     return AXError::Success;
 }
 
+QPoint OwnWindows::windowPosition(const OwnElement &element)
+{
+    const QAccessibleInterface *interface = interfaceOf(element);
+    const QWindow *window = interface ? interface->window() : nullptr;
+    return window ? window->position() : QPoint();
+}
+
 AXError OwnWindows::copyAttributeNames(const OwnElement &element, QStringList &names)
 {
     QAccessibleInterface *interface = interfaceOf(element);

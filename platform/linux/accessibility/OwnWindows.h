@@ -16,6 +16,8 @@ public:
     static AXUIElement focusedElement();
     static AXError copyAttributeValue(const OwnElement &element, const QString &attribute,
                                       AXValue &value);
+    /// Where the toolkit believes the element's window to be.
+    static QPoint windowPosition(const OwnElement &element);
     static AXError copyAttributeNames(const OwnElement &element, QStringList &names);
     static AXError isAttributeSettable(const OwnElement &element, const QString &attribute,
                                        bool &settable);

@@ -239,6 +239,11 @@ bool AtspiTypingTarget::takesTabs()
     return !isInWebPage(m_facts) && axRole(m_facts) == QLatin1String("AXTextArea");
 }
 
+bool AtspiTypingTarget::cutsCharacters()
+{
+    return m_facts.toolkit == "Chromium";
+}
+
 bool AtspiTypingTarget::mayReorderKeys()
 {
     // GTK 3 calls itself "gtk".

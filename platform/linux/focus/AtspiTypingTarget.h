@@ -37,6 +37,7 @@ public:
     std::optional<QString> textBeforeCaret() override;
     bool takesTabs() override;
     bool mayReorderKeys() override;
+    bool cutsCharacters() override;
 
 private:
     /// What the element itself says about its focus.

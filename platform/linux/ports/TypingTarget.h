@@ -61,6 +61,10 @@ public:
     /// earlier one is still with the input method before that one: what is typed quickly arrives
     /// backwards (GTK 4 with IBus).
     virtual bool mayReorderKeys() { return false; }
+
+    /// Whether the program cuts a character above U+FFFF that a Wayland keyboard types to its lower
+    /// 16 bits, which is another character (Chromium).
+    virtual bool cutsCharacters() { return false; }
 };
 
 } // namespace platform::linux_

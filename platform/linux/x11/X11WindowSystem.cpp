@@ -22,7 +22,7 @@ public:
 
 } // namespace
 
-X11WindowSystem::X11WindowSystem()
+X11WindowSystem::X11WindowSystem(QString sessionLimitation)
     : m_connection(XcbConnection::open())
     , m_panels(m_connection.get())
 {
@@ -33,7 +33,7 @@ X11WindowSystem::X11WindowSystem()
         m_activeWindow = std::make_unique<UnknownActiveWindow>();
     }
     m_workspace.emplace(m_connection.get(), m_panels, m_keyboard ? &*m_keyboard : nullptr,
-                        *m_activeWindow);
+                        *m_activeWindow, std::move(sessionLimitation));
 }
 
 X11WindowSystem::~X11WindowSystem() = default;

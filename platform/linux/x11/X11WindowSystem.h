@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/linux/ports/WindowSystem.h"
 #include "platform/linux/x11/FloatingPanels.h"
 #include "platform/linux/x11/KeyboardLoan.h"
 #include "platform/linux/x11/X11Workspace.h"
@@ -17,14 +18,16 @@ namespace platform::linux_
 /// X11: one connection to the server beside the toolkit's, and what is built on it. Where the
 /// toolkit does not run on X11, no window is known to be active, and the workspace does what needs
 /// no server. Main thread only, after the application object is made.
-class X11WindowSystem
+class X11WindowSystem : public WindowSystem
 {
 public:
-    X11WindowSystem();
-    ~X11WindowSystem();
+    /// `sessionLimitation`: what is missing here, because the X11 server is only a part of the
+    /// session.
+    explicit X11WindowSystem(QString sessionLimitation = {});
+    ~X11WindowSystem() override;
 
-    ActiveWindow &activeWindow() { return *m_activeWindow; }
-    Workspace &workspace() { return *m_workspace; }
+    ActiveWindow &activeWindow() override { return *m_activeWindow; }
+    Workspace &workspace() override { return *m_workspace; }
 
 private:
     std::unique_ptr<XcbConnection> m_connection;
