@@ -7,6 +7,7 @@ in. Prints JSON.
     eyes.py find PROGRAM NAME        screen rectangle of the visible control with this name
     eyes.py text PROGRAM             texts of the program's editable inputs, one by one
     eyes.py names PROGRAM            names of the visible controls
+    eyes.py input PROGRAM            rectangle of the visible part of the first editable input
 """
 
 import json
@@ -82,8 +83,7 @@ def text_of(element):
     return "".join(parts)
 
 
-def texts(program):
-    found = []
+def inputs(program):
     for application in applications(program):
         for element in walk(application):
             states = element.get_state_set()
@@ -92,8 +92,26 @@ def texts(program):
                 and states.contains(Atspi.StateType.EDITABLE)
                 and states.contains(Atspi.StateType.MULTI_LINE)
             ):
-                found.append(text_of(element))
-    return found
+                yield element
+
+
+def texts(program):
+    return [text_of(element) for element in inputs(program)]
+
+
+def input_box(program):
+    """What lies in the elements around it, in the window's own coordinates."""
+    element = next(inputs(program), None)
+    edges = None
+    while element and element.get_component_iface():
+        box = element.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+        new = [box.x, box.y, box.x + box.width, box.y + box.height]
+        if edges is None:
+            edges = new
+        elif element.get_role_name() in ("scroll pane", "viewport", "frame"):
+            edges = [*map(max, edges[:2], new[:2]), *map(min, edges[2:], new[2:])]
+        element = element.get_parent()
+    return edges and [edges[0], edges[1], edges[2] - edges[0], edges[3] - edges[1]]
 
 
 def names(program):
@@ -107,4 +125,5 @@ def names(program):
 
 if __name__ == "__main__":
     action, *arguments = sys.argv[1:]
-    print(json.dumps({"find": find, "text": texts, "names": names}[action](*arguments)))
+    actions = {"find": find, "text": texts, "names": names, "input": input_box}
+    print(json.dumps(actions[action](*arguments)))

@@ -18,6 +18,7 @@ class Person:
     def __init__(self, session):
         self.session = session
         self.tutorial_button = None
+        self.window = None
 
     def _see(self, *arguments):
         printed = self.session.run(["/usr/bin/python3", str(EYES), *arguments], check=False)
@@ -108,8 +109,8 @@ class Person:
         settings.mkdir(exist_ok=True)
         (settings / "platform.conf").write_text("[accessibility]\nallowed=true\n")
         quillet = self.session.start([str(build / "quillet" / "quillet")], environment)
-        window = self.session.wait_for_window("^Quillet$")
-        self.session.run(["xdotool", "windowmove", "--sync", str(window), "20", "40"])
+        self.window = window = self.session.wait_for_window("^Quillet$")
+        self.session.move_window(window, 20, 40)
         self.click("Next")
         wait_until(
             lambda: "Quillet is installed! Now you can try it!" in (self.names() or []),

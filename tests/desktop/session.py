@@ -203,12 +203,12 @@ class Session:
         self.programs.append(program)
         return program
 
-    def start_editor(self, editor, text, name="letter.txt"):
+    def start_editor(self, editor, text, name="letter.txt", environment=None):
         """An editor showing a file of this name and text: the program and its window."""
         path = os.path.join(self.folder, name)
         with open(path, "w", encoding="utf-8") as file:
             file.write(text)
-        program = self.start([*EDITORS[editor], path])
+        program = self.start([*EDITORS[editor], path], environment)
         return program, self.wait_for_window(name)
 
     def start_chromium(self, page, *options):
@@ -276,6 +276,9 @@ class Session:
 
     def activate(self, window):
         self.run(["xdotool", "windowactivate", "--sync", str(window)])
+
+    def move_window(self, window, x, y):
+        self.run(["xdotool", "windowmove", "--sync", str(window), str(x), str(y)])
 
     def active_window(self):
         found = self.run(["xdotool", "getactivewindow"], check=False).strip()
