@@ -98,9 +98,6 @@ bool LayerPanels::eventFilter(QObject *watched, QEvent *event)
         if (!panel)
             return false;
         switch (event->type()) {
-        case QEvent::Hide:
-            disappear(panel);
-            break;
         case QEvent::PlatformSurface:
             if (static_cast<QPlatformSurfaceEvent *>(event)->surfaceEventType() ==
                 QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
@@ -151,8 +148,15 @@ void LayerPanels::appear(QWidget *panel)
     if (m_surfaces.contains(panel))
         disappear(panel);
     panel->winId();
+    // The event that tells of hiding comes when the surface is gone; this comes before.
+    QWindow *const window = panel->windowHandle();
+    disconnect(window, &QWindow::visibleChanged, this, nullptr);
+    connect(window, &QWindow::visibleChanged, this, [this, panel](bool visible) {
+        if (!visible)
+            disappear(panel);
+    });
     m_surfaces[panel] = std::make_unique<LayerSurface>(
-        *m_shell, panel->windowHandle(), panel->pos(), panel->size(), [panel = QPointer(panel)] {
+        *m_shell, window, panel->pos(), panel->size(), [panel = QPointer(panel)] {
             // Not from within the event: hiding removes its receiver.
             QMetaObject::invokeMethod(panel, &QWidget::hide, Qt::QueuedConnection);
         });
