@@ -13,7 +13,6 @@
 #include <QWidget>
 #include <QWindow>
 
-
 #include <algorithm>
 
 namespace platform::linux_
