@@ -101,13 +101,15 @@ INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 
 def folder_of(path, table):
-    """The longest folder of the table that holds the file, or None."""
-    parts = path.split("/")[:-1]
-    while parts:
-        if "/".join(parts) in table:
-            return "/".join(parts)
-        parts.pop()
-    return None
+    """The longest folder of the table that holds the file. None where there is none, and where that
+    folder has others of the table inside: then the file's own folder needs a line of its own."""
+    own = path.rpartition("/")[0]
+    folder = own
+    while folder and folder not in table:
+        folder = folder.rpartition("/")[0]
+    if folder != own and any(other.startswith(folder + "/") for other in table):
+        return None
+    return folder or None
 
 
 def resolve(includer, name, files):

@@ -30,7 +30,9 @@ def test_a_folder_inside_another_has_its_own_rule(tmp_path):
 
 
 def test_unknown_folders_and_circles_are_errors(tmp_path):
-    assert "not in the table" in complaints(tmp_path, {"new/New.h": ""})[0]
+    for unknown in ("new/New.h", "high/other/Other.h"):
+        assert "not in the table" in complaints(tmp_path, {unknown: ""})[0]
+    assert not complaints(tmp_path, {"low/deeper/Deep.h": ""})
     assert "circle" in complaints(tmp_path, {}, {"one": ["two"], "two": ["one"]})[0]
 
 
