@@ -3,10 +3,12 @@
 
 #include "platform/Platform.h"
 
+#include "platform/linux/SessionChoice.h"
 #include "platform/linux/WindowSystems.h"
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 #include "platform/linux/desktop/DesktopProgramAccess.h"
 #include "platform/linux/desktop/LinuxInstallation.h"
+#include "platform/linux/diagnosis/LinuxDiagnosis.h"
 #include "platform/linux/inputmethods/DesktopInputMethods.h"
 #include "platform/linux/x11/XcbConnection.h"
 
@@ -69,6 +71,20 @@ private:
     LinuxKeyboard m_keyboard{m_accessibility, *m_typist};
 };
 
+/// The desktop's facts, and what the choice of a window system makes of the session.
+class SessionDiagnosis : public linux_::LinuxDiagnosis
+{
+public:
+    SystemFacts examine() override
+    {
+        SystemFacts facts = LinuxDiagnosis::examine();
+        const auto choice = linux_::SessionChoice::of(linux_::SessionFacts::current());
+        facts.limitation = choice.limitation;
+        facts.isNativeWayland = choice.usesWayland && choice.limitation.isEmpty();
+        return facts;
+    }
+};
+
 } // namespace
 
 bool hasDisplay()
@@ -94,6 +110,11 @@ void prepareProcess()
 std::unique_ptr<Platform> createPlatform()
 {
     return std::make_unique<LinuxPlatform>();
+}
+
+std::unique_ptr<Diagnosis> createDiagnosis()
+{
+    return std::make_unique<SessionDiagnosis>();
 }
 
 } // namespace platform

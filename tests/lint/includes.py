@@ -70,7 +70,8 @@ MAY_INCLUDE = {
                        "platform/linux/x11", "platform/linux/keyboard", "platform/linux/wayland",
                        "platform/linux/atspi", "platform/linux/inputmethods",
                        "platform/linux/reading", "platform/linux/focus",
-                       "platform/linux/accessibility"],
+                       "platform/linux/accessibility",
+                       "platform/linux/diagnosis"],
 
     # The application.
     "quillet/diagnostics": [],

@@ -11,16 +11,6 @@
 
 #include <algorithm>
 
-namespace platform
-{
-
-std::unique_ptr<Diagnosis> createDiagnosis()
-{
-    return std::make_unique<linux_::LinuxDiagnosis>();
-}
-
-} // namespace platform
-
 namespace platform::linux_
 {
 
