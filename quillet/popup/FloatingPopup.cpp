@@ -104,7 +104,11 @@ void FloatingPopup::showForKeyboard(const QRectF &rect)
     show(rect);
     if (!m_popupWindow)
         return;
-    takeKeyboard();
+    m_tookKeyboard = true;
+    // A display server gives the keyboard only to a window that is on the screen.
+    connect(static_cast<PopupPanel *>(m_popupWindow.data()), &PopupPanel::painted, this,
+            &FloatingPopup::takeKeyboard,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     moveKeyboardTo(m_subScrollView ? m_subScrollView->findChild<PillButton *>() : nullptr);
 }
 

@@ -56,4 +56,5 @@ void PopupPanel::paintEvent(QPaintEvent *)
     painter.setBrush(background);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), CornerRadius,
                             CornerRadius);
+    Q_EMIT painted();
 }

@@ -17,6 +17,7 @@ public:
 
 Q_SIGNALS:
     void closeWanted();
+    void painted();
     /// Ctrl+Return.
     void applyWanted();
 

@@ -86,7 +86,14 @@ def test_the_shortcut_works_on_the_selection(person, chat):
     session.key("ctrl+shift+Right")
     session.key("super+shift+q")
     wait_until(lambda: person.finds_panel(370, 250), "the popup")
-    session.type("el")  # elevate
+    wait_until(
+        lambda: session.run(["xdotool", "getwindowfocus"], check=False).strip()
+        in session.run(
+            ["xdotool", "search", "--onlyvisible", "--name", "^Quillet$"], check=False
+        ).split(),
+        "the keyboard in the popup",
+    )
+    session.type("e")  # elevate
     session.key("Return")
     wait_until(lambda: "a better letter" in person.texts("quillet"), "the answer")
     session.key("ctrl+Return")

@@ -252,7 +252,7 @@ TEST_F(ManagerTest, TheShortcutOpensThePopupForTheSelectionOfTheFocusedInput)
     manager.openForFocusedInput();
     ASSERT_TRUE(manager.popup() && manager.popup()->popupWindow());
     EXPECT_FALSE(manager.buttonWindow()) << "no button at a single line";
-    EXPECT_EQ(workspace.focusRequests, 1);
+    EXPECT_TRUE(waitUntil([this] { return workspace.focusRequests == 1; }));
     EXPECT_EQ(text(), QStringLiteral("two"));
     EXPECT_EQ(lineOfSetText("2"), QStringLiteral("✅ Text set successfully"));
     EXPECT_EQ(std::get<QString>(field->attributes.value(QStringLiteral("AXValue"))),

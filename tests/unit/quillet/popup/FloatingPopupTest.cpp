@@ -381,7 +381,8 @@ TEST_F(FloatingPopupTest, TheWholeJobIsDoneWithTheKeyboard)
 {
     popup.showForKeyboard(QRectF(300, 400, 25, 25));
     QWidget *panel = popup.popupWindow();
-    EXPECT_EQ(workspace.focusRequests, 1);
+    EXPECT_EQ(workspace.focusRequests, 0) << "not before it is on the screen";
+    EXPECT_TRUE(waitUntil([this] { return workspace.focusRequests == 1; }));
     EXPECT_EQ(panel->focusWidget(), button("quick-improve"));
     const auto press = [panel](int key, const QString &text = {}) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
