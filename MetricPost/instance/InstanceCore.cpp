@@ -93,7 +93,10 @@ InstanceCore::~InstanceCore()
 {
     constexpr std::chrono::seconds limit{1};
     shutdown(limit);
-    // The queues' destructors wait for their threads, which use what is destroyed after them.
+    // A task that the limit left running uses the members, each queue the other one too.
+    constexpr std::chrono::hours noLimit{24};
+    m_networkQueue.waitUntilFinished(noLimit);
+    m_trackingQueue.waitUntilFinished(noLimit);
 }
 
 void InstanceCore::setupListeners()
