@@ -4,12 +4,12 @@
 #include "platform/linux/WindowSystems.h"
 
 #include "platform/linux/SessionChoice.h"
-#include "platform/linux/keyboard/XTestKeyboard.h"
 #include "platform/linux/wayland/WaylandWindowSystem.h"
 #include "platform/linux/wayland/sway/SwayWindows.h"
 #include "platform/linux/wayland/typing/StreamTypist.h"
 #include "platform/linux/wayland/typing/VirtualKeyboard.h"
 #include "platform/linux/x11/X11WindowSystem.h"
+#include "platform/linux/x11/XTestKeyboard.h"
 
 #include <QGuiApplication>
 

@@ -19,9 +19,9 @@
 
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 #include "platform/linux/inputmethods/DesktopInputMethods.h"
-#include "platform/linux/keyboard/XTestKeyboard.h"
 #include "platform/linux/ports/Typist.h"
 #include "platform/linux/x11/X11WindowSystem.h"
+#include "platform/linux/x11/XTestKeyboard.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

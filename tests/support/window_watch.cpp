@@ -9,7 +9,7 @@
 //   window_watch WINDOW
 
 #include "platform/linux/keyboard/InputWatch.h"
-#include "platform/linux/keyboard/XConnection.h"
+#include "platform/linux/x11/XKeyServer.h"
 
 #include <algorithm>
 #include <chrono>
@@ -35,7 +35,7 @@ bool inputEnds(int milliseconds)
 
 int main(int argc, char *argv[])
 {
-    const auto connection = platform::linux_::XConnection::open({});
+    const auto connection = platform::linux_::XKeyServer::open({});
     if (argc != 2 || !connection)
         return 2;
     const auto window = connection->pingableWindow(std::strtoul(argv[1], nullptr, 0));
@@ -51,7 +51,6 @@ int main(int argc, char *argv[])
         const auto asked = Clock::now();
         watch.expectPong(window, ++question);
         connection->ping(window, question);
-        connection->flush();
         while (watch.lastPong(window) != question && !ending) {
             ending = inputEnds(betweenLooks);
             watch.poll();

@@ -277,7 +277,7 @@ void ValueWriter::typeOver(const TextEdit &edit)
 {
     // Nothing to put in place of the selection: then a key that deletes it.
     const QString keys = edit.replacement.isEmpty() ? QString(QChar(u'\b')) : edit.replacement;
-    const qint64 selected = codePointCount(m_from.sliced(edit.position, edit.length));
+    const QString selected = m_from.sliced(edit.position, edit.length);
     m_typed = true;
     m_typist.type(m_input->typingTarget(selected), keyboardEvents(keys),
                   whileWriting([this](TypingResult result) { onTyped(result); }));

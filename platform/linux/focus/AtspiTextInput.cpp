@@ -72,8 +72,13 @@ void AtspiTextInput::read(Reader reader)
                     });
 }
 
-/// Toolkits count characters (code points), Qt counts UTF-16 units.
+/// Toolkits count characters (code points), but for two, which count UTF-16 units.
 bool AtspiTextInput::countsUtf16() const
+{
+    return isQt() || m_facts.toolkit == "Gecko";
+}
+
+bool AtspiTextInput::isQt() const
 {
     return m_facts.toolkit == "Qt";
 }
@@ -119,7 +124,7 @@ void AtspiTextInput::edit(const TextEdit &edit, Done done)
         return;
     const QByteArray text = edit.replacement.toUtf8();
     // The length is in bytes (ATK's atk_editable_text_insert_text); Qt takes UTF-16 units.
-    const auto length = static_cast<qint32>(countsUtf16() ? edit.replacement.size() : text.size());
+    const auto length = static_cast<qint32>(isQt() ? edit.replacement.size() : text.size());
     m_application->call(place.path, atspi::EditableTextInterface, "InsertText", telling(done),
                         "isi", place.start, text.constData(), length);
 }
@@ -199,9 +204,12 @@ void AtspiTextInput::takeFocus()
         m_application->call(m_element.path, atspi::ComponentInterface, "GrabFocus", noteNothing);
 }
 
-std::unique_ptr<TypingTarget> AtspiTextInput::typingTarget(qint64 selected)
+std::unique_ptr<TypingTarget> AtspiTextInput::typingTarget(const QString &selected)
 {
-    return AtspiTypingTarget::of(m_bus, m_focus, m_element, m_facts, m_window, selected);
+    // An editing region is counted by what it reads as.
+    const bool inUnits = countsUtf16() && !isEditingHost(m_facts);
+    return AtspiTypingTarget::of(m_bus, m_focus, m_element, m_facts, m_window,
+                                 inUnits ? selected.size() : codePointCount(selected));
 }
 
 } // namespace platform::linux_

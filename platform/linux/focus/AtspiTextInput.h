@@ -31,7 +31,7 @@ public:
     void selectAll(Done done) override;
     bool hasFocus() override;
     void takeFocus() override;
-    std::unique_ptr<TypingTarget> typingTarget(qint64 selected) override;
+    std::unique_ptr<TypingTarget> typingTarget(const QString &selected) override;
 
 private:
     /// A stretch in the numbers of the application, in one of its elements.
@@ -44,6 +44,7 @@ private:
     const TextPiece *pieceAt(qsizetype position, qsizetype length) const;
     Place placeOf(const TextPiece &piece, qsizetype position, qsizetype length) const;
     bool countsUtf16() const;
+    bool isQt() const;
     void askToSelect(const Place &place, std::function<bool(qint32, qint32)> isRight, Done done);
 
     AtspiBus &m_bus;

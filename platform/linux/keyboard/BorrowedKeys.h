@@ -3,8 +3,9 @@
 
 #pragma once
 
+#include "platform/linux/keyboard/BorrowedNote.h"
+#include "platform/linux/keyboard/KeyServer.h"
 #include "platform/linux/keyboard/KeyboardMap.h"
-#include "platform/linux/keyboard/XConnection.h"
 
 #include <cstddef>
 #include <optional>
@@ -30,22 +31,22 @@ namespace platform::linux_
 /// their way. Every change of the map is one request, made from a fresh copy while the server is
 /// grabbed: another client's change is never undone by ours.
 ///
-/// What was borrowed is written on the root window before it is taken. A process that ended without
-/// giving it back no longer owns the selection that goes with it; recover() then does it.
+/// What is borrowed is noted at the server before it is taken. A process that ended without giving
+/// it back no longer has the typist's mark; recover() then does it.
 ///
 /// The thread of the connection only.
 class BorrowedKeys
 {
 public:
-    explicit BorrowedKeys(XConnection &connection);
+    explicit BorrowedKeys(KeyServer &server);
     ~BorrowedKeys();
 
     /// Gives back what a process that is gone has left borrowed.
     void recover();
 
-    /// Chooses what to borrow from `map`, and stops keys from repeating. False when another process
-    /// is typing now.
-    bool begin(const KeyboardMap &map);
+    /// Chooses what to borrow from `map`, stops keys from repeating and switches off `locks` of the
+    /// ones that are on (`locked`). False when another process is typing now.
+    bool begin(const KeyboardMap &map, std::uint8_t locked = 0, std::uint8_t locks = 0);
 
     /// Adds the keys with which the layout types characters to what begin() has chosen, before
     /// anything is mapped; `map` is the one given there. Whatever the layout has on them then has
@@ -72,24 +73,23 @@ public:
     void giveBack();
 
 private:
-    class MapCopy;
-    struct Record;
     std::size_t levels() const;
     std::vector<std::uint8_t> bankKeycodes(std::optional<int> bank) const;
     std::uint8_t modifiersFor(std::size_t level) const;
-    Record lentType() const;
-    void fill(MapCopy &copy, const Load &load);
-    void writeRecord();
-    std::optional<Record> readRecord() const;
-    void restoreMap(const Record &record);
+    KeyServer::RawType lentType() const;
+    std::vector<KeyServer::RawKey> keysFor(const Load &load);
+    void writeNote();
+    void restoreMap(const BorrowedNote &note);
+    void restoreLocks(std::uint8_t released);
 
-    XConnection &m_connection;
+    KeyServer &m_server;
     std::vector<std::uint8_t> m_keycodes;
     std::optional<int> m_type;
     std::vector<std::uint8_t> m_levelModifiers;
     std::unordered_map<char32_t, Keystroke> m_slots[bankCount];
-    /// Whether keys repeated before begin().
+    /// Whether keys repeated before begin(), and the locks that it has switched off.
     bool m_keysRepeat = false;
+    std::uint8_t m_releasedLocks = 0;
     bool m_begun = false;
     /// Whether the map has been changed.
     bool m_taken = false;

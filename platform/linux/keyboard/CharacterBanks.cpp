@@ -14,15 +14,15 @@ namespace
 
 // Banks that are mapped in one change of the map.
 constexpr std::size_t banksAtOnce = 3;
-// A program that does not answer pings gets this long to fetch a new map, in milliseconds.
-constexpr qint64 deafMapPause = 150;
+// A program that does not answer pings gets this long to fetch a new map.
+constexpr Milliseconds deafMapPause{150};
 
 } // namespace
 
-CharacterBanks::CharacterBanks(XConnection &connection, InputWatch &watch, BorrowedKeys &borrowed,
+CharacterBanks::CharacterBanks(KeyServer &server, InputWatch &watch, BorrowedKeys &borrowed,
                                Pings &pings, std::vector<Segment> segments,
-                               std::vector<XWindow> companions, const QElapsedTimer &clock)
-    : m_connection(connection)
+                               std::vector<WindowId> companions, const Clock &clock)
+    : m_server(server)
     , m_watch(watch)
     , m_borrowed(borrowed)
     , m_pings(pings)
@@ -106,16 +106,16 @@ void CharacterBanks::map(const std::vector<std::size_t> &segments)
         return;
     m_borrowed.map(loads);
     // The round trip brings the notices of our own change.
-    m_connection.look();
+    m_server.look();
     m_watch.poll();
     m_watch.clearMapChange();
     for (Bank *bank : changed) {
         bank->settled = false;
-        bank->mappedAt = m_clock.elapsed();
+        bank->mappedAt = m_clock.now();
         if (!m_pings.answers())
             continue;
         bank->pings.push_back(m_pings.send());
-        for (const XWindow companion : m_companions)
+        for (const WindowId companion : m_companions)
             bank->pings.push_back(m_pings.send(companion));
     }
 }
@@ -127,7 +127,7 @@ void CharacterBanks::settle(Bank &bank)
 {
     if (bank.settled)
         return;
-    const qint64 waited = m_clock.elapsed() - bank.mappedAt;
+    const Milliseconds waited = m_clock.now() - bank.mappedAt;
     if (!m_pings.answers()) {
         bank.settled = waited >= deafMapPause;
         return;

@@ -7,9 +7,6 @@
 #include "platform/linux/keyboard/InputWatch.h"
 #include "platform/linux/keyboard/Pings.h"
 #include "platform/linux/keyboard/TypingPlan.h"
-#include "platform/linux/keyboard/XConnection.h"
-
-#include <QElapsedTimer>
 
 #include <cstddef>
 #include <optional>
@@ -26,9 +23,9 @@ class CharacterBanks
 public:
     /// `companions` are the other windows that have to answer a ping before the program is known to
     /// follow a new map.
-    CharacterBanks(XConnection &connection, InputWatch &watch, BorrowedKeys &borrowed, Pings &pings,
-                   std::vector<Segment> segments, std::vector<XWindow> companions,
-                   const QElapsedTimer &clock);
+    CharacterBanks(KeyServer &server, InputWatch &watch, BorrowedKeys &borrowed, Pings &pings,
+                   std::vector<Segment> segments, std::vector<WindowId> companions,
+                   const Clock &clock);
 
     /// Moves on to the segment of the key with this index.
     void reach(std::size_t key);
@@ -50,7 +47,7 @@ private:
         std::optional<std::size_t> segment;
         /// Whether the program knows that.
         bool settled = true;
-        qint64 mappedAt = 0;
+        Milliseconds mappedAt{0};
         std::vector<Pings::Ping> pings;
     };
 
@@ -61,13 +58,13 @@ private:
     const Bank &bankOf(std::size_t segment) const { return m_banks[segment % m_banks.size()]; }
     std::optional<int> bankNumber(std::size_t segment) const;
 
-    XConnection &m_connection;
+    KeyServer &m_server;
     InputWatch &m_watch;
     BorrowedKeys &m_borrowed;
     Pings &m_pings;
     std::vector<Segment> m_segments;
-    std::vector<XWindow> m_companions;
-    const QElapsedTimer &m_clock;
+    std::vector<WindowId> m_companions;
+    const Clock &m_clock;
     std::vector<Bank> m_banks;
     std::size_t m_current = 0;
     bool m_waiting = false;

@@ -7,8 +7,6 @@
 #include "platform/linux/keyboard/ReadBack.h"
 #include "platform/linux/ports/TypingTarget.h"
 
-#include <QElapsedTimer>
-
 #include <algorithm>
 #include <cstddef>
 #include <deque>
@@ -26,10 +24,10 @@ namespace platform::linux_
 class FlowControl
 {
 public:
-    /// `target` may be null. `countable` tells whether each key adds one to the input's length,
+    /// `countable` tells whether each key adds one to the input's length,
     /// `oneByOne` whether a key may only be sent once the one before it shows.
-    FlowControl(Pings &pings, TypingTarget *target, bool countable, bool oneByOne,
-                const QElapsedTimer &clock);
+    FlowControl(Pings &pings, TypingTarget &target, bool countable, bool oneByOne,
+                const Clock &clock);
 
     /// Tells of keys just sent and the UTF-16 code units in them.
     void sent(std::size_t keys, std::size_t utf16Units);
@@ -60,12 +58,12 @@ public:
 
 private:
     Pings &m_pings;
-    TypingTarget *m_target;
+    TypingTarget &m_target;
     ReadBack m_readBack;
     bool m_oneByOne = false;
     /// See TypingTarget::maxUnconfirmedKeys().
     std::optional<std::size_t> m_maxUnconfirmed;
-    const QElapsedTimer &m_clock;
+    const Clock &m_clock;
 
     std::size_t m_sent = 0;
     /// The same in UTF-16 code units.
@@ -74,9 +72,9 @@ private:
     std::size_t m_shown = 0;
     /// The ping after each burst that has not been answered yet, and the keys sent until then.
     std::deque<std::pair<Pings::Ping, std::size_t>> m_unanswered;
-    qint64 m_lastBurst = 0;
-    qint64 m_lastProgress = 0;
-    qint64 m_nextReading = 0;
+    Milliseconds m_lastBurst{0};
+    Milliseconds m_lastProgress{0};
+    Milliseconds m_nextReading{0};
 };
 
 } // namespace platform::linux_

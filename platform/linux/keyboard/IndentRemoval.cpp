@@ -11,11 +11,11 @@ namespace platform::linux_
 namespace
 {
 
-// In milliseconds. A busy machine's editor may stand still for seconds. One whose indentation could
+// A busy machine's editor may stand still for seconds. One whose indentation could
 // not be deleted before gets less time.
-constexpr qint64 patience = 10000;
-constexpr qint64 patienceInVain = 1000;
-constexpr qint64 lookPause = 4;
+constexpr Milliseconds patience{10000};
+constexpr Milliseconds patienceInVain{1000};
+constexpr Milliseconds lookPause{4};
 
 // The length of the indentation that follows the last line break; absent when something else does.
 std::optional<qsizetype> indentation(const QString &text)
@@ -34,7 +34,7 @@ IndentRemoval::IndentRemoval(TypingTarget &target)
 {
 }
 
-IndentRemoval::Step IndentRemoval::next(std::size_t line, qint64 now)
+IndentRemoval::Step IndentRemoval::next(std::size_t line, Milliseconds now)
 {
     if (line != m_line) {
         m_line = line;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/linux/keyboard/Clock.h"
 #include "platform/linux/ports/TypingTarget.h"
 
 #include <cstddef>
@@ -13,7 +14,7 @@ namespace platform::linux_
 
 /// Editors that start a new line with the last one's indentation would indent a text twice. After a
 /// line break this looks for what they have added, which BackSpace then deletes key by key, before
-/// the line goes on. Made anew for each text. Times are in milliseconds of any steady clock. Main
+/// the line goes on. Made anew for each text. Times are of any steady clock. Main
 /// thread only; a look at the input waits for its answer.
 class IndentRemoval
 {
@@ -32,7 +33,7 @@ public:
         Delete,
     };
     /// What to do after the line break that is the text's `line`-th key, and the last one sent.
-    Step next(std::size_t line, qint64 now);
+    Step next(std::size_t line, Milliseconds now);
 
 private:
     TypingTarget &m_target;
@@ -42,8 +43,8 @@ private:
     /// How much there was to delete before the last BackSpace.
     std::optional<qsizetype> m_left;
     /// Since when something is waited for.
-    qint64 m_since = 0;
-    qint64 m_nextLook = 0;
+    Milliseconds m_since{0};
+    Milliseconds m_nextLook{0};
     /// Whether an indentation of this text could not be deleted.
     bool m_inVain = false;
 };

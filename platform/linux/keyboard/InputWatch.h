@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/keyboard/XConnection.h"
+#include "platform/linux/keyboard/KeyServer.h"
 
 #include <cstdint>
 #include <deque>
@@ -13,18 +13,17 @@ namespace platform::linux_
 {
 
 /// Watches what happens around our own keys while a text is being typed: the user's keys and
-/// clicks, the focus, the keyboard map, and the answers to fences and pings. Reads the events of
-/// the connection; its thread only, and no call waits.
+/// clicks, the focus, the keyboard map, and the answers to fences and pings. The thread of the
+/// connection only, and no call waits.
 ///
-/// Raw events name the device that they come from (XInput 2 protocol, "RawEvent"). A key press is
-/// the user's unless it comes from XTEST's keyboard and is the next one that we sent.
+/// A key press is the user's unless it comes from our keyboard and is the next one that we sent.
 class InputWatch
 {
 public:
-    explicit InputWatch(XConnection &connection);
+    explicit InputWatch(KeyServer &server);
 
     /// Starts to watch, with `focus` as the window that has the keyboard.
-    void start(XWindow focus);
+    void start(WindowId focus);
     void stop();
 
     /// Tells of a press that we are about to send.
@@ -32,7 +31,7 @@ public:
 
     /// Tells of a ping that we are about to send; the answers to window managers' own pings arrive
     /// in the same way.
-    void expectPong(XWindow window, std::uint32_t number) { m_pings[window].sent = number; }
+    void expectPong(WindowId window, std::uint32_t number) { m_pings[window].sent = number; }
 
     /// Handles every event that has arrived.
     void poll();
@@ -42,18 +41,21 @@ public:
     bool mapChanged() const { return m_mapChanged; }
     bool fencePassed() const { return m_fencePassed; }
     /// Number of the last ping to that window that was answered; 0 when none was.
-    std::uint32_t lastPong(XWindow window) const;
+    std::uint32_t lastPong(WindowId window) const;
 
     void clearFence() { m_fencePassed = false; }
     /// Forgets changes of the map that were our own.
     void clearMapChange() { m_mapChanged = false; }
 
 private:
-    void handleRaw(int type, int sourceDevice, int detail);
-    void handlePong(XWindow window, std::uint32_t number);
+    void handle(const KeyServer::KeyPressed &key);
+    void handle(const KeyServer::ButtonPressed &press);
+    void handle(const KeyServer::FocusLeft &) { m_focusLost = true; }
+    void handle(const KeyServer::MapChanged &) { m_mapChanged = true; }
+    void handle(const KeyServer::Fence &) { m_fencePassed = true; }
+    void handle(const KeyServer::Pong &pong);
 
-    XConnection &m_connection;
-    XWindow m_focus = 0;
+    KeyServer &m_server;
     bool m_active = false;
     std::deque<std::uint8_t> m_expected;
     bool m_userActed = false;
@@ -64,8 +66,7 @@ private:
         std::uint32_t sent = 0;
         std::uint32_t answered = 0;
     };
-    std::map<XWindow, Pings> m_pings;
-    unsigned long m_pingAtom = 0;
+    std::map<WindowId, Pings> m_pings;
 };
 
 } // namespace platform::linux_

@@ -6,34 +6,33 @@
 namespace platform::linux_
 {
 
-Pings::Pings(XConnection &connection, InputWatch &watch, const QElapsedTimer &clock)
-    : m_connection(connection)
+Pings::Pings(KeyServer &server, InputWatch &watch, const Clock &clock)
+    : m_server(server)
     , m_watch(watch)
     , m_clock(clock)
 {
 }
 
 // The numbers go on, so that a late answer belongs to no ping of another text.
-void Pings::begin(XWindow window)
+void Pings::begin(WindowId window)
 {
     m_window = window;
     m_before = m_last;
-    m_answeredAt = m_clock.elapsed();
+    m_answeredAt = m_clock.now();
 }
 
 void Pings::giveUpOnSilence()
 {
     if (m_last == m_before || m_watch.lastPong(m_window) > m_before)
-        m_answeredAt = m_clock.elapsed();
-    if (m_clock.elapsed() - m_answeredAt > limit)
+        m_answeredAt = m_clock.now();
+    if (m_clock.now() - m_answeredAt > limit)
         m_window = 0;
 }
 
-Pings::Ping Pings::send(XWindow window)
+Pings::Ping Pings::send(WindowId window)
 {
     m_watch.expectPong(window, ++m_last);
-    m_connection.ping(window, m_last);
-    m_connection.flush();
+    m_server.ping(window, m_last);
     return {window, m_last};
 }
 

@@ -3,10 +3,9 @@
 
 #pragma once
 
+#include "platform/linux/keyboard/Clock.h"
 #include "platform/linux/keyboard/InputWatch.h"
-#include "platform/linux/keyboard/XConnection.h"
-
-#include <QElapsedTimer>
+#include "platform/linux/keyboard/KeyServer.h"
 
 #include <cstdint>
 
@@ -19,13 +18,13 @@ namespace platform::linux_
 class Pings
 {
 public:
-    Pings(XConnection &connection, InputWatch &watch, const QElapsedTimer &clock);
+    Pings(KeyServer &server, InputWatch &watch, const Clock &clock);
 
-    /// How long an answer may take, in milliseconds.
-    static constexpr qint64 limit = 4000;
+    /// How long an answer may take.
+    static constexpr Milliseconds limit{4000};
 
     /// For a new text: the window at which the program answers, 0 when it does not.
-    void begin(XWindow window);
+    void begin(WindowId window);
 
     /// Whether there is such a window; no longer once the program has left the first pings without
     /// an answer for too long. Some say that they answer and never do.
@@ -34,23 +33,23 @@ public:
 
     /// What a ping is known by.
     struct Ping {
-        XWindow window = 0;
+        WindowId window = 0;
         std::uint32_t number = 0;
     };
     /// Pings the program at its own window, or at another one that answers.
     Ping send() { return send(m_window); }
-    Ping send(XWindow window);
+    Ping send(WindowId window);
     bool answered(const Ping &ping) const;
 
 private:
-    XConnection &m_connection;
+    KeyServer &m_server;
     InputWatch &m_watch;
-    const QElapsedTimer &m_clock;
-    XWindow m_window = 0;
+    const Clock &m_clock;
+    WindowId m_window = 0;
     std::uint32_t m_last = 0;
     /// The last ping of the text before.
     std::uint32_t m_before = 0;
-    qint64 m_answeredAt = 0;
+    Milliseconds m_answeredAt{0};
 };
 
 } // namespace platform::linux_

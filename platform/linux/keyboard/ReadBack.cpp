@@ -13,10 +13,10 @@ namespace
 
 // A count that has not moved at all for so long is given up. A browser on a busy machine may handle
 // all keys that are on their way before it tells of the first.
-constexpr qint64 givenUpAfter = 3000;
-constexpr qint64 longestForKey = 20;
+constexpr Milliseconds givenUpAfter{3000};
+constexpr Milliseconds maxForKey{20};
 // A count that still stands so long after the selection went is the new text's.
-constexpr qint64 replacedPause = 40;
+constexpr Milliseconds replacedPause{40};
 
 } // namespace
 
@@ -40,7 +40,8 @@ qint64 ReadBack::excess(Sent sent) const
     return m_moved ? std::max<qint64>(0, arrived - expected) : 0;
 }
 
-void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now, bool replaced)
+void ReadBack::observe(std::optional<qint64> count, std::size_t sent, Milliseconds now,
+                       bool replaced)
 {
     if (!m_useful || sent == 0)
         return;
@@ -60,7 +61,7 @@ void ReadBack::observe(std::optional<qint64> count, std::size_t sent, qint64 now
             m_lastChange = now;
         }
     }
-    const qint64 patience = givenUpAfter + longestForKey * static_cast<qint64>(sent);
+    const Milliseconds patience = givenUpAfter + maxForKey * static_cast<qint64>(sent);
     if (!m_moved && now - *m_lastChange >= patience) {
         m_useful = false;
         return;

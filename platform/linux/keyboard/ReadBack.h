@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/linux/keyboard/Clock.h"
+
 #include <QtGlobal>
 
 #include <cstddef>
@@ -12,7 +14,7 @@ namespace platform::linux_
 {
 
 /// Tells from the length of the input's text how many of the keys that were sent have arrived in
-/// it. Times are in milliseconds of any steady clock. A plain value.
+/// it. Times are of any steady clock. A plain value.
 class ReadBack
 {
 public:
@@ -22,7 +24,8 @@ public:
 
     /// Takes a new reading, `sent` keys having been sent by then. `replaced`: what was selected is
     /// not there any more, as was asked before the count.
-    void observe(std::optional<qint64> count, std::size_t sent, qint64 now, bool replaced = false);
+    void observe(std::optional<qint64> count, std::size_t sent, Milliseconds now,
+                 bool replaced = false);
 
     /// Whether the input has followed the typing by now.
     bool hasMoved() const { return m_moved; }
@@ -46,15 +49,18 @@ public:
     void acceptExcess(Sent sent) { m_base += excess(sent); }
 
     /// How long the count has not changed.
-    qint64 stillFor(qint64 now) const { return m_lastChange ? now - *m_lastChange : 0; }
+    Milliseconds stillFor(Milliseconds now) const
+    {
+        return m_lastChange ? now - *m_lastChange : Milliseconds(0);
+    }
 
 private:
     bool m_useful = false;
     qint64 m_base = 0;
     qint64 m_last = 0;
-    std::optional<qint64> m_lastChange;
+    std::optional<Milliseconds> m_lastChange;
     bool m_moved = false;
-    std::optional<qint64> m_replacedSince;
+    std::optional<Milliseconds> m_replacedSince;
     std::size_t m_confirmed = 0;
 };
 

@@ -53,8 +53,8 @@ public:
     virtual bool hasFocus() = 0;
     /// Asks the program to give the input the focus, within the window that has it.
     virtual void takeFocus() = 0;
-    /// The input to type into, with so many characters (code points) selected.
-    virtual std::unique_ptr<TypingTarget> typingTarget(qint64 selected) = 0;
+    /// The input to type into, with that text selected.
+    virtual std::unique_ptr<TypingTarget> typingTarget(const QString &selected) = 0;
 };
 
 } // namespace platform::linux_

@@ -41,6 +41,15 @@ CFRange utf16Range(const QString &text, qint64 start, qint64 end, qint64 count)
     return {first, utf16Offset(text, end) - first};
 }
 
+QString withoutPairMarks(QString text)
+{
+    for (qsizetype i = text.size() - 1; i > 0; --i) {
+        if (text.at(i) == QChar(0xfeff) && text.at(i - 1).isLowSurrogate())
+            text.remove(i, 1);
+    }
+    return text;
+}
+
 bool isSelection(const QString &text, qsizetype position, qsizetype length, qint64 start,
                  qint64 end)
 {

@@ -21,6 +21,10 @@ qint64 utf16Offset(const QString &text, qint64 position);
 /// text's length: Qt counts UTF-16 units where it should count characters.
 CFRange utf16Range(const QString &text, qint64 start, qint64 end, qint64 count);
 
+/// The text without the U+FEFF that Gecko puts after each character above U+FFFF, so that the
+/// characters of what it hands out are as many as its own UTF-16 units.
+QString withoutPairMarks(QString text);
+
 /// Whether the answer "selected from `start` to `end`" means the `length` UTF-16 units of `text`
 /// from `position` on, in whatever the application counts. Chromium's numbers are short by the
 /// count of characters above U+FFFF that stand before them.

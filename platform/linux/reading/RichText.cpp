@@ -3,6 +3,8 @@
 
 #include "platform/linux/reading/RichText.h"
 
+#include "platform/linux/reading/CodePoints.h"
+
 #include <QPointer>
 #include <QSet>
 
@@ -196,6 +198,8 @@ struct Reading : std::enable_shared_from_this<Reading> {
                 if (isPassword(node->facts))
                     return;
                 node->text = text.value_or(QString());
+                if (node->facts.toolkit == "Gecko")
+                    node->text = withoutPairMarks(node->text);
                 const bool hasMarker = node->facts.is(atspi::Role::ListItem);
                 if (hasMarker || node->text.contains(QChar::ObjectReplacementCharacter))
                     readChildren(node, path, depth);

@@ -63,7 +63,7 @@ def test_nothing_goes_into_another_window(editor):
     wait_until(editor.has_focus, "the editor")
     process, before = start(editor)
     editor.desktop.activate(other)
-    assert editor.finish(process)["result"] == "interrupted"
+    assert editor.finish(process)["result"] in ("interrupted", "misplaced")
     assert "KeyPress" not in log.output()
     assert keyboard_map(editor.desktop) == before
     editor.desktop.activate(editor.window)
@@ -99,7 +99,7 @@ def test_only_what_was_found_is_typed_into(build):
 
 
 def test_a_page_that_moves_the_focus_gets_no_more_than_is_on_its_way(build):
-    text, moves_after, most_on_their_way = make("latin", 5000, seed=6), 200, 384
+    text, moves_after, most_on_their_way = make("latin", 5000, seed=6), 200, 8
     page = (
         """<textarea id=first autofocus spellcheck=false></textarea>
         <textarea id=second spellcheck=false></textarea>
@@ -112,13 +112,13 @@ def test_a_page_that_moves_the_focus_gets_no_more_than_is_on_its_way(build):
     )
     with Session() as desktop:
         editor = Input(desktop, build, "textarea", page)
-        assert editor.type(text)["result"] == "interrupted"
+        assert editor.type(text)["result"] in ("interrupted", "misplaced")
         desktop.key("Return")  # the last key to arrive
         wait_until(lambda: (editor.read() or "").endswith("\n"), "the end of the text")
         second = editor.read().rstrip("\n")
         title = desktop.run(["xdotool", "getwindowname", str(editor.window)])
         first = int(title.split("moved after ")[1].split()[0])
-        assert 0 < len(second) <= most_on_their_way
+        assert len(second) <= most_on_their_way
         assert text[first:].startswith(second)
 
 
@@ -139,7 +139,7 @@ def test_no_key_comes_before_the_program_knows_that_nobody_listens(desktop, buil
 def test_a_closed_window_ends_it(editor):
     process, before = start(editor)
     editor.program.process.kill()
-    assert editor.finish(process)["result"] in ("interrupted", "failed")
+    assert editor.finish(process)["result"] in ("interrupted", "misplaced", "failed")
     assert keyboard_map(editor.desktop) == before
 
 

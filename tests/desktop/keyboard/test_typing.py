@@ -67,6 +67,19 @@ def test_without_reading_back(typed_input):
     check(typed_input, text, "--blind")
 
 
+def start_with_input_method(desktop, build, name, engine):
+    """An input in a desktop whose input method is IBus, with that engine."""
+    desktop.env.update(GTK_IM_MODULE="ibus", XMODIFIERS="@im=ibus")
+    desktop.start(["ibus-daemon", "--xim", "--panel", "disable"])
+
+    def ready():
+        desktop.run(["ibus", "engine", engine], check=False)
+        return engine in desktop.run(["ibus", "engine"], check=False)
+
+    wait_until(ready, "the input method")
+    return Input(desktop, build, name)
+
+
 @pytest.mark.parametrize(
     "name, kind, length",
     [("textarea", "cjk", 1500), ("mousepad", "cjk", 1500), ("gnome-text-editor", "mixed", 240)],
@@ -74,13 +87,15 @@ def test_without_reading_back(typed_input):
 def test_with_an_input_method(build, name, kind, length):
     """It hands the keys back to the program in its own time."""
     with Session() as desktop:
-        desktop.env.update(GTK_IM_MODULE="ibus", XMODIFIERS="@im=ibus")
-        desktop.start(["ibus-daemon", "--xim", "--panel", "disable"])
-
-        def ready():
-            desktop.run(["ibus", "engine", "xkb:us::eng"], check=False)
-            return "xkb:us" in desktop.run(["ibus", "engine"], check=False)
-
-        wait_until(ready, "the input method")
-        typed_input = Input(desktop, build, name)
+        typed_input = start_with_input_method(desktop, build, name, "xkb:us::eng")
         check(typed_input, make(kind, length, seed=9, tab=typed_input.tab))
+
+
+@pytest.mark.parametrize("name", ["textarea", "mousepad"])
+def test_an_input_method_that_composes_is_off_meanwhile(build, name):
+    with Session() as desktop:
+        typed_input = start_with_input_method(desktop, build, name, "libpinyin")
+        check(typed_input, "ni hao wo shi hello 你好 ni hao.\nzai jian")
+        wait_until(
+            lambda: "libpinyin" in desktop.run(["ibus", "engine"], check=False), "the old engine"
+        )

@@ -134,7 +134,7 @@ void StreamTypist::advance()
     }
     const std::size_t before = m_shown;
     if (m_sent > 0 && m_readBack.useful())
-        m_readBack.observe(target.characterCount(), m_sent, now);
+        m_readBack.observe(target.characterCount(), m_sent, Milliseconds(now));
     m_shown = m_readBack.useful() ? m_readBack.confirmed() : m_sent;
     if (m_shown != before)
         m_lastProgress = now;
@@ -157,7 +157,9 @@ void StreamTypist::advance()
 // A burst of keys; where it comes to the end of a map, the next map goes with it.
 bool StreamTypist::sendSome()
 {
-    const std::size_t end = std::min(m_keys.size(), m_shown + maxAhead);
+    // What a frame in a page that takes the focus can get.
+    const std::size_t ahead = m_current.target->maxUnconfirmedKeys().value_or(maxAhead);
+    const std::size_t end = std::min(m_keys.size(), m_shown + ahead);
     if (m_sent >= end)
         return true;
     const bool softLineBreaks = m_current.target->needsSoftLineBreaks();

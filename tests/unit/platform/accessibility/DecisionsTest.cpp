@@ -242,3 +242,35 @@ TEST(CodePoints, RangesAreInUtf16Units)
     EXPECT_EQ(withLineFeeds(QStringLiteral("a\r\nb\rc\u2029d\u2028e")),
               QStringLiteral("a\nb\nc\nd\ne"));
 }
+
+TEST(CodePoints, UnderstandsWhatAnApplicationSaysIsSelected)
+{
+    const QString text = QString::fromUtf8("a😀b😀cd");
+    EXPECT_TRUE(isSelection(text, 3, 4, 2, 5)) << "in characters";
+    EXPECT_TRUE(isSelection(text, 3, 4, 3, 7)) << "in UTF-16 units";
+    EXPECT_TRUE(isSelection(text, 3, 4, 2, 3)) << "short by the characters above U+FFFF before it";
+    EXPECT_FALSE(isSelection(text, 3, 4, 2, 4));
+    EXPECT_FALSE(isSelection(text, 3, 4, 0, 5));
+    EXPECT_EQ(withoutPairMarks(QString::fromUtf8("\ufeffa😀\ufeffb\ufeff")),
+              QString::fromUtf8("\ufeffa😀b\ufeff"));
+}
+
+TEST(RichText, KnowsWhereEachPieceStands)
+{
+    TextNode page = node(Role::Section, "div", "block", QStringLiteral("\ufffc\ufffc"),
+                         {node(Role::Paragraph, "p", "block", QStringLiteral("one \ufffc!"),
+                               {node(Role::Link, "b", "inline", QStringLiteral("two"))}),
+                          node(Role::Paragraph, "p", "block", QStringLiteral("three\n"))});
+    page.children[0].path = "/p1";
+    page.children[0].children[0].path = "/b";
+    page.children[1].path = "/p2";
+    const RichTextContent content = flattened(page);
+    QStringList pieces;
+    for (const TextPiece &piece : content.pieces) {
+        pieces.append(QString::fromLatin1(piece.path) + u' ' +
+                      content.text.mid(piece.position, piece.length));
+        EXPECT_EQ(piece.text.mid(piece.offset, piece.length),
+                  content.text.mid(piece.position, piece.length));
+    }
+    EXPECT_EQ(pieces.join(u'|'), QStringLiteral("/p1 one |/b two|/p1 !|/p2 three"));
+}

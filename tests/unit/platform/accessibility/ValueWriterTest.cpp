@@ -96,7 +96,7 @@ public:
         m_program.asked.append(QStringLiteral("focus"));
         m_program.hasFocus = true;
     }
-    std::unique_ptr<TypingTarget> typingTarget(qint64) override { return nullptr; }
+    std::unique_ptr<TypingTarget> typingTarget(const QString &) override { return nullptr; }
 
 private:
     Program &m_program;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 using platform::linux_::IndentRemoval;
+using platform::linux_::Milliseconds;
 using platform::linux_::TypingTarget;
 using Step = IndentRemoval::Step;
 
@@ -27,15 +28,15 @@ class IndentRemovalTest : public testing::Test
 {
 protected:
     /// The next step after the line break that is the ninth key, some time later.
-    Step next(const char *text, qint64 later = 100, std::size_t line = 9)
+    Step next(const char *text, int later = 100, std::size_t line = 9)
     {
         editor.text = QString::fromUtf8(text);
-        return removal.next(line, now += later);
+        return removal.next(line, now += Milliseconds(later));
     }
 
     Editor editor;
     IndentRemoval removal{editor};
-    qint64 now = 0;
+    Milliseconds now{0};
 };
 
 TEST_F(IndentRemovalTest, DeletesKeyByKeyWhatStandsAfterTheLineBreak)
@@ -53,7 +54,8 @@ TEST_F(IndentRemovalTest, NeverDeletesTheTextItself)
     EXPECT_EQ(next("\tone"), Step::Wait) << "the line break does not show yet";
     EXPECT_EQ(next("\tone\n  - "), Step::Wait);
     editor.text.reset();
-    EXPECT_EQ(removal.next(9, now += 100), Step::Wait) << "a busy editor does not answer in time";
+    EXPECT_EQ(removal.next(9, now += Milliseconds(100)), Step::Wait)
+        << "a busy editor does not answer in time";
     EXPECT_EQ(next("\tone\n\t"), Step::Delete);
 }
 

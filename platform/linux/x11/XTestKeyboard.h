@@ -42,8 +42,8 @@ public:
     void stop();
 
 private:
-    class Engine;
-    std::unique_ptr<Engine> m_engine;
+    class Loop;
+    std::unique_ptr<Loop> m_loop;
 };
 
 } // namespace platform::linux_

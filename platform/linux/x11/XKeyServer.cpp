@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "platform/linux/keyboard/XConnection.h"
+#include "platform/linux/x11/XKeyServer.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <iterator>
 #include <set>
@@ -51,28 +52,8 @@ void noteBrokenConnection(Display *, void *flag)
     *static_cast<bool *>(flag) = true;
 }
 
-// Modifiers that a virtual modifier name stands for on this keyboard.
-std::uint8_t modifiersNamed(Display *display, XkbDescPtr xkb,
-                            std::initializer_list<const char *> names)
-{
-    unsigned found = 0;
-    for (int i = 0; i < XkbNumVirtualMods; ++i) {
-        if (!xkb->names->vmods[i])
-            continue;
-        char *name = XGetAtomName(display, xkb->names->vmods[i]);
-        if (!name)
-            continue;
-        for (const char *wanted : names) {
-            if (std::strcmp(name, wanted) == 0)
-                found |= xkb->server->vmods[i];
-        }
-        XFree(name);
-    }
-    return static_cast<std::uint8_t>(found);
-}
-
 // At most 64 values of 32 bits.
-std::vector<unsigned long> property(Display *display, XWindow window, Atom name, Atom type)
+std::vector<unsigned long> property(Display *display, WindowId window, Atom name, Atom type)
 {
     Atom actualType = 0;
     int format = 0;
@@ -93,9 +74,9 @@ std::vector<unsigned long> property(Display *display, XWindow window, Atom name,
 
 // The windows that `window` lies in, from itself up to a child of the root window; empty when it is
 // gone, or the root window itself.
-std::vector<XWindow> ancestry(Display *display, XWindow window)
+std::vector<WindowId> ancestry(Display *display, WindowId window)
 {
-    std::vector<XWindow> found;
+    std::vector<WindowId> found;
     while (window > PointerRoot && window != DefaultRootWindow(display)) {
         found.push_back(window);
         Window rootWindow = 0;
@@ -126,54 +107,14 @@ int findTestKeyboard(Display *display)
     return found;
 }
 
-KeyboardMap::Type typeFrom(const XkbKeyTypeRec &source)
-{
-    KeyboardMap::Type type;
-    type.modifiers = source.mods.mask;
-    type.levels = source.num_levels;
-    for (int i = 0; i < source.map_count; ++i) {
-        type.entries.push_back(
-            {source.map[i].active != False, source.map[i].mods.mask, source.map[i].level});
-    }
-    return type;
-}
-
-KeyboardMap::Key keyFrom(XkbDescPtr xkb, int keycode)
-{
-    KeyboardMap::Key key;
-    const unsigned char info = XkbKeyGroupInfo(xkb, keycode);
-    key.isModifier = xkb->map->modmap[keycode] != 0;
-    switch (XkbOutOfRangeGroupAction(info)) {
-    case XkbRedirectIntoRange:
-        key.outOfRange = KeyboardMap::Key::OutOfRange::Redirect;
-        key.redirectGroup = XkbOutOfRangeGroupNumber(info);
-        break;
-    case XkbClampIntoRange:
-        key.outOfRange = KeyboardMap::Key::OutOfRange::Clamp;
-        break;
-    default:
-        break;
-    }
-    for (int group = 0; group < XkbKeyNumGroups(xkb, keycode); ++group) {
-        KeyboardMap::Group entry;
-        entry.type = XkbKeyKeyTypeIndex(xkb, keycode, group);
-        for (int level = 0; level < XkbKeyGroupWidth(xkb, keycode, group); ++level) {
-            entry.keysyms.push_back(
-                static_cast<std::uint32_t>(XkbKeySymEntry(xkb, keycode, level, group)));
-        }
-        key.groups.push_back(std::move(entry));
-    }
-    return key;
-}
-
 } // namespace
 
-std::unique_ptr<XConnection> XConnection::open(const QByteArray &displayName)
+std::unique_ptr<XKeyServer> XKeyServer::open(const QByteArray &displayName)
 {
     Display *display = XOpenDisplay(displayName.isEmpty() ? nullptr : displayName.constData());
     if (!display)
         return nullptr;
-    std::unique_ptr<XConnection> connection(new XConnection);
+    std::unique_ptr<XKeyServer> connection(new XKeyServer);
     connection->m_display = display;
     ownDisplays().insert(display);
     installErrorHandler();
@@ -197,6 +138,7 @@ std::unique_ptr<XConnection> XConnection::open(const QByteArray &displayName)
     if (!connection->m_testKeyboard)
         return nullptr;
 
+    connection->m_pingAtom = connection->atom("_NET_WM_PING");
     XSetWindowAttributes attributes{};
     attributes.event_mask = PropertyChangeMask;
     connection->m_ownWindow =
@@ -205,7 +147,7 @@ std::unique_ptr<XConnection> XConnection::open(const QByteArray &displayName)
     return connection;
 }
 
-XConnection::~XConnection()
+XKeyServer::~XKeyServer()
 {
     if (!m_display)
         return;
@@ -213,22 +155,22 @@ XConnection::~XConnection()
     ownDisplays().erase(m_display);
 }
 
-int XConnection::fileDescriptor() const
+int XKeyServer::fileDescriptor() const
 {
     return ConnectionNumber(m_display);
 }
 
-XWindow XConnection::root() const
+WindowId XKeyServer::root() const
 {
     return DefaultRootWindow(m_display);
 }
 
-unsigned long XConnection::atom(const char *name) const
+unsigned long XKeyServer::atom(const char *name) const
 {
     return XInternAtom(m_display, name, False);
 }
 
-std::optional<XConnection::Moment> XConnection::look() const
+std::optional<XKeyServer::Moment> XKeyServer::look()
 {
     Moment moment;
     int revertTo = 0;
@@ -241,50 +183,25 @@ std::optional<XConnection::Moment> XConnection::look() const
     if (m_broken)
         return std::nullopt;
     moment.heldModifiers = state.base_mods;
-    moment.latchedModifiers = state.latched_mods;
     moment.lockedModifiers = state.locked_mods;
     moment.group = state.group;
     moment.keyHeld = std::any_of(std::begin(keys), std::end(keys), [](char c) { return c != 0; });
     return moment;
 }
 
-KeyboardMap XConnection::readMap() const
-{
-    KeyboardMap map;
-    XkbDescPtr xkb = XkbGetMap(
-        m_display, XkbAllClientInfoMask | XkbModifierMapMask | XkbVirtualModsMask, XkbUseCoreKbd);
-    if (!xkb)
-        return map;
-    map.minKeycode = xkb->min_key_code;
-    map.maxKeycode = xkb->max_key_code;
-    for (int i = 0; i < xkb->map->num_types; ++i)
-        map.types.push_back(typeFrom(xkb->map->types[i]));
-    for (int keycode = map.minKeycode; keycode <= map.maxKeycode; ++keycode)
-        map.keys[static_cast<std::size_t>(keycode)] = keyFrom(xkb, keycode);
-
-    map.levelModifiers = ShiftMask;
-    if (XkbGetNames(m_display, XkbVirtualModNamesMask, xkb) == Success) {
-        const std::uint8_t taken = modifiersNamed(
-            m_display, xkb, {"Alt", "Meta", "Super", "Hyper", "NumLock", "ScrollLock"});
-        map.levelModifiers |= (Mod3Mask | Mod5Mask) & ~taken;
-    }
-    XkbFreeKeyboard(xkb, 0, True);
-    return map;
-}
-
-void XConnection::grabServer()
+void XKeyServer::grab()
 {
     XGrabServer(m_display);
 }
 
-void XConnection::ungrabServer()
+void XKeyServer::ungrab()
 {
     XUngrabServer(m_display);
     XFlush(m_display);
 }
 
-void XConnection::sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambientLocks,
-                           std::uint8_t lockedBefore)
+void XKeyServer::sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambientLocks,
+                          std::uint8_t lockedBefore)
 {
     constexpr unsigned all = 0xff;
     unsigned locked = lockedBefore;
@@ -301,15 +218,15 @@ void XConnection::sendKeys(const std::vector<Keystroke> &keys, std::uint8_t ambi
     lock(lockedBefore);
 }
 
-void XConnection::lockModifiers(std::uint8_t locked)
+void XKeyServer::lockModifiers(std::uint8_t locked)
 {
     XkbLockModifiers(m_display, XkbUseCoreKbd, 0xff, locked);
     XFlush(m_display);
 }
 
-std::vector<XWindow> XConnection::inputMethods() const
+std::vector<WindowId> XKeyServer::inputMethods() const
 {
-    std::vector<XWindow> found;
+    std::vector<WindowId> found;
     for (const unsigned long server : property(m_display, root(), atom("XIM_SERVERS"), XA_ATOM)) {
         if (const Window owner = XGetSelectionOwner(m_display, server))
             found.push_back(owner);
@@ -317,54 +234,54 @@ std::vector<XWindow> XConnection::inputMethods() const
     return found;
 }
 
-bool XConnection::keysRepeat() const
+bool XKeyServer::keysRepeat()
 {
     XKeyboardState state{};
     XGetKeyboardControl(m_display, &state);
     return state.global_auto_repeat == AutoRepeatModeOn;
 }
 
-void XConnection::setKeysRepeat(bool repeat)
+void XKeyServer::setKeysRepeat(bool repeat)
 {
     repeat ? XAutoRepeatOn(m_display) : XAutoRepeatOff(m_display);
 }
 
-void XConnection::wakeTestKeyboard()
+void XKeyServer::wakeKeyboard()
 {
     XTestFakeKeyEvent(m_display, 255, False, 0);
 }
 
-bool XConnection::exists(XWindow window) const
+bool XKeyServer::exists(WindowId window)
 {
     XWindowAttributes attributes;
     return XGetWindowAttributes(m_display, window, &attributes) != 0;
 }
 
-XWindow XConnection::pingableWindow(XWindow window) const
+WindowId XKeyServer::pingableWindow(WindowId window)
 {
-    const std::vector<XWindow> windows = ancestry(m_display, window);
+    const std::vector<WindowId> windows = ancestry(m_display, window);
     const auto found = std::find_if(windows.begin(), windows.end(),
-                                    [this](XWindow each) { return answersPings(each); });
+                                    [this](WindowId each) { return answersPings(each); });
     return found == windows.end() ? 0 : *found;
 }
 
-bool XConnection::answersPings(XWindow window) const
+bool XKeyServer::answersPings(WindowId window) const
 {
     const std::vector<unsigned long> protocols =
         property(m_display, window, atom("WM_PROTOCOLS"), XA_ATOM);
     return std::find(protocols.begin(), protocols.end(), atom("_NET_WM_PING")) != protocols.end();
 }
 
-std::vector<XWindow> XConnection::pingableCompanions(XWindow window) const
+std::vector<WindowId> XKeyServer::pingableCompanions(WindowId window)
 {
-    const auto processOf = [this](XWindow each) {
+    const auto processOf = [this](WindowId each) {
         const auto pid = property(m_display, each, atom("_NET_WM_PID"), XA_CARDINAL);
         return pid.empty() ? 0 : pid.front();
     };
-    std::vector<XWindow> found;
-    const std::vector<XWindow> own = ancestry(m_display, window);
+    std::vector<WindowId> found;
+    const std::vector<WindowId> own = ancestry(m_display, window);
     unsigned long process = 0;
-    for (const XWindow each : own) {
+    for (const WindowId each : own) {
         if (!process)
             process = processOf(each);
     }
@@ -373,20 +290,20 @@ std::vector<XWindow> XConnection::pingableCompanions(XWindow window) const
     Window *children = nullptr;
     unsigned count = 0;
     if (process && XQueryTree(m_display, root(), &rootWindow, &parent, &children, &count)) {
-        std::copy_if(children, children + count, std::back_inserter(found), [&](XWindow each) {
+        std::copy_if(children, children + count, std::back_inserter(found), [&](WindowId each) {
             return each != own.back() && processOf(each) == process && answersPings(each);
         });
     }
     if (children)
         XFree(children);
-    for (const XWindow each : inputMethods()) {
-        if (const XWindow answering = pingableWindow(each))
+    for (const WindowId each : inputMethods()) {
+        if (const WindowId answering = pingableWindow(each))
             found.push_back(answering);
     }
     return found;
 }
 
-void XConnection::ping(XWindow window, std::uint32_t number)
+void XKeyServer::ping(WindowId window, std::uint32_t number)
 {
     XEvent event{};
     event.xclient.type = ClientMessage;
@@ -397,9 +314,10 @@ void XConnection::ping(XWindow window, std::uint32_t number)
     event.xclient.data.l[1] = number;
     event.xclient.data.l[2] = static_cast<long>(window);
     XSendEvent(m_display, window, False, NoEventMask, &event);
+    XFlush(m_display);
 }
 
-void XConnection::requestFence()
+void XKeyServer::requestFence()
 {
     const long nothing = 0;
     XChangeProperty(m_display, m_ownWindow, XA_INTEGER, XA_INTEGER, 32, PropModeReplace,
@@ -407,9 +325,93 @@ void XConnection::requestFence()
     XFlush(m_display);
 }
 
-void XConnection::flush()
+void XKeyServer::selectRawEvents(bool wanted)
 {
+    std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits{};
+    if (wanted) {
+        XISetMask(bits.data(), XI_RawKeyPress);
+        XISetMask(bits.data(), XI_RawButtonPress);
+    }
+    XIEventMask mask{};
+    mask.deviceid = XIAllMasterDevices;
+    mask.mask_len = static_cast<int>(bits.size());
+    mask.mask = bits.data();
+    XISelectEvents(m_display, root(), &mask, 1);
+}
+
+void XKeyServer::watch(WindowId focus)
+{
+    m_focus = focus;
+    selectRawEvents(true);
+    XkbSelectEvents(m_display, XkbUseCoreKbd, XkbMapNotifyMask | XkbNewKeyboardNotifyMask,
+                    XkbMapNotifyMask | XkbNewKeyboardNotifyMask);
+    // Clients answer pings to the root window: most to those who watch its children, Qt's to those
+    // who watch the window itself.
+    XSelectInput(m_display, root(), SubstructureNotifyMask | StructureNotifyMask);
+    if (focus > PointerRoot)
+        XSelectInput(m_display, focus, FocusChangeMask);
+}
+
+void XKeyServer::unwatch()
+{
+    selectRawEvents(false);
+    XkbSelectEvents(m_display, XkbUseCoreKbd, XkbMapNotifyMask | XkbNewKeyboardNotifyMask, 0);
+    XSelectInput(m_display, root(), NoEventMask);
+    if (m_focus > PointerRoot)
+        XSelectInput(m_display, m_focus, NoEventMask);
     XFlush(m_display);
+}
+
+void XKeyServer::takeEvents()
+{
+    while (!m_broken && XPending(m_display) > 0) {
+        XEvent event;
+        XNextEvent(m_display, &event);
+        if (const std::optional<Event> found = eventFrom(event))
+            m_events.push_back(*found);
+    }
+}
+
+std::optional<KeyServer::Event> XKeyServer::nextEvent()
+{
+    if (m_events.empty())
+        takeEvents();
+    if (m_events.empty())
+        return std::nullopt;
+    const Event event = m_events.front();
+    m_events.pop_front();
+    return event;
+}
+
+std::optional<KeyServer::Event> XKeyServer::eventFrom(_XEvent &event)
+{
+    std::optional<Event> found;
+    if (event.type == GenericEvent && event.xcookie.extension == m_inputOpcode) {
+        if (!XGetEventData(m_display, &event.xcookie))
+            return found;
+        const auto *raw = static_cast<const XIRawEvent *>(event.xcookie.data);
+        if (event.xcookie.evtype == XI_RawKeyPress)
+            found =
+                KeyPressed{static_cast<std::uint8_t>(raw->detail), raw->sourceid == m_testKeyboard};
+        else if (event.xcookie.evtype == XI_RawButtonPress)
+            found = ButtonPressed{raw->detail};
+        XFreeEventData(m_display, &event.xcookie);
+    } else if (event.type == PropertyNotify && event.xproperty.window == m_ownWindow) {
+        found = Fence{};
+    } else if (event.type == ClientMessage && event.xclient.format == 32 &&
+               static_cast<unsigned long>(event.xclient.data.l[0]) == m_pingAtom) {
+        found = Pong{static_cast<WindowId>(event.xclient.data.l[2]),
+                     static_cast<std::uint32_t>(event.xclient.data.l[1])};
+    } else if (event.type == FocusOut && event.xfocus.window == m_focus) {
+        // A keyboard grab by another client takes the keys away just as a focus change does.
+        if (event.xfocus.detail != NotifyInferior && event.xfocus.detail != NotifyPointer)
+            found = FocusLeft{};
+    } else if (event.type == m_xkbEventBase) {
+        const auto *xkb = reinterpret_cast<const XkbAnyEvent *>(&event);
+        if (xkb->xkb_type == XkbMapNotify || xkb->xkb_type == XkbNewKeyboardNotify)
+            found = MapChanged{};
+    }
+    return found;
 }
 
 } // namespace platform::linux_
