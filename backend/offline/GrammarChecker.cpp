@@ -12,37 +12,74 @@
 #include "backend/offline/rules/IntroductionRule.h"
 #include "backend/offline/rules/MissingArticleRule.h"
 #include "backend/offline/rules/NounNumberRule.h"
+#include "backend/offline/rules/OtherLanguagesRule.h"
 #include "backend/offline/rules/PatternRule.h"
 #include "backend/offline/rules/ProperNounRule.h"
 #include "backend/offline/rules/SpacingRule.h"
 #include "backend/offline/rules/SpellingRule.h"
+#include "backend/offline/rules/TenseRule.h"
 #include "backend/offline/rules/VerbFormRule.h"
 #include "backend/offline/text/EditReview.h"
+
+#include <functional>
 
 namespace offline
 {
 
+namespace
+{
+
+/// The stages, in their order.
+enum Stage : size_t { Words, Patterns, Finish, StageCount };
+
+} // namespace
+
 GrammarChecker::GrammarChecker(const Lexicon &lexicon, const LanguageDetector &detector,
-                               const Verbs &verbs)
+                               const Verbs &verbs, const QStringList &off)
     : m_inflections(m_tagger, verbs, lexicon)
     , m_lexicon(lexicon)
     , m_detector(detector)
+    , m_stages(StageCount)
 {
-    m_stages.resize(3);
-    m_stages[0].push_back(std::make_unique<SpellingRule>(lexicon, m_model));
-    m_stages[1].push_back(std::make_unique<SpacingRule>(lexicon));
-    m_stages[1].push_back(std::make_unique<DoubledWordRule>());
-    m_stages[1].push_back(std::make_unique<PatternRule>(verbs));
-    m_stages[2].push_back(std::make_unique<ArticleRule>(lexicon));
-    m_stages[2].push_back(std::make_unique<CapitalRule>(lexicon));
-    m_languageRules.push_back(std::make_unique<ConfusionRule>());
-    m_languageRules.push_back(std::make_unique<AgreementRule>());
-    m_languageRules.push_back(std::make_unique<NounNumberRule>());
-    m_languageRules.push_back(std::make_unique<VerbFormRule>());
-    m_languageRules.push_back(std::make_unique<MissingArticleRule>());
-    m_languageRules.push_back(std::make_unique<HyphenRule>());
-    m_languageRules.push_back(std::make_unique<ProperNounRule>());
-    m_languageRules.push_back(std::make_unique<IntroductionRule>());
+    for (const RuleFile &file : ruleFiles()) {
+        if (!off.contains(file.id))
+            addRule(file, verbs);
+    }
+}
+
+void GrammarChecker::addRule(const RuleFile &file, const Verbs &verbs)
+{
+    using Engine = std::function<std::unique_ptr<Rule>()>;
+    using LanguageEngine = std::function<std::unique_ptr<LanguageRule>()>;
+    const QHash<QString, std::pair<Stage, Engine>> engines = {
+        {u"spelling"_qs,
+         {Words, [this] { return std::make_unique<SpellingRule>(m_lexicon, m_model); }}},
+        {u"other-languages"_qs,
+         {Words, [this] { return std::make_unique<OtherLanguagesRule>(m_lexicon, m_detector); }}},
+        {u"spacing"_qs, {Patterns, [this] { return std::make_unique<SpacingRule>(m_lexicon); }}},
+        {u"doubled-words"_qs, {Patterns, [] { return std::make_unique<DoubledWordRule>(); }}},
+        {u"patterns"_qs,
+         {Patterns, [&] { return std::make_unique<PatternRule>(file.patterns, verbs); }}},
+        {u"article-sound"_qs,
+         {Finish, [this] { return std::make_unique<ArticleRule>(m_lexicon); }}},
+        {u"capitals"_qs, {Finish, [this] { return std::make_unique<CapitalRule>(m_lexicon); }}},
+    };
+    const QHash<QString, LanguageEngine> languageEngines = {
+        {u"confusions"_qs, [] { return std::make_unique<ConfusionRule>(); }},
+        {u"tense"_qs, [] { return std::make_unique<TenseRule>(); }},
+        {u"agreement"_qs, [] { return std::make_unique<AgreementRule>(); }},
+        {u"number"_qs, [] { return std::make_unique<NounNumberRule>(); }},
+        {u"verb-forms"_qs, [] { return std::make_unique<VerbFormRule>(); }},
+        {u"missing-article"_qs, [] { return std::make_unique<MissingArticleRule>(); }},
+        {u"hyphens"_qs, [] { return std::make_unique<HyphenRule>(); }},
+        {u"names"_qs, [] { return std::make_unique<ProperNounRule>(); }},
+        {u"introductions"_qs, [] { return std::make_unique<IntroductionRule>(); }},
+    };
+    const auto engine = engines.constFind(file.engine);
+    if (engine != engines.constEnd())
+        m_stages[engine->first].push_back(engine->second());
+    else
+        m_languageRules.push_back(languageEngines.value(file.engine)());
 }
 
 QString GrammarChecker::corrected(const QString &text) const
@@ -54,7 +91,7 @@ QString GrammarChecker::corrected(const QString &text) const
     for (int pass = 0; pass < maxPasses; ++pass) {
         const QString before = result;
         for (size_t i = 0; i < m_stages.size(); ++i) {
-            if (i + 1 == m_stages.size())
+            if (i == Finish)
                 result = afterLanguageRules(result);
             result = afterStage(m_stages[i], result);
         }
@@ -84,11 +121,11 @@ QString GrammarChecker::withArticles(const QString &text) const
     return edits.applied(text);
 }
 
-QString GrammarChecker::afterStage(const Stage &stage, const QString &text) const
+QString GrammarChecker::afterStage(const Rules &rules, const QString &text) const
 {
     const Document document(text, m_lexicon, m_detector);
     EditList edits;
-    for (const auto &rule : stage)
+    for (const auto &rule : rules)
         rule->check(document, edits);
     dropNewMistakes(document, edits);
     return edits.applied(text);

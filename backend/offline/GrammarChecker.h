@@ -6,6 +6,7 @@
 #include "backend/offline/language/LanguageModel.h"
 #include "backend/offline/rules/LanguageRule.h"
 #include "backend/offline/rules/Rule.h"
+#include "backend/offline/rules/RuleFile.h"
 #include "backend/offline/words/LanguageDetector.h"
 #include "backend/offline/words/Lexicon.h"
 #include "backend/offline/words/Verbs.h"
@@ -23,8 +24,10 @@ namespace offline
 class GrammarChecker
 {
 public:
-    /// The arguments must outlive the checker.
-    GrammarChecker(const Lexicon &lexicon, const LanguageDetector &detector, const Verbs &verbs);
+    /// `off` has the ids of rules that are not to be used, such as "33-its". The
+    /// other arguments must outlive the checker.
+    GrammarChecker(const Lexicon &lexicon, const LanguageDetector &detector, const Verbs &verbs,
+                   const QStringList &off);
 
     QString corrected(const QString &text) const;
 
@@ -32,9 +35,10 @@ public:
     QString withArticles(const QString &text) const;
 
 private:
-    using Stage = std::vector<std::unique_ptr<Rule>>;
+    using Rules = std::vector<std::unique_ptr<Rule>>;
 
-    QString afterStage(const Stage &stage, const QString &text) const;
+    void addRule(const RuleFile &file, const Verbs &verbs);
+    QString afterStage(const Rules &rules, const QString &text) const;
     QString afterLanguageRules(const QString &text) const;
 
     LanguageModel m_model;
@@ -42,7 +46,7 @@ private:
     Inflections m_inflections;
     const Lexicon &m_lexicon;
     const LanguageDetector &m_detector;
-    std::vector<Stage> m_stages;
+    std::vector<Rules> m_stages;
     std::vector<std::unique_ptr<LanguageRule>> m_languageRules;
 };
 

@@ -18,6 +18,13 @@ using namespace offline;
 namespace
 {
 
+/// The result of a command that is to change the style, or a note when it changes
+/// nothing.
+OfflineAnswer changed(const QString &text, const QString &result)
+{
+    return {true, result == text ? QStringLiteral("\u24D8 Nothing to change") : result};
+}
+
 OfflineAnswer needsModel(const QString &task)
 {
     return {false,
@@ -41,12 +48,16 @@ public:
     /// Everything that the rewriting of English takes.
     struct English {
         explicit English(const Private &engine)
-            : grammar(engine.lexicon, engine.detector, verbs)
+            : grammar(engine.lexicon, engine.detector, verbs, engine.paths.rulesOff)
             , safe(u"concise.tsv", PhraseRule::Rows::Safe, verbs)
             , concise(u"concise.tsv", PhraseRule::Rows::All, verbs)
             , clear(u"clear.tsv", PhraseRule::Rows::All, verbs)
             , elevated(u"elevate.tsv", PhraseRule::Rows::All, verbs)
             , professional(u"professional.tsv", PhraseRule::Rows::All, verbs)
+            , friendly(u"friendly.tsv", PhraseRule::Rows::All, verbs)
+            , confident(u"confident.tsv", PhraseRule::Rows::All, verbs)
+            , happy(u"happy.tsv", PhraseRule::Rows::All, verbs)
+            , expanded(u"expand.tsv", PhraseRule::Rows::All, verbs)
         {
         }
 
@@ -57,6 +68,10 @@ public:
         PhraseRule clear;
         PhraseRule elevated;
         PhraseRule professional;
+        PhraseRule friendly;
+        PhraseRule confident;
+        PhraseRule happy;
+        PhraseRule expanded;
         Emojifier emojifier;
     };
 
@@ -124,13 +139,13 @@ OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text)
         {QStringLiteral("clear"), &Private::English::clear},
         {QStringLiteral("elevate"), &Private::English::elevated},
         {QStringLiteral("professional"), &Private::English::professional},
+        {QStringLiteral("friendly"), &Private::English::friendly},
+        {QStringLiteral("confident"), &Private::English::confident},
+        {QStringLiteral("happy"), &Private::English::happy},
+        {QStringLiteral("expand"), &Private::English::expanded},
     };
     static const QHash<QString, QString> beyondRules = {
-        {QStringLiteral("expand"), QStringLiteral("Expanding a text")},
         {QStringLiteral("reply-msg-copy"), QStringLiteral("Writing a reply")},
-        {QStringLiteral("friendly"), QStringLiteral("A friendly tone")},
-        {QStringLiteral("happy"), QStringLiteral("A happy tone")},
-        {QStringLiteral("confident"), QStringLiteral("A confident tone")},
         {QStringLiteral("romantic"), QStringLiteral("A romantic tone")},
         {QStringLiteral("sarcastic"), QStringLiteral("A sarcastic tone")},
         {QStringLiteral("witty"), QStringLiteral("A witty tone")},
@@ -151,11 +166,11 @@ OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text)
         return {true, QString()};
     if (translation) {
         const Translator::Result result = d->translator().translate(text, command);
-        return {result.supported, result.text};
+        return {result.supported, result.text, result.remark};
     }
     if (command == u"check-grammar")
         return {true, d->english().grammar.corrected(text)};
     if (command == u"emojify")
-        return {true, d->emojified(text)};
-    return {true, d->rephrased(text, d->english().*(*rephrasing))};
+        return changed(text, d->emojified(text));
+    return changed(text, d->rephrased(text, d->english().*(*rephrasing)));
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -15,14 +16,20 @@ struct OfflinePaths {
     QString apertium = QStringLiteral("apertium");
     /// The folder with Apertium's translation modes.
     QString apertiumModes = QStringLiteral("/usr/share/apertium/modes");
+    /// Rules of the grammar check that are not to be used, by the names of their
+    /// files in data/rules/ without the ending.
+    QStringList rulesOff;
 };
 
 /// What the engine has to say to one command.
 struct OfflineAnswer {
     /// Whether the engine can do what was asked. If not, `text` is one sentence
-    /// for the user that says so and what would help.
+    /// for the user that says so and what would help. A text that begins with "ⓘ " is a note, shown
+    /// in the place of a result.
     bool supported = false;
     QString text;
+    /// A sentence for the user beside a text that is good to use. Not a part of it.
+    QString remark = {};
 };
 
 /// Rewrites texts with rules, dictionaries and tables, without a network and

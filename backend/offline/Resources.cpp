@@ -3,6 +3,7 @@
 
 #include "backend/offline/Resources.h"
 
+#include <QDir>
 #include <QFile>
 
 static void registerResources()
@@ -13,11 +14,21 @@ static void registerResources()
 namespace offline
 {
 
-QByteArray resource(QStringView name)
+namespace
+{
+
+QString pathOf(QStringView name)
 {
     static const bool registered = (registerResources(), true);
     Q_UNUSED(registered);
-    QFile file(QStringLiteral(":/quillet/offline/") + name.toString());
+    return QStringLiteral(":/quillet/offline/") + name.toString();
+}
+
+} // namespace
+
+QByteArray resource(QStringView name)
+{
+    QFile file(pathOf(name));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("a table of the offline engine is missing");
     return file.readAll();
@@ -32,6 +43,11 @@ QList<QList<QString>> resourceTable(QStringView name)
             rows.append(line.split(u'\t'));
     }
     return rows;
+}
+
+QStringList resourceNames(QStringView folder)
+{
+    return QDir(pathOf(folder)).entryList(QDir::Files, QDir::Name);
 }
 
 } // namespace offline

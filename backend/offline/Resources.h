@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 namespace offline
@@ -17,5 +18,8 @@ QByteArray resource(QStringView name);
 /// Such a file as rows of tab-separated columns; lines that are empty or begin
 /// with '#' are left out.
 QList<QList<QString>> resourceTable(QStringView name);
+
+/// The files of a folder of data/, in the order of their names.
+QStringList resourceNames(QStringView folder);
 
 } // namespace offline

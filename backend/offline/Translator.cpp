@@ -7,8 +7,10 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <array>
 #include <deque>
 
@@ -67,6 +69,57 @@ const QHash<QString, QString> &packageOfMode()
     return packages;
 }
 
+/// What a translation takes over as it is: links and code, numbers with their
+/// units, times, initials, and names (capitals inside a sentence, and the same
+/// words elsewhere). In order.
+std::vector<Span> untranslated(const QString &text)
+{
+    static const QRegularExpression fixed(QStringLiteral(
+        "\\b\\d[\\d.,:]*\\s?(?:km/h|mph|km|kg|mg|cm|mm|ml|GB|MB|TB|kB|GHz|MHz|Hz|kWh|kW|px|"
+        "\u00b0[CF]|a\\.m\\.|p\\.m\\.|am|pm|m|g|l|h|W|V|%)(?!\\w)|\\b\\d[\\d.,:/-]*\\d(?!\\w)|"
+        "\\b[A-Z][A-Z0-9]+\\b"));
+    static const QRegularExpression name(
+        QStringLiteral("(?<=[\\p{Ll},;] )(?!I\\b)\\p{Lu}[\\p{L}]+(?:[ -]\\p{Lu}\\p{L}+)*"));
+    std::vector<Span> spans = protectedSpans(text);
+    // "10:30" is protected already, of "10:30 am" it is a part.
+    const auto add = [&spans](qsizetype start, qsizetype length) {
+        const qsizetype end = start + length;
+        const auto overlaps = [&](const Span &span) {
+            return span.start < end && start < span.end();
+        };
+        const auto sticksOut = [&](const Span &span) {
+            return overlaps(span) && (span.start < start || span.end() > end);
+        };
+        if (std::any_of(spans.begin(), spans.end(), sticksOut))
+            return;
+        spans.erase(std::remove_if(spans.begin(), spans.end(), overlaps), spans.end());
+        spans.push_back({start, length});
+    };
+    QSet<QString> names;
+    for (auto match = name.globalMatch(text); match.hasNext();) {
+        const QRegularExpressionMatch found = match.next();
+        names.insert(found.captured());
+        add(found.capturedStart(), found.capturedLength());
+    }
+    for (auto match = fixed.globalMatch(text); match.hasNext();) {
+        const QRegularExpressionMatch found = match.next();
+        add(found.capturedStart(), found.capturedLength());
+    }
+    // "Rust is fast. We like Rust.": the first one too.
+    for (const QString &known : names) {
+        for (qsizetype at = text.indexOf(known); at >= 0; at = text.indexOf(known, at + 1)) {
+            const bool whole = (at == 0 || !text.at(at - 1).isLetterOrNumber()) &&
+                               (at + known.size() == text.size() ||
+                                !text.at(at + known.size()).isLetterOrNumber());
+            if (whole)
+                add(at, known.size());
+        }
+    }
+    std::sort(spans.begin(), spans.end(),
+              [](const Span &a, const Span &b) { return a.start < b.start; });
+    return spans;
+}
+
 /// A text whose links, addresses and code are replaced by made-up names, which
 /// Apertium takes over as they are: of "example.com/a" it would translate the "a".
 class Masked
@@ -77,7 +130,7 @@ public:
         while (text.contains(m_prefix))
             m_prefix += u'q';
         qsizetype done = 0;
-        for (const Span &span : protectedSpans(text)) {
+        for (const Span &span : untranslated(text)) {
             m_text += QStringView(text).mid(done, span.start - done);
             m_text += name(m_parts.size());
             m_parts.append(text.mid(span.start, span.length));
@@ -194,7 +247,7 @@ Translator::Result Translator::translate(const QString &text, const QString &lan
 {
     const QString from = m_detector.languageOf(text);
     if (from == language)
-        return {true, text};
+        return {true, text, {}};
     if (!offers(from)) {
         const QString found = from.isEmpty()
                                   ? QStringLiteral("The language of this text was not recognised")
@@ -233,7 +286,15 @@ Translator::Result Translator::translate(const QString &text, const QString &lan
         result = masked.unmasked(*result);
     if (!result)
         return {false, QStringLiteral("Apertium did not finish the translation.")};
-    return {true, *result};
+    // Between Romance languages the sentences keep their build; English has
+    // another one, and each step adds its mistakes.
+    QString remark;
+    if (steps.size() > 1)
+        remark = QStringLiteral("A rough translation, by way of another language: read it before "
+                                "you use it.");
+    else if (from == u"english" || language == u"english")
+        remark = QStringLiteral("A rough translation: read it before you use it.");
+    return {true, *result, remark};
 }
 
 } // namespace offline

@@ -156,6 +156,31 @@ QString afterThere(const Analysis &analysis, int verb)
     return {};
 }
 
+/// "this are my first try", "this are my friends": the noun after the verb decides.
+void agreeThis(const Analysis &analysis, int verb, EditList &edits)
+{
+    int at = verb + 1;
+    while (analysis.joins(at) &&
+           TagSet{Tag::Dt, Tag::Prp, Tag::Jj, Tag::Jjs, Tag::Cd, Tag::Rb, Tag::Ls}.has(
+               analysis.tag(at)))
+        ++at;
+    constexpr TagSet goesOn = {Tag::In, Tag::Of, Tag::To, Tag::Cc};
+    if (at == verb + 1 || !analysis.joins(at) ||
+        (analysis.joins(at + 1) && !goesOn.has(analysis.tag(at + 1))))
+        return;
+    // "my first try": the tagger may take a noun after an adjective for a verb.
+    const bool plural = analysis.tag(at) == Tag::Nns;
+    const bool pluralVerb = analysis.lower(verb) == u"are";
+    const bool pluralSubject = analysis.lower(verb - 1) == u"these";
+    if (pluralVerb == pluralSubject)
+        return;
+    if (pluralSubject != plural)
+        analysis.replaceWord(edits, verb - 1,
+                             plural ? QStringLiteral("these") : QStringLiteral("this"));
+    if (pluralVerb != plural)
+        analysis.replaceWord(edits, verb, plural ? QStringLiteral("are") : QStringLiteral("is"));
+}
+
 } // namespace
 
 void AgreementRule::check(const Analysis &analysis, EditList &edits) const
@@ -177,6 +202,11 @@ void AgreementRule::check(const Analysis &analysis, EditList &edits) const
             const QString right = afterThere(analysis, i);
             if (!right.isEmpty() && right != verb && analysis.context.gain(i, 1, {right}) >= needed)
                 analysis.replaceWord(edits, i, right);
+            continue;
+        }
+        if ((analysis.lower(i - 1) == u"this" || analysis.lower(i - 1) == u"these") &&
+            (verb == u"is" || verb == u"are") && opensClause(analysis, i - 2)) {
+            agreeThis(analysis, i, edits);
             continue;
         }
         int subject = i - 1;

@@ -85,7 +85,15 @@ bool CapitalRule::opensCarelessly(const Document &document, size_t number) const
     const QStringView next = document.gapBefore(sentence.first + 1);
     if (next.startsWith(u'.') || next.startsWith(u')'))
         return false; // an enumerator
-    const bool whole = sentence.terminated && sentence.end - sentence.first >= shortestSentence;
+    // A message of one line without a full stop, that speaks of its writer.
+    constexpr int shortestMessage = 5;
+    bool speaks = false;
+    for (int i = sentence.first; i < sentence.end; ++i)
+        speaks = speaks || document.word(i).lower == u"i" || document.word(i).lower == u"i'm";
+    const bool message = document.sentences().size() == 1 && speaks &&
+                         sentence.end - sentence.first >= shortestMessage;
+    const bool whole =
+        (sentence.terminated || message) && sentence.end - sentence.first >= shortestSentence;
     if (sentence.startsParagraph) {
         const bool listed = gap.contains(u'-') || gap.contains(u'*') || gap.contains(u'\u2022') ||
                             gap.contains(u'\t');

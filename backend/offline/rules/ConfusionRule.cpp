@@ -22,7 +22,7 @@ bool isPossessive(const Analysis &analysis, int index)
     constexpr TagSet others = {Tag::Jj, Tag::Vbg, Tag::Vbn, Tag::Rb, Tag::In, Tag::Dt, Tag::Prp};
     constexpr TagSet finite = {Tag::Vbz, Tag::Vbd, Tag::Vbp, Tag::Md};
     const TagSet possible = analysis.inflections.possible(analysis.lower(index + 1));
-    return possible.hasAny(nouns) && !possible.hasAny(others) &&
+    return nouns.has(analysis.tag(index + 1)) && !possible.hasAny(others) &&
            finite.has(analysis.tag(index + 2));
 }
 

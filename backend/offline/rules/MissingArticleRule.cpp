@@ -3,12 +3,15 @@
 
 #include "backend/offline/rules/MissingArticleRule.h"
 
+#include <QSet>
+
 namespace offline
 {
 
 void MissingArticleRule::check(const Analysis &analysis, EditList &edits) const
 {
     constexpr double needed = 1.9;
+    constexpr double neededAfterBe = 1.2; // "he is teacher"
     constexpr TagSet before = {Tag::In, Tag::Of, Tag::Vb, Tag::Vbd, Tag::Vbz, Tag::Vbp, Tag::Vbg};
     constexpr TagSet goesOn = {Tag::Nn, Tag::Nns, Tag::Nnp, Tag::Nnps, Tag::Pos, Tag::Cd, Tag::Vbg};
     for (int i = 1; i < int(analysis.tags.size()); ++i) {
@@ -24,7 +27,9 @@ void MissingArticleRule::check(const Analysis &analysis, EditList &edits) const
             continue;
         if (!analysis.inflections.plural(analysis.lower(head)))
             continue;
-        double best = needed;
+        static const QSet<QString> being = {QStringLiteral("is"), QStringLiteral("am"),
+                                            QStringLiteral("was"), QStringLiteral("i'm")};
+        double best = being.contains(analysis.lower(i - 1)) ? neededAfterBe : needed;
         QString article;
         const int count = head - i + 1;
         QStringList words;

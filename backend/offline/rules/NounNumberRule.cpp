@@ -69,7 +69,9 @@ void NounNumberRule::check(const Analysis &analysis, EditList &edits) const
             (determiner == u"the" || determiner == u"my" || determiner == u"our" ||
              determiner == u"his" || determiner == u"her" || determiner == u"their" ||
              determiner == u"these" || determiner == u"your");
-        const bool plural = pluralBefore.contains(determiner) || oneOf;
+        const bool lotOf = i > 0 && determiner == u"of" && analysis.joins(i) &&
+                           (analysis.lower(i - 1) == u"lot" || analysis.lower(i - 1) == u"lots");
+        const bool plural = pluralBefore.contains(determiner) || oneOf || lotOf;
         if (!plural && !singularBefore.contains(determiner))
             continue;
         const int head = headAfter(analysis, i);

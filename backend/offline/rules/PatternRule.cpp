@@ -27,20 +27,18 @@ std::optional<VerbForm> verbForm(const QString &notation)
 
 } // namespace
 
-PatternRule::PatternRule(const Verbs &verbs)
+PatternRule::PatternRule(const QStringList &patterns, const Verbs &verbs)
     : m_verbs(verbs)
 {
     QHash<QString, QSet<QString>> classes;
-    for (const QList<QString> &row : resourceTable(u"patterns.txt")) {
+    for (const QList<QString> &row : resourceTable(u"classes.txt")) {
         const QString line = row.at(0).simplified();
         const qsizetype colon = line.indexOf(u':');
-        if (colon > 0) {
-            const QStringList words = line.mid(colon + 2).split(u' ');
-            classes.insert(line.left(colon), QSet<QString>(words.begin(), words.end()));
-        } else {
-            addPattern(line, classes);
-        }
+        const QStringList words = line.mid(colon + 2).split(u' ');
+        classes.insert(line.left(colon), QSet<QString>(words.begin(), words.end()));
     }
+    for (const QString &pattern : patterns)
+        addPattern(pattern.simplified(), classes);
 }
 
 void PatternRule::addPattern(const QString &line, const QHash<QString, QSet<QString>> &classes)

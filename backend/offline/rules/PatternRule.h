@@ -18,12 +18,12 @@ namespace offline
 
 /// Mistakes that show in the words around them: contractions without their
 /// apostrophe, words taken for each other, agreement. The patterns stand in
-/// data/patterns.txt, which describes their notation.
+/// data/rules/, where README.md describes their notation.
 class PatternRule : public Rule
 {
 public:
     /// `verbs` must outlive the rule.
-    explicit PatternRule(const Verbs &verbs);
+    PatternRule(const QStringList &patterns, const Verbs &verbs);
 
     void check(const Document &document, EditList &edits) const override;
 

@@ -76,6 +76,7 @@ QString SpellingRule::correction(const Document &document, const Context &contex
     constexpr double clear = 0.3;       // of the best candidate over the second
     constexpr double sure = -1.0;
     constexpr double surer = 1.0;
+    constexpr double sureOfTwo = 0.0; // mistakes in one word
     constexpr double frequency = 0.1; // for each level of the word list
     constexpr int commonPart = 9;
     constexpr int smallSlip = 14;
@@ -121,9 +122,13 @@ QString SpellingRule::correction(const Document &document, const Context &contex
         return chosen;
     const double gain = best - context.score(index, 1, {word.lower});
     // A short word is like many others by chance, a long one like few.
-    const double needed = doubtful || word.lower.size() <= 5            ? surer
-                          : word.lower.size() >= 9 && cost <= smallSlip ? sure - 1.5
-                                                                        : sure;
+    double needed = sure;
+    if (doubtful || word.lower.size() <= 5)
+        needed = surer;
+    else if (cost > smallSlip)
+        needed = sureOfTwo;
+    else if (word.lower.size() >= 9)
+        needed = sure - 1.5;
     if (isDeliberate(word.lower) || chosen == word.lower + u'g')
         return {};
     if (best - second < clear || gain < needed)

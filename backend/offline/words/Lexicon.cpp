@@ -4,51 +4,12 @@
 #include "backend/offline/words/Lexicon.h"
 
 #include "backend/offline/Resources.h"
+#include "backend/offline/words/Dictionary.h"
 
 #include <QDir>
-#include <QFile>
-
-#include <hunspell.hxx>
 
 namespace offline
 {
-
-namespace
-{
-
-/// A Hunspell dictionary; the library's look-ups are not reentrant.
-class Dictionary
-{
-public:
-    Dictionary(const QString &folder, const QString &language)
-    {
-        const QString affixes = folder + u'/' + language + QStringLiteral(".aff");
-        const QString words = folder + u'/' + language + QStringLiteral(".dic");
-        if (QFile::exists(affixes) && QFile::exists(words)) {
-            m_hunspell = std::make_unique<Hunspell>(QFile::encodeName(affixes).constData(),
-                                                    QFile::encodeName(words).constData());
-            m_utf8 = m_hunspell->get_dict_encoding() == "UTF-8";
-        }
-    }
-
-    bool isOpen() const { return m_hunspell != nullptr; }
-
-    bool knows(const QString &word)
-    {
-        if (!m_hunspell)
-            return false;
-        const QByteArray bytes = m_utf8 ? word.toUtf8() : word.toLatin1();
-        const std::lock_guard lock(m_mutex);
-        return m_hunspell->spell(bytes.toStdString());
-    }
-
-private:
-    std::unique_ptr<Hunspell> m_hunspell;
-    bool m_utf8 = false;
-    std::mutex m_mutex;
-};
-
-} // namespace
 
 struct Lexicon::Data {
     explicit Data(const QString &dictionaries)

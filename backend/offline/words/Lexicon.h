@@ -12,8 +12,6 @@
 #include <memory>
 #include <mutex>
 
-class Hunspell;
-
 namespace offline
 {
 
@@ -27,6 +25,9 @@ public:
     /// there, the British pair.
     explicit Lexicon(const QString &dictionaries);
     ~Lexicon();
+
+    /// The folder of the dictionaries.
+    const QString &dictionaries() const { return m_dictionaries; }
 
     /// Loads everything now instead of with the first question.
     void load() const;

@@ -9,6 +9,8 @@
 namespace
 {
 
+constexpr const char *nothingToChange = "\u24D8 Nothing to change";
+
 TEST(Rewrite, ReplacesPhrasesInFormAndCase)
 {
     const auto rows = testRows("rewrites.tsv");
@@ -17,11 +19,11 @@ TEST(Rewrite, ReplacesPhrasesInFormAndCase)
         ASSERT_EQ(columns.size(), 3) << columns.join(u'\t').toStdString();
         const OfflineAnswer answer = engine().answer(columns.at(0), columns.at(1));
         EXPECT_TRUE(answer.supported);
-        EXPECT_EQ(answer.text.toStdString(), columns.at(2).toStdString())
-            << columns.at(0).toStdString();
-        EXPECT_EQ(engine().answer(columns.at(0), answer.text).text.toStdString(),
-                  answer.text.toStdString())
-            << "not stable";
+        const std::string expected = columns.at(2) == columns.at(1) ? std::string(nothingToChange)
+                                                                    : columns.at(2).toStdString();
+        EXPECT_EQ(answer.text.toStdString(), expected) << columns.at(0).toStdString();
+        EXPECT_EQ(engine().answer(columns.at(0), columns.at(2)).text.toStdString(), nothingToChange)
+            << columns.at(0).toStdString() << " is not stable";
     }
 }
 
@@ -35,7 +37,9 @@ TEST(Rewrite, LeavesWhatIsNotEnglishProse)
                                 "emojify", "check-grammar"}) {
         const OfflineAnswer answer = engine().answer(QString::fromUtf8(command), text);
         EXPECT_TRUE(answer.supported);
-        EXPECT_EQ(answer.text.toStdString(), text.toStdString()) << command;
+        const bool style = qstrcmp(command, "check-grammar") != 0;
+        EXPECT_EQ(answer.text.toStdString(), style ? nothingToChange : text.toStdString())
+            << command;
     }
 }
 
@@ -49,8 +53,8 @@ TEST(Rewrite, KeepsTheLinesOfAPhrase)
 
 TEST(Rewrite, SaysWhatNeedsAModel)
 {
-    for (const char *command : {"friendly", "happy", "confident", "romantic", "sarcastic", "witty",
-                                "flirty", "expand", "reply-msg-copy", "german", "chinese", "?"}) {
+    for (const char *command :
+         {"romantic", "sarcastic", "witty", "flirty", "reply-msg-copy", "german", "chinese", "?"}) {
         for (const QString &text : {QStringLiteral("Hello there."), QString()}) {
             const OfflineAnswer answer = engine().answer(QString::fromUtf8(command), text);
             EXPECT_FALSE(answer.supported) << command;
