@@ -21,6 +21,7 @@
 #include <QCoreApplication>
 #include <QHostAddress>
 #include <QNetworkProxyFactory>
+#include <QSettings>
 #include <QThreadPool>
 
 #include <cstdio>
@@ -155,11 +156,17 @@ int main(int argc, char **argv)
     ModelFinder finder;
     ServerConsent consent(configuration, finder, [](quint16 port) { return listenerOwner(port); });
     ModelEngine model;
-    const OfflineEngine rules;
+    OfflinePaths paths;
+    paths.rulesOff = QSettings(options.configuration, QSettings::IniFormat)
+                         .value(QStringLiteral("rules/off"))
+                         .toStringList();
+    const OfflineEngine rules(paths);
     ThreadedEngine offline([&rules](const EngineRequest &request) {
         const OfflineAnswer answer = rules.answer(request.command, request.text);
         return EngineAnswer{answer.supported ? 200 : 501,
-                            answer.supported ? answer.text : asNote(answer.text)};
+                            answer.supported ? answer.text : asNote(answer.text),
+                            {},
+                            answer.remark};
     });
     SwitchingEngine engine(configuration, consent, model, offline);
 

@@ -24,8 +24,8 @@ class Translator
 public:
     struct Result {
         bool supported = false;
-        QString text;   ///< the translation, or one sentence why there is none
-        QString remark; ///< a sentence on how far to trust it, if there is one to say
+        QString text;        ///< the translation, or one sentence why there is none
+        QString remark = {}; ///< a sentence on how far to trust it, if there is one to say
     };
 
     /// `program` is Apertium's, `modes` the folder of its modes. `detector` must
