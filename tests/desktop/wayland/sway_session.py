@@ -33,7 +33,6 @@ class SwaySession(Session):
         self.build = build
         self.xwayland = xwayland
         self.screens = screens
-        self.display = None
         self.window_manager = None
         for variable in ("DISPLAY", "QT_QPA_PLATFORM", "GDK_BACKEND"):
             self.env.pop(variable, None)
@@ -89,19 +88,6 @@ class SwaySession(Session):
             "the session bus",
         )
         self.start_accessibility_bus()
-
-    def wait_for_x11(self):
-        """Waits for the session's X11 server, and keeps its name."""
-        pid = self.compositor.pid
-        lock = pathlib.Path("/tmp")
-
-        def socket_of_ours():
-            for file in lock.glob(".X*-lock"):
-                if file.read_text().strip() == str(pid):
-                    return ":" + file.name[2:-5]
-            return None
-
-        self.display = wait_until(socket_of_ours, "the X11 server's name")
 
     def stop(self):
         if self.hand:
