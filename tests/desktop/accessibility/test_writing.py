@@ -28,7 +28,8 @@ INPUTS = {
     "contenteditable": "<div id=t contenteditable role=textbox spellcheck=false></div>",
 }
 PAGE = """<!doctype html><meta charset=utf-8><title>write page</title>
-<style>#t { width: 95%%; height: 500px; white-space: pre-wrap }</style>%s<script>t.focus()</script>"""
+<style>#t { width: 95%%; height: 500px; white-space: pre-wrap }</style>
+%s<script>t.focus()</script>"""
 
 
 def start(desktop, name):
