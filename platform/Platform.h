@@ -15,7 +15,7 @@ namespace platform
 {
 
 /// The system that Quillet runs on, as one object: created once in main(), before any window and
-/// after the QApplication, and handed to whoever needs a part of it.
+/// after the QApplication, and handed to the parts that need it.
 class Platform
 {
 public:

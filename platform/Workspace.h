@@ -71,7 +71,7 @@ public:
     virtual QString sessionLimitation() { return {}; }
 
     /// Calls `dismissed` when the user wants `panel`, which is shown, gone: Escape is pressed,
-    /// whoever has the keyboard, or a mouse button outside all panels. Ends when the panel leaves
+    /// in any window, or a mouse button outside all panels. Ends when the panel leaves
     /// the screen. Where the system offers no such thing, it is never called.
     virtual void watchDismissal(QWidget *panel, std::function<void()> dismissed)
     {

@@ -217,7 +217,7 @@ private:
     QString m_result;
     QString m_delimiter;
     std::optional<AnswerStream> m_stream;
-    /// What was told of the part that is being worked on.
+    /// What was reported of the part that is being worked on.
     QString m_told;
     int m_retries = 0;
     std::unique_ptr<ChatCompletion> m_completion;

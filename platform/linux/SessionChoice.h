@@ -13,7 +13,7 @@ struct SessionFacts {
     bool hasWayland = false;
     /// The compositor shows surfaces in layers above the windows.
     bool hasLayers = false;
-    /// The compositor tells of other programs' windows in a way that we know.
+    /// The compositor reports other programs' windows in a way that we know.
     bool hasWindowSource = false;
     bool hasX11 = false;
 

@@ -17,7 +17,7 @@ BUILD = pathlib.Path(
 
 @pytest.hookimpl(hookwrapper=True)
 def pytest_runtest_makereport():
-    """Where a test fails, tells of the programs that have ended on desktops that still run."""
+    """Where a test fails, names the programs that have ended on desktops that still run."""
     report = (yield).get_result()
     if report.failed:
         for session in Session.running:

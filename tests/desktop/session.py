@@ -298,7 +298,7 @@ class Session:
         return path
 
     def stop(self):
-        """Ends every process of the session, whoever started it, and removes its folder."""
+        """Ends every process of the session and removes its folder."""
         for number in (signal.SIGTERM, signal.SIGKILL):
             for pid in self._processes():
                 try:

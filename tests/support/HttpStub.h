@@ -11,7 +11,7 @@
 #include <functional>
 #include <memory>
 
-/// A real HTTP server on loopback that hands each whole request to whoever plays the service.
+/// A real HTTP server on loopback that hands each whole request to the test.
 class HttpDouble : public QTcpServer
 {
 public:

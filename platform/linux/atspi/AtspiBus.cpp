@@ -20,11 +20,11 @@ constexpr char a11yStatus[] = "org.a11y.Status";
 constexpr char dbusName[] = "org.freedesktop.DBus";
 constexpr char dbusPath[] = "/org/freedesktop/DBus";
 
-/// Who starts the service may take long on a busy machine.
+/// Starting the service can take a while on a busy machine.
 constexpr quint64 serviceLimit = 30'000'000; // microseconds
 
-/// An application that learns of a listener who has left by then takes it for one for ever: nobody
-/// leaves so soon after coming, and who has left comes back so late.
+/// If a listener has left before an application learns about it, the application keeps it for good.
+/// So a listener stays this long, and waits this long before it comes back.
 constexpr int shortestListening = 500; // milliseconds
 constexpr int resumeAfter = 300;       // milliseconds
 

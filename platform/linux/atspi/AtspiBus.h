@@ -31,7 +31,7 @@ public:
     enum class Service {
         /// Not heard from yet.
         Unknown,
-        /// There is no session bus, or nobody on it who offers accessibility.
+        /// There is no session bus, or no accessibility service on it.
         Missing,
         Present,
     };
@@ -51,10 +51,10 @@ public:
     void waitUntilSettled(QDeadlineTimer deadline) override;
     void catchUp() override;
 
-    /// Until resumeEvents() as many times, and a moment longer: nobody listens, unless listening
-    /// has only just begun. While somebody does, programs with at-spi2-atk or Qt ask the registry
-    /// about every key before they handle it, which takes them longer than the key does;
-    /// at-spi2-atk stops only when the listener has left the bus.
+    /// Ends the listening until resumeEvents() has been called as many times, and a moment longer,
+    /// unless listening has only just begun. While a client listens, programs with at-spi2-atk or
+    /// Qt ask the registry about every key before they handle it, which takes longer than the key
+    /// itself; at-spi2-atk stops only when the listener has left the bus.
     ///
     /// `known` is called once the application of that name knows. Until then it must get no keys:
     /// a browser that learns that its last listener has left while it asks about a key crashes, and
@@ -105,7 +105,7 @@ private:
     int m_pauses = 0;
     /// The listener that has ended, while the bus still knows it.
     QByteArray m_leavingName;
-    /// Who is to be told that nobody listens, and whom to tell when they know.
+    /// The applications that have to know that the listening has ended, and what to call then.
     std::vector<std::pair<QByteArray, std::function<void()>>> m_toldOfPause;
     QElapsedTimer m_sinceListening;
     QTimer m_resume;

@@ -18,7 +18,7 @@ namespace platform::linux_
 
 /// Knows which element has the keyboard focus: by the events that applications send, checked
 /// against the window system's active window, and by asking where events are missing or wrong. The
-/// answer is kept, so that asking again costs nothing; a question that nobody waits for keeps it
+/// answer is kept, so that asking again costs nothing; a question in the background keeps it
 /// true. Main thread only.
 class FocusTracker : public QObject
 {

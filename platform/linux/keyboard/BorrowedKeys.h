@@ -27,7 +27,7 @@ namespace platform::linux_
 /// Only the map of XTEST's own keyboard changes. The user's keyboard keeps its map, and the server
 /// shows that one to everybody as soon as the user presses a key.
 ///
-/// The keys form four banks, so that one can be mapped anew while the keys of others are still on
+/// The keys form four banks, so that one can be mapped again while the keys of others are still on
 /// their way. Every change of the map is one request, made from a fresh copy while the server is
 /// grabbed: another client's change is never undone by ours.
 ///

@@ -64,7 +64,7 @@ std::optional<int> CharacterBanks::bankNumber(std::size_t segment) const
     return static_cast<int>(segment % m_banks.size());
 }
 
-// The segments to come whose bank does not hold them yet and may be mapped anew.
+// The segments to come whose bank does not hold them yet and may be mapped again.
 std::vector<std::size_t> CharacterBanks::mappable(std::size_t handled)
 {
     m_waiting = false;

@@ -16,8 +16,8 @@ namespace platform::linux_
 {
 
 /// Maps the characters of a text's segments to the borrowed keys, one bank after the other: those
-/// of the segments to come while the keys of others are on their way. Made anew for each text. Main
-/// thread only; no call waits longer than the server takes for a change of the map.
+/// of the segments to come while the keys of others are on their way. One object for each text.
+/// Main thread only; no call waits longer than the server takes for a change of the map.
 class CharacterBanks
 {
 public:
@@ -29,7 +29,7 @@ public:
 
     /// Moves on to the segment of the key with this index.
     void reach(std::size_t key);
-    /// Maps banks anew that hold nothing but keys which the program has `handled`, and takes note
+    /// Maps banks again that hold nothing but keys which the program has `handled`, and takes note
     /// of what it has followed.
     void update(std::size_t handled);
 

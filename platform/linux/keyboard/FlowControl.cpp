@@ -25,7 +25,7 @@ constexpr Milliseconds blindPause{32};
 constexpr Milliseconds deafPause{80};
 
 // How long things may take. A browser that lays out tens of thousands of
-// characters anew for each key takes ten seconds for what may be on its way; the user can stop it
+// characters again for each key takes ten seconds for what may be on its way; the user can stop it
 // with any key.
 constexpr Milliseconds progressLimit{60000};
 // A count that stands still for so long after the last key will not come right: the program has

@@ -16,7 +16,7 @@ namespace platform::linux_
 {
 
 /// How far a text has come, and how many keys may follow: so many that the program has always some
-/// to handle, so few that none of its queues grows. Made anew for each text. Main thread only.
+/// to handle, so few that none of its queues grows. One object for each text. Main thread only.
 ///
 /// A key is sent, then taken from the server by the program, which the answer to a ping shows, then
 /// shown in the input, which the length of its text shows. Where one of the two is not to be had it

@@ -14,7 +14,7 @@ namespace platform::linux_
 
 /// Editors that start a new line with the last one's indentation would indent a text twice. After a
 /// line break this looks for what they have added, which BackSpace then deletes key by key, before
-/// the line goes on. Made anew for each text. Times are of any steady clock. Main
+/// the line goes on. One object for each text. Times are of any steady clock. Main
 /// thread only; a look at the input waits for its answer.
 class IndentRemoval
 {

@@ -12,7 +12,7 @@ namespace
 {
 
 // A count that has not moved at all for so long is given up. A browser on a busy machine may handle
-// all keys that are on their way before it tells of the first.
+// all keys that are on their way before it reports the first.
 constexpr Milliseconds givenUpAfter{3000};
 constexpr Milliseconds maxForKey{20};
 // A count that still stands so long after the selection went is the new text's.

@@ -16,7 +16,7 @@ namespace platform::linux_
 
 /// Types one text after the other: waits until it may, types, and drains, which is to wait until
 /// the keys on their way have been taken so that the keyboard map can be restored. Works in pieces
-/// of a few milliseconds, each called by whoever owns the event loop. The server's thread only.
+/// of a few milliseconds, each called by the owner of the event loop. The server's thread only.
 class TypingEngine
 {
 public:

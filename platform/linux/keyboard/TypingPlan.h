@@ -54,7 +54,7 @@ struct Segment {
 };
 
 /// Cuts the plan into segments. One when everything fits into `wholeCapacity` slots; otherwise each
-/// segment needs at most `bankCapacity`, so that one bank is mapped anew while others are typed.
+/// segment needs at most `bankCapacity`, so that one bank is mapped again while others are typed.
 /// Empty when characters have to be mapped and there is no slot.
 std::optional<std::vector<Segment>> cutIntoSegments(const std::vector<PlannedKey> &keys,
                                                     std::size_t wholeCapacity,

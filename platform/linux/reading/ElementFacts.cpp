@@ -245,7 +245,7 @@ QString axRole(const ElementFacts &facts)
     if (isEditingHost(facts))
         return QStringLiteral("AXTextArea");
     if (isTextInputRole(facts) || facts.is(Role::Paragraph)) {
-        // Some toolkits call any text by this role: what nobody can edit is only shown.
+        // Some toolkits call any text by this role: what cannot be edited is only shown.
         const bool multiLine = facts.has(State::MultiLine) || facts.tag == "textarea";
         if (isEditable(facts) && (multiLine || facts.has(State::SingleLine)))
             return multiLine ? QStringLiteral("AXTextArea") : QStringLiteral("AXTextField");

@@ -14,7 +14,7 @@
 namespace platform::linux_
 {
 
-/// Wayland: what the compositor tells of windows, and what is built on it.
+/// Wayland: what the compositor reports of windows, and what is built on it.
 class WaylandWindowSystem : public WindowSystem
 {
 public:

@@ -19,7 +19,7 @@ namespace platform::linux_
 class WaylandWorkspace : public Workspace
 {
 public:
-    /// `source`: what tells of other programs' windows; null where nothing does. All must outlive
+    /// `source`: what reports other programs' windows; null where nothing does. All must outlive
     /// this. `sessionLimitation`: what is missing in this session.
     WaylandWorkspace(WindowSource *source, LayerPanels &panels, LayerKeyboard &keyboard,
                      QString sessionLimitation);

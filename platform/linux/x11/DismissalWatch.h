@@ -16,7 +16,7 @@ namespace platform::linux_
 
 class FloatingPanels;
 
-/// Tells when the user wants an open panel gone: Escape is pressed, whoever has the keyboard, or a
+/// Tells when the user wants an open panel gone: Escape is pressed, in any window, or a
 /// mouse button outside all panels. Escape is grabbed only while the panel is shown; a click is
 /// only noticed, and goes where it would have gone. Main thread only.
 class DismissalWatch : public QObject

@@ -10,7 +10,7 @@
 namespace platform::linux_
 {
 
-/// Draws a translucent panel for a display that nobody composites: every pixel comes out either
+/// Draws a translucent panel for a display without compositing: every pixel comes out either
 /// opaque, in its own colour, or not at all, and `painted` reports the pixels that remain, for the
 /// window's bounding shape. Main thread only.
 class PanelShape : public QGraphicsEffect

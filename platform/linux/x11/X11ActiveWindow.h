@@ -41,7 +41,7 @@ private:
     WindowServer &m_server;
     FloatingPanels &m_panels;
     KeyboardLoan &m_keyboard;
-    /// The window that is told of in the property, and the window manager's own.
+    /// The window that the property names, and the window manager's own.
     xcb_window_t m_watched = XCB_NONE;
     xcb_window_t m_managerWindow = XCB_NONE;
     bool m_isStale = true;

@@ -148,7 +148,7 @@ void LayerPanels::appear(QWidget *panel)
     if (m_surfaces.contains(panel))
         disappear(panel);
     panel->winId();
-    // The event that tells of hiding comes when the surface is gone; this comes before.
+    // The hide event comes when the surface is gone; this comes before.
     QWindow *const window = panel->windowHandle();
     disconnect(window, &QWindow::visibleChanged, this, nullptr);
     connect(window, &QWindow::visibleChanged, this, [this, panel](bool visible) {
