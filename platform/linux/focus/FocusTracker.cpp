@@ -24,6 +24,9 @@ constexpr int refreshPatience = 1000;    // milliseconds
 constexpr int firstSearchPause = 400;    // milliseconds
 constexpr int longestSearchPause = 6000; // milliseconds
 constexpr int deepestHost = 64;
+/// Firefox fetches a page's attributes only when they are first asked for, and answers without them
+/// until it has them.
+constexpr int maxAttributeRequests = 5;
 
 } // namespace
 
@@ -59,6 +62,7 @@ void FocusTracker::onFocusChanged(const ObjectRef &element, bool focused)
     focus.unconfirmed = false;
     focus.searched = false;
     focus.fruitlessSearches = 0;
+    focus.attributeRequests = 0;
 }
 
 void FocusTracker::onWindowActivated(const ObjectRef &window, bool active)
@@ -268,6 +272,22 @@ void FocusTracker::refresh(AtspiApplication &application, ApplicationFocus &focu
         if (!isReported || element == reported)
             it->facts.states = facts.states;
     };
+    if (focus.facts.tag.isEmpty() && focus.attributeRequests < maxAttributeRequests) {
+        ++focus.attributeRequests;
+        application.call(
+            focus.element.path, atspi::AccessibleInterface, "GetAttributes",
+            [this, busName = application.busName(), element = focus.element](DBusMessage &reply) {
+                const auto it = m_focus.find(busName);
+                const auto attributes = reply.readDictionary();
+                if (it == m_focus.end() || it->element != element || !attributes)
+                    return;
+                ElementFacts facts;
+                facts.setAttributes(*attributes);
+                // What the element is, and which region it lies in, is decided by them.
+                if (!facts.tag.isEmpty())
+                    it->verified = false;
+            });
+    }
     if (focus.element != focus.reported)
         application.call(focus.element.path, atspi::AccessibleInterface, "GetState",
                          [asked](DBusMessage &reply) { asked(reply, false); });

@@ -79,6 +79,8 @@ private:
         int fruitlessSearches = 0;
         QElapsedTimer sinceSearch;
         bool refreshing = false;
+        /// How often the attributes have been asked for again while they name no tag.
+        int attributeRequests = 0;
         QElapsedTimer sinceRefresh;
     };
 
