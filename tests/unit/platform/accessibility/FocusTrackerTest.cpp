@@ -3,6 +3,7 @@
 
 #include "platform/linux/focus/FocusTracker.h"
 #include "support/FakeProgram.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 #include <map>
@@ -201,6 +202,20 @@ TEST_F(Tracking, TheInputIsAllOfAnEditableRegion)
     EXPECT_EQ(tracker.current().element, editor.ref("/a"));
     EXPECT_TRUE(tracker.hasFocus(editor.ref("/a")));
     EXPECT_TRUE(tracker.hasFocus(editor.ref("/line")));
+}
+
+TEST_F(Tracking, AttributesThatComeLaterDecideWhatTheInputIs)
+{
+    fake::Program::Element &input = editor.program.elements["/a"];
+    input.role = Role::Entry;
+    input.states = {State::Editable, State::SingleLine, State::Focusable, State::Focused};
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    EXPECT_EQ(axRole(tracker.current().facts), QStringLiteral("AXTextField"));
+    input.attributes = {{"tag", "div"}};
+    EXPECT_TRUE(waitUntil([&] {
+        editor.program.serve();
+        return axRole(tracker.current().facts) == QStringLiteral("AXTextArea");
+    }));
 }
 
 } // namespace
