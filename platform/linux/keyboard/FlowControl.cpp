@@ -30,8 +30,10 @@ constexpr Milliseconds deafPause{80};
 constexpr Milliseconds progressLimit{60000};
 // A count that stands still for so long after the last key will not come right: the program has
 // changed the text by itself. The one of a page is told by another process than the one that works.
+// A program that is busy tells the same count seldom; it may still have keys to handle.
 constexpr Milliseconds settledAfter{1000};
 constexpr Milliseconds settledAfterInPage{2500};
+constexpr int settledAnswers = 3;
 // Asking the input costs it time: at most the fifth part, but in a page, where the keys wait for
 // it.
 constexpr Milliseconds readingPause{8};
@@ -127,8 +129,9 @@ bool FlowControl::stalled() const
 
 bool FlowControl::settledElsewhere() const
 {
-    return m_readBack.stillFor(m_clock.now()) >
-           (m_maxUnconfirmed ? settledAfterInPage : settledAfter);
+    return m_readBack.sameAnswers() >= settledAnswers &&
+           m_readBack.stillFor(m_clock.now()) >
+               (m_maxUnconfirmed ? settledAfterInPage : settledAfter);
 }
 
 void FlowControl::acceptExcess()

@@ -50,7 +50,10 @@ void ReadBack::observe(std::optional<qint64> count, std::size_t sent, Millisecon
     if (count && *count != m_last) {
         m_last = *count;
         m_lastChange = now;
+        m_sameAnswers = 0;
         m_moved = true;
+    } else if (count) {
+        ++m_sameAnswers;
     }
     // A text that is as long as what it replaces leaves the count where it was. The two may not
     // have been asked at the same moment.

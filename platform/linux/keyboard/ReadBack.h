@@ -54,11 +54,15 @@ public:
         return m_lastChange ? now - *m_lastChange : Milliseconds(0);
     }
 
+    /// How many answers since then have told the same count.
+    int sameAnswers() const { return m_sameAnswers; }
+
 private:
     bool m_useful = false;
     qint64 m_base = 0;
     qint64 m_last = 0;
     std::optional<Milliseconds> m_lastChange;
+    int m_sameAnswers = 0;
     bool m_moved = false;
     std::optional<Milliseconds> m_replacedSince;
     std::size_t m_confirmed = 0;
