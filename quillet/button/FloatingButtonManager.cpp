@@ -17,6 +17,9 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
+
+#include <chrono>
 
 using platform::AXError;
 using platform::AXUIElement;
@@ -26,6 +29,9 @@ using platform::WriteOutcome;
 
 namespace
 {
+
+constexpr int MaxOpenAttempts = 10;
+constexpr std::chrono::milliseconds OpenAttemptPause{50};
 
 std::optional<FloatingButtonManager::Collaborators> &preparedCollaborators()
 {
@@ -161,12 +167,25 @@ void FloatingButtonManager::openForFocusedInput()
         m_popup->close();
         return;
     }
+    tryToOpen(MaxOpenAttempts);
+}
+
+/// A program loses the focus for a moment while the shortcut's keys are grabbed.
+void FloatingButtonManager::tryToOpen(int attempts)
+{
+    if (!opensForFocusedInput() && attempts > 1 && !(m_popup && m_popup->popupWindow()))
+        QTimer::singleShot(OpenAttemptPause, this, [this, attempts] { tryToOpen(attempts - 1); });
+}
+
+/// Whether an input has the focus; opens the popup for it where the user wants one there.
+bool FloatingButtonManager::opensForFocusedInput()
+{
     platform::Accessibility &accessibility = m_collaborators.accessibility;
     const auto focused =
         getAttribute<AXUIElement>(accessibility, accessibility.AXUIElementCreateSystemWide(),
                                   QStringLiteral("AXFocusedUIElement"));
     if (!focused || !*focused)
-        return;
+        return false;
     const auto role = readText(*focused, QLatin1StringView("AXRole"));
     const bool isInput =
         role == QLatin1StringView("AXTextArea") || role == QLatin1StringView("AXEditableText") ||
@@ -174,14 +193,16 @@ void FloatingButtonManager::openForFocusedInput()
     const bool isPassword = readText(*focused, QLatin1StringView("AXSubrole")) ==
                             QLatin1StringView("AXSecureTextField");
     const auto frame = getFrame(accessibility, *focused);
-    if (!isInput || isPassword || !frame)
-        return;
+    if (isPassword)
+        return true;
+    if (!isInput || !frame)
+        return false;
     const bool hasButton = m_buttonWindow && *focused == m_element;
     if (!hasButton)
         hide();
     m_element = *focused;
     if (m_collaborators.isExcluded && m_collaborators.isExcluded(programOfInput()))
-        return;
+        return true;
     m_scope = selectionOf(m_element);
     preparePopup();
     const double size = ButtonPlacement::ButtonSize;
@@ -189,6 +210,7 @@ void FloatingButtonManager::openForFocusedInput()
         hasButton
             ? buttonFrame()
             : QRectF(ButtonPlacement::panelOrigin(*frame, mainScreenHeight()), QSizeF(size, size)));
+    return true;
 }
 
 void FloatingButtonManager::openForSelection()

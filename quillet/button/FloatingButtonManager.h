@@ -76,6 +76,8 @@ Q_SIGNALS:
     void exclusionWanted(const QString &program);
 
 private:
+    bool opensForFocusedInput();
+    void tryToOpen(int attempts);
     /// The part of an input's text that the popup works on.
     struct Scope {
         platform::CFRange range;

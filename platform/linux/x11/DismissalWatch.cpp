@@ -6,9 +6,11 @@
 #include "platform/linux/x11/FloatingPanels.h"
 
 #include <QMetaObject>
+#include <QTimer>
 
 #include <xcb/xinput.h>
 
+#include <chrono>
 #include <utility>
 
 namespace platform::linux_
@@ -21,6 +23,7 @@ constexpr xcb_keysym_t escapeKeysym = 0xff1b; // XK_Escape
 /// Buttons 4 to 7 are the wheel.
 constexpr quint32 firstWheelButton = 4;
 constexpr quint32 lastWheelButton = 7;
+constexpr std::chrono::milliseconds afterClick{250};
 
 } // namespace
 
@@ -90,8 +93,10 @@ void DismissalWatch::handle(const xcb_generic_event_t *event)
     xcb_connection_t *c = m_connection.get();
     const XcbPtr<xcb_query_pointer_reply_t> pointer(
         xcb_query_pointer_reply(c, xcb_query_pointer(c, m_connection.root()), nullptr));
+    // The window manager handles the click first: the focus is not taken back from the window that
+    // was clicked into.
     if (pointer && !m_panels.panelWith(pointer->child))
-        dismiss();
+        QTimer::singleShot(afterClick, this, &DismissalWatch::dismiss);
 }
 
 void DismissalWatch::dismiss()
