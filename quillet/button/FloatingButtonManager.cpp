@@ -24,7 +24,6 @@
 using platform::AXError;
 using platform::AXUIElement;
 using platform::ScreenCoordinates;
-using platform::TypingResult;
 using platform::WriteOutcome;
 
 namespace
