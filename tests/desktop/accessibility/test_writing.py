@@ -100,8 +100,12 @@ def test_the_format_of_unchanged_words_stays(desktop, build):
     assert "cat" in probe("wait", "AXTextArea", 0)["AXValue"]
     report = probe("set", "I have a cat.\nSecond paragraph and more.")
     assert report["set"] == SUCCESS, report
-    title = desktop.run(["xdotool", "getwindowname", str(window)])
-    assert "I have a <b>cat</b>." in title and "paragraph" in title, title
+
+    def shows_the_text():
+        title = desktop.run(["xdotool", "getwindowname", str(window)])
+        return "I have a <b>cat</b>." in title and "paragraph" in title
+
+    wait_until(shows_the_text, "the text in the title")
     probe.close()
 
 
