@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: The Quillet authors
 # SPDX-License-Identifier: Apache-2.0
 
-"""That Quillet loses nothing and gets in nobody's way, with real programs."""
+"""That Quillet loses nothing and stays out of the user's way, with real programs."""
 
 import pytest
 

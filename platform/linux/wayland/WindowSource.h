@@ -12,7 +12,7 @@ namespace platform::linux_
 
 /// What a compositor reports of the windows in its session. Programs cannot see each other's
 /// windows on Wayland, so each compositor has a way of its own, which stands behind this. It is
-/// told of changes and does not ask again and again. Main thread only; no call waits for another
+/// notified of changes and never polls. Main thread only; no call waits for another
 /// program than the compositor, and for that one no longer than a quarter of a second.
 class WindowSource : public ActiveWindow
 {

@@ -173,7 +173,7 @@ TEST(Geometry, ExtentsFindTheirPlaceByWhatTheProgramCountsFrom)
     EXPECT_EQ(at(QRect(26, 23, 600, 337), contents, withShadow, true).topLeft(), QPoint(84, 104))
         << "counts from the shadow's corner and says so";
     EXPECT_EQ(at(QRect(0, 0, 652, 389), contents, contents, true).topLeft(), QPoint(84, 101))
-        << "a shadow that the window system does not tell of is taken for an even one";
+        << "a shadow that is not reported counts as even";
 }
 
 TEST(Geometry, FractionalScalesAreReadFromTheWindow)

@@ -111,7 +111,7 @@ TEST_F(Tracking, AFocusThatTwoProgramsClaimIsWhereTheActiveWindowIs)
     EXPECT_EQ(tracker.current().element, liar.ref("/b"));
 
     windows.active = ActiveWindow::Window{3, {}};
-    EXPECT_EQ(tracker.current().kind, Kind::Application) << "nobody's window";
+    EXPECT_EQ(tracker.current().kind, Kind::Application) << "a window without a process";
     windows.active.reset();
     EXPECT_EQ(tracker.current().kind, Kind::Nothing);
     windows.active = ActiveWindow::Window{4, {getpid()}};
