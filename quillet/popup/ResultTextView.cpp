@@ -99,7 +99,6 @@ void ResultTextView::setString(const QString &text)
             from = to;
         }
     }
-    alignBy(text);
     setPlainText(displayable(shown));
     for (qsizetype number : continued)
         document()->findBlockByNumber(static_cast<int>(number)).setUserState(Continues);
@@ -127,8 +126,6 @@ void ResultTextView::append(const QString &piece)
     }
     end.insertText(displayable(piece));
     m_original += piece;
-    if (m_original.size() == piece.size())
-        alignBy(piece);
     document()->setModified(wasModified);
 
     // What is inserted at the caret takes it along; it stays where the user has it.
@@ -136,15 +133,6 @@ void ResultTextView::append(const QString &piece)
     caret.setPosition(position, QTextCursor::KeepAnchor);
     setTextCursor(caret);
     bar->setValue(follows ? bar->maximum() : place);
-}
-
-/// The layout of plain text aligns all paragraphs alike: by the direction in which `text` begins.
-/// Each paragraph still runs in its own.
-void ResultTextView::alignBy(const QString &text)
-{
-    QTextOption option = document()->defaultTextOption();
-    option.setAlignment(text.isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft);
-    document()->setDefaultTextOption(option);
 }
 
 bool ResultTextView::showsCharacterByCharacter() const

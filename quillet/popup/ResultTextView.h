@@ -48,7 +48,6 @@ protected:
 
 private:
     QString joined(const QTextCursor &selection) const;
-    void alignBy(const QString &text);
     QTextCursor rangeCursor(qsizetype from, qsizetype length) const;
 
     QString m_original;

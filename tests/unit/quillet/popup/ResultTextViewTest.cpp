@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "quillet/popup/ResultTextView.h"
+#include "quillet/popup/ChangesView.h"
 
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextLayout>
 
 #include <gtest/gtest.h>
 
@@ -76,25 +78,40 @@ TEST(ResultTextView, CutsLongLinesForDisplayOnly)
     EXPECT_EQ(view.string(), QStringLiteral("x\ny") + text + u'!');
 }
 
-TEST(ResultTextView, IsAlignedByTheDirectionOfTheAnswer)
+/// Where each line begins to be read, in the order of the lines.
+template <typename View> QList<int> startsOf(View &view)
 {
-    ResultTextView view;
-    view.resize(300, 100);
+    view.resize(300, 300);
     view.show();
-    const auto caret = [&view] {
-        view.moveCursor(QTextCursor::Start);
-        return view.cursorRect().x();
-    };
-    view.setString(QStringLiteral("left"));
-    EXPECT_LT(caret(), 50);
-    view.setString(QStringLiteral("שלום"));
-    EXPECT_GT(caret(), 250);
+    QList<int> starts;
+    for (QTextBlock block = view.document()->begin(); block.isValid(); block = block.next())
+        starts.append(view.cursorRect(QTextCursor(block)).x());
+    return starts;
+}
+
+TEST(ResultTextView, EachParagraphIsAlignedByItsOwnDirection)
+{
+    const QString text = QStringLiteral("left\nשלום and more\n12. مرحبا\nleft again ") +
+                         QStringLiteral("with words ").repeated(10);
+    ResultTextView view;
+    view.setString(text);
     ResultTextView growing;
-    growing.resize(300, 100);
-    growing.show();
-    growing.append(QStringLiteral("مرحبا "));
-    growing.append(QStringLiteral("and more"));
-    EXPECT_GT(growing.cursorRect(QTextCursor(growing.document())).x(), 250);
+    growing.append(text.first(7));
+    growing.append(text.sliced(7));
+    ChangesView changes;
+    changes.showTexts(text, text, {});
+    for (const QList<int> &starts : {startsOf(view), startsOf(growing), startsOf(changes)}) {
+        ASSERT_EQ(starts.size(), 4);
+        EXPECT_LT(starts[0], 50);
+        EXPECT_GT(starts[1], 250);
+        EXPECT_GT(starts[2], 250);
+        EXPECT_LT(starts[3], 50);
+    }
+    // A line that wraps is not stretched to the edge: its words keep their distances.
+    const QTextLine line = view.document()->lastBlock().layout()->lineAt(0);
+    EXPECT_LT(line.naturalTextWidth(), line.width());
+    EXPECT_EQ(qRound(line.cursorToX(5) - line.cursorToX(4)),
+              qRound(QFontMetricsF(view.font()).horizontalAdvance(u' ')));
 }
 
 TEST(ResultTextView, GrowsWithoutCountingAsAnEdit)
