@@ -781,5 +781,89 @@ across all your favourite apps</translation>
         <source>Quillet can do its job here.</source>
         <translation>Quillet can do its job here.</translation>
     </message>
+    <message>
+        <source>Use the language model on this computer?</source>
+        <translation>Use the language model on this computer?</translation>
+    </message>
+    <message>
+        <source>The server at %1, run by the user "%2", offers the model "%3". With it Quillet can do more. The texts that you use a command on are then sent to this server; without it they stay with Quillet.</source>
+        <translation>The server at %1, run by the user "%2", offers the model "%3". With it Quillet can do more. The texts that you use a command on are then sent to this server; without it they stay with Quillet.</translation>
+    </message>
+    <message>
+        <source>Your answer is kept. You can change it in the settings.</source>
+        <translation>Your answer is kept. You can change it in the settings.</translation>
+    </message>
+    <message>
+        <source>Use it</source>
+        <translation>Use it</translation>
+    </message>
+    <message>
+        <source>Stay offline</source>
+        <translation>Stay offline</translation>
+    </message>
+    <message>
+        <source>Ask later</source>
+        <translation>Ask later</translation>
+    </message>
+    <message>
+        <source>Your answer could not be stored.</source>
+        <translation>Your answer could not be stored.</translation>
+    </message>
+    <message>
+        <source>The menu entry of this program cannot be read.</source>
+        <translation>The menu entry of this program cannot be read.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be written: %1.</source>
+        <translation>The menu entry could not be written: %1.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be removed: %1.</source>
+        <translation>The menu entry could not be removed: %1.</translation>
+    </message>
+    <message>
+        <source>This application shows Quillet only its window: quit it and start it with the option --force-renderer-accessibility.</source>
+        <translation>This application shows Quillet only its window: quit it and start it with the option --force-renderer-accessibility.</translation>
+    </message>
+    <message>
+        <source>Accessibility</source>
+        <translation>Accessibility</translation>
+    </message>
+    <message>
+        <source>Applications in this list may see which text field you are working in, and read and replace the text in it. Passwords are never read.</source>
+        <translation>Applications in this list may see which text field you are working in, and read and replace the text in it. Passwords are never read.</translation>
+    </message>
+    <message>
+        <source>The accessibility service of this desktop is not running, so this permission has no effect. Install the package at-spi2-core and log in again.</source>
+        <translation>The accessibility service of this desktop is not running, so this permission has no effect. Install the package at-spi2-core and log in again.</translation>
+    </message>
+    <message>
+        <source>Off. Quillet does not see other applications.</source>
+        <translation>Off. Quillet does not see other applications.</translation>
+    </message>
+    <message>
+        <source>On. Connecting to the accessibility service…</source>
+        <translation>On. Connecting to the accessibility service…</translation>
+    </message>
+    <message>
+        <source>On, but accessibility is switched off for this desktop. Switch this off and on again.</source>
+        <translation>On, but accessibility is switched off for this desktop. Switch this off and on again.</translation>
+    </message>
+    <message>
+        <source>On. Applications that were started before may have to be started again.</source>
+        <translation>On. Applications that were started before may have to be started again.</translation>
+    </message>
+    <message>
+        <source>In this Wayland session Quillet only works in programs that run on X11: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>In this Wayland session Quillet only works in programs that run on X11: choose an X11 session when you log in, and it works in all of them.</translation>
+    </message>
+    <message>
+        <source>This Wayland session does not tell Quillet where the windows of other programs are: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>This Wayland session does not tell Quillet where the windows of other programs are: choose an X11 session when you log in, and it works in all of them.</translation>
+    </message>
+    <message>
+        <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
+        <translation>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</translation>
+    </message>
 </context>
 </TS>

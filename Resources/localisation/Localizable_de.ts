@@ -781,5 +781,89 @@ Ihren Lieblingsprogrammen</translation>
         <source>Quillet can do its job here.</source>
         <translation>Quillet kann hier seine Arbeit tun.</translation>
     </message>
+    <message>
+        <source>Use the language model on this computer?</source>
+        <translation>Das Sprachmodell auf diesem Rechner verwenden?</translation>
+    </message>
+    <message>
+        <source>The server at %1, run by the user "%2", offers the model "%3". With it Quillet can do more. The texts that you use a command on are then sent to this server; without it they stay with Quillet.</source>
+        <translation>Der Server unter %1, den der Benutzer „%2“ betreibt, bietet das Modell „%3“ an. Damit kann Quillet mehr. Die Texte, auf die Sie einen Befehl anwenden, gehen dann an diesen Server; ohne ihn bleiben sie bei Quillet.</translation>
+    </message>
+    <message>
+        <source>Your answer is kept. You can change it in the settings.</source>
+        <translation>Ihre Antwort wird gespeichert. Sie können sie in den Einstellungen ändern.</translation>
+    </message>
+    <message>
+        <source>Use it</source>
+        <translation>Verwenden</translation>
+    </message>
+    <message>
+        <source>Stay offline</source>
+        <translation>Ohne Modell arbeiten</translation>
+    </message>
+    <message>
+        <source>Ask later</source>
+        <translation>Später fragen</translation>
+    </message>
+    <message>
+        <source>Your answer could not be stored.</source>
+        <translation>Ihre Antwort konnte nicht gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>The menu entry of this program cannot be read.</source>
+        <translation>Der Menüeintrag dieses Programms kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be written: %1.</source>
+        <translation>Der Menüeintrag konnte nicht geschrieben werden: %1.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be removed: %1.</source>
+        <translation>Der Menüeintrag konnte nicht entfernt werden: %1.</translation>
+    </message>
+    <message>
+        <source>This application shows Quillet only its window: quit it and start it with the option --force-renderer-accessibility.</source>
+        <translation>Diese Anwendung zeigt Quillet nur ihr Fenster: Beenden Sie sie und starten Sie sie mit der Option --force-renderer-accessibility.</translation>
+    </message>
+    <message>
+        <source>Accessibility</source>
+        <translation>Barrierefreiheit</translation>
+    </message>
+    <message>
+        <source>Applications in this list may see which text field you are working in, and read and replace the text in it. Passwords are never read.</source>
+        <translation>Anwendungen in dieser Liste dürfen sehen, in welchem Textfeld Sie arbeiten, und seinen Text lesen und ersetzen. Passwörter werden nie gelesen.</translation>
+    </message>
+    <message>
+        <source>The accessibility service of this desktop is not running, so this permission has no effect. Install the package at-spi2-core and log in again.</source>
+        <translation>Der Dienst der Barrierefreiheit läuft auf diesem Desktop nicht, daher hat diese Berechtigung keine Wirkung. Installieren Sie das Paket at-spi2-core und melden Sie sich neu an.</translation>
+    </message>
+    <message>
+        <source>Off. Quillet does not see other applications.</source>
+        <translation>Aus. Quillet sieht andere Anwendungen nicht.</translation>
+    </message>
+    <message>
+        <source>On. Connecting to the accessibility service…</source>
+        <translation>Ein. Verbindung zum Dienst der Barrierefreiheit wird hergestellt …</translation>
+    </message>
+    <message>
+        <source>On, but accessibility is switched off for this desktop. Switch this off and on again.</source>
+        <translation>Ein, aber die Barrierefreiheit ist auf diesem Desktop ausgeschaltet. Schalten Sie dies aus und wieder ein.</translation>
+    </message>
+    <message>
+        <source>On. Applications that were started before may have to be started again.</source>
+        <translation>Ein. Anwendungen, die schon liefen, müssen vielleicht neu gestartet werden.</translation>
+    </message>
+    <message>
+        <source>In this Wayland session Quillet only works in programs that run on X11: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>In dieser Wayland-Sitzung arbeitet Quillet nur in Programmen, die auf X11 laufen: Wählen Sie beim Anmelden eine X11-Sitzung, dann arbeitet es in allen.</translation>
+    </message>
+    <message>
+        <source>This Wayland session does not tell Quillet where the windows of other programs are: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>Diese Wayland-Sitzung sagt Quillet nicht, wo die Fenster anderer Programme sind: Wählen Sie beim Anmelden eine X11-Sitzung, dann arbeitet es in allen.</translation>
+    </message>
+    <message>
+        <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
+        <translation>Der Compositor sagt Quillet nicht mehr, wo Fenster sind: Starten Sie Quillet neu; hilft das nicht, melden Sie sich ab und wieder an.</translation>
+    </message>
 </context>
 </TS>

@@ -781,5 +781,89 @@ en todas sus aplicaciones favoritas</translation>
         <source>Quillet can do its job here.</source>
         <translation>Quillet puede hacer su trabajo aquí.</translation>
     </message>
+    <message>
+        <source>Use the language model on this computer?</source>
+        <translation>¿Usar el modelo de lenguaje de este equipo?</translation>
+    </message>
+    <message>
+        <source>The server at %1, run by the user "%2", offers the model "%3". With it Quillet can do more. The texts that you use a command on are then sent to this server; without it they stay with Quillet.</source>
+        <translation>El servidor en %1, del usuario «%2», ofrece el modelo «%3». Con él, Quillet puede hacer más. Los textos a los que aplique una orden se envían entonces a ese servidor; sin él, se quedan en Quillet.</translation>
+    </message>
+    <message>
+        <source>Your answer is kept. You can change it in the settings.</source>
+        <translation>Su respuesta se guarda. Puede cambiarla en los ajustes.</translation>
+    </message>
+    <message>
+        <source>Use it</source>
+        <translation>Usarlo</translation>
+    </message>
+    <message>
+        <source>Stay offline</source>
+        <translation>Seguir sin él</translation>
+    </message>
+    <message>
+        <source>Ask later</source>
+        <translation>Preguntar más tarde</translation>
+    </message>
+    <message>
+        <source>Your answer could not be stored.</source>
+        <translation>No se pudo guardar su respuesta.</translation>
+    </message>
+    <message>
+        <source>The menu entry of this program cannot be read.</source>
+        <translation>No se puede leer la entrada de menú de este programa.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be written: %1.</source>
+        <translation>No se pudo escribir la entrada de menú: %1.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be removed: %1.</source>
+        <translation>No se pudo eliminar la entrada de menú: %1.</translation>
+    </message>
+    <message>
+        <source>This application shows Quillet only its window: quit it and start it with the option --force-renderer-accessibility.</source>
+        <translation>Esta aplicación solo le muestra a Quillet su ventana: ciérrela e iníciela con la opción --force-renderer-accessibility.</translation>
+    </message>
+    <message>
+        <source>Accessibility</source>
+        <translation>Accesibilidad</translation>
+    </message>
+    <message>
+        <source>Applications in this list may see which text field you are working in, and read and replace the text in it. Passwords are never read.</source>
+        <translation>Las aplicaciones de esta lista pueden ver en qué campo de texto trabaja y leer y sustituir su texto. Las contraseñas no se leen nunca.</translation>
+    </message>
+    <message>
+        <source>The accessibility service of this desktop is not running, so this permission has no effect. Install the package at-spi2-core and log in again.</source>
+        <translation>El servicio de accesibilidad de este escritorio no está en marcha, así que este permiso no tiene efecto. Instale el paquete at-spi2-core y vuelva a iniciar sesión.</translation>
+    </message>
+    <message>
+        <source>Off. Quillet does not see other applications.</source>
+        <translation>Desactivado. Quillet no ve otras aplicaciones.</translation>
+    </message>
+    <message>
+        <source>On. Connecting to the accessibility service…</source>
+        <translation>Activado. Conectando con el servicio de accesibilidad…</translation>
+    </message>
+    <message>
+        <source>On, but accessibility is switched off for this desktop. Switch this off and on again.</source>
+        <translation>Activado, pero la accesibilidad está desactivada en este escritorio. Desactive esto y vuelva a activarlo.</translation>
+    </message>
+    <message>
+        <source>On. Applications that were started before may have to be started again.</source>
+        <translation>Activado. Puede que haya que reiniciar las aplicaciones ya abiertas.</translation>
+    </message>
+    <message>
+        <source>In this Wayland session Quillet only works in programs that run on X11: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>En esta sesión de Wayland, Quillet solo funciona en los programas que usan X11: elija una sesión X11 al iniciar sesión y funcionará en todos.</translation>
+    </message>
+    <message>
+        <source>This Wayland session does not tell Quillet where the windows of other programs are: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>Esta sesión de Wayland no le indica a Quillet dónde están las ventanas de otros programas: elija una sesión X11 al iniciar sesión y funcionará en todos.</translation>
+    </message>
+    <message>
+        <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
+        <translation>El compositor ya no le indica a Quillet dónde están las ventanas: reinicie Quillet y, si no basta, cierre la sesión y vuelva a iniciarla.</translation>
+    </message>
 </context>
 </TS>

@@ -781,5 +781,89 @@ dans toutes vos applications favorites</translation>
         <source>Quillet can do its job here.</source>
         <translation>Quillet peut faire son travail ici.</translation>
     </message>
+    <message>
+        <source>Use the language model on this computer?</source>
+        <translation>Utiliser le modèle de langage de cet ordinateur ?</translation>
+    </message>
+    <message>
+        <source>The server at %1, run by the user "%2", offers the model "%3". With it Quillet can do more. The texts that you use a command on are then sent to this server; without it they stay with Quillet.</source>
+        <translation>Le serveur à l’adresse %1, lancé par l’utilisateur « %2 », propose le modèle « %3 ». Avec lui, Quillet peut faire davantage. Les textes auxquels vous appliquez une commande lui sont alors envoyés ; sans lui, ils restent dans Quillet.</translation>
+    </message>
+    <message>
+        <source>Your answer is kept. You can change it in the settings.</source>
+        <translation>Votre réponse est conservée. Vous pouvez la modifier dans les paramètres.</translation>
+    </message>
+    <message>
+        <source>Use it</source>
+        <translation>L’utiliser</translation>
+    </message>
+    <message>
+        <source>Stay offline</source>
+        <translation>Rester hors ligne</translation>
+    </message>
+    <message>
+        <source>Ask later</source>
+        <translation>Demander plus tard</translation>
+    </message>
+    <message>
+        <source>Your answer could not be stored.</source>
+        <translation>Votre réponse n’a pas pu être enregistrée.</translation>
+    </message>
+    <message>
+        <source>The menu entry of this program cannot be read.</source>
+        <translation>L’entrée de menu de ce programme ne peut pas être lue.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be written: %1.</source>
+        <translation>L’entrée de menu n’a pas pu être écrite : %1.</translation>
+    </message>
+    <message>
+        <source>The menu entry could not be removed: %1.</source>
+        <translation>L’entrée de menu n’a pas pu être supprimée : %1.</translation>
+    </message>
+    <message>
+        <source>This application shows Quillet only its window: quit it and start it with the option --force-renderer-accessibility.</source>
+        <translation>Cette application ne montre à Quillet que sa fenêtre : quittez-la et lancez-la avec l’option --force-renderer-accessibility.</translation>
+    </message>
+    <message>
+        <source>Accessibility</source>
+        <translation>Accessibilité</translation>
+    </message>
+    <message>
+        <source>Applications in this list may see which text field you are working in, and read and replace the text in it. Passwords are never read.</source>
+        <translation>Les applications de cette liste peuvent voir dans quel champ de texte vous travaillez, et lire et remplacer son texte. Les mots de passe ne sont jamais lus.</translation>
+    </message>
+    <message>
+        <source>The accessibility service of this desktop is not running, so this permission has no effect. Install the package at-spi2-core and log in again.</source>
+        <translation>Le service d’accessibilité de ce bureau ne fonctionne pas, cette autorisation reste donc sans effet. Installez le paquet at-spi2-core et reconnectez-vous.</translation>
+    </message>
+    <message>
+        <source>Off. Quillet does not see other applications.</source>
+        <translation>Désactivé. Quillet ne voit pas les autres applications.</translation>
+    </message>
+    <message>
+        <source>On. Connecting to the accessibility service…</source>
+        <translation>Activé. Connexion au service d’accessibilité…</translation>
+    </message>
+    <message>
+        <source>On, but accessibility is switched off for this desktop. Switch this off and on again.</source>
+        <translation>Activé, mais l’accessibilité est désactivée sur ce bureau. Désactivez puis réactivez cet interrupteur.</translation>
+    </message>
+    <message>
+        <source>On. Applications that were started before may have to be started again.</source>
+        <translation>Activé. Les applications déjà lancées devront peut-être être redémarrées.</translation>
+    </message>
+    <message>
+        <source>In this Wayland session Quillet only works in programs that run on X11: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>Dans cette session Wayland, Quillet ne fonctionne que dans les programmes qui utilisent X11 : choisissez une session X11 à la connexion, et il fonctionnera dans tous.</translation>
+    </message>
+    <message>
+        <source>This Wayland session does not tell Quillet where the windows of other programs are: choose an X11 session when you log in, and it works in all of them.</source>
+        <translation>Cette session Wayland n’indique pas à Quillet où sont les fenêtres des autres programmes : choisissez une session X11 à la connexion, et il fonctionnera dans tous.</translation>
+    </message>
+    <message>
+        <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
+        <translation>Le compositeur n’indique plus à Quillet où sont les fenêtres : relancez Quillet et, si cela ne suffit pas, déconnectez-vous puis reconnectez-vous.</translation>
+    </message>
 </context>
 </TS>

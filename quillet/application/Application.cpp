@@ -187,7 +187,7 @@ void Application::askAboutServer(const FoundServer &server)
         {server.address, server.ownerName, server.model}, [this, server](bool agreed) {
             m_foundServers->answer(server, agreed, [this](bool stored) {
                 if (!stored)
-                    m_notice.tell(QStringLiteral("Your answer could not be stored."));
+                    m_notice.tell(localized("Your answer could not be stored."));
             });
         });
 }

@@ -7,6 +7,7 @@
 #include "quillet/application/Application.h"
 #include "quillet/application/DoctorRun.h"
 #include "quillet/shell/SingleInstance.h"
+#include "quillet/widgets/Localisation.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -111,6 +112,7 @@ int main(int argc, char **argv)
     const QByteArray startupId = SingleInstance::startupIdOfThisProcess();
 
     QApplication application(argc, argv);
+    installTranslations();
     QGuiApplication::setDesktopFileName(BuildConstants::AppId);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillet.svg")));
     const CommandLine commandLine = parseCommandLine();

@@ -5,8 +5,8 @@
 
 #include "quillet/settings/UserSettings.h"
 #include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/LightLook.h"
 #include "quillet/widgets/Localisation.h"
-#include "quillet/widgets/VisualStyle.h"
 
 #include <QCheckBox>
 #include <QEvent>
@@ -20,8 +20,6 @@
 #include <QScrollArea>
 #include <QSettings>
 #include <QShortcut>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QVBoxLayout>
 
 namespace
@@ -65,14 +63,7 @@ SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *pare
     , m_collaborators(collaborators)
 {
     setWindowTitle(localized("Quillet Settings"));
-    setPalette(lightPalette());
-    setAutoFillBackground(true);
-    // A dark theme's style may paint in its own colours, whatever the palette says.
-    if (QStyle *fusion = QStyleFactory::create(QStringLiteral("Fusion"))) {
-        fusion->setParent(this);
-        setStyle(fusion);
-    }
-    setFont(customFont(QStringLiteral("Manrope-Regular"), 14));
+    giveLightLook(this);
 
     auto *page = new QWidget;
     auto *sections = new QVBoxLayout(page);

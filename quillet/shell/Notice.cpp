@@ -3,6 +3,7 @@
 
 #include "quillet/shell/Notice.h"
 
+#include "quillet/widgets/LightLook.h"
 #include "quillet/widgets/Localisation.h"
 
 #include <QApplication>
@@ -31,6 +32,9 @@ void Notice::prepareBox(const QString &sentence, const Action &action)
     constexpr QSize icon(48, 48);
     m_box = new QMessageBox(QMessageBox::Information, localized("Message from Quillet"), sentence,
                             QMessageBox::Ok);
+    giveLightLook(m_box);
+    m_box->setStyleSheet(m_box->styleSheet() +
+                         QStringLiteral("#qt_msgbox_label { min-width: 320px; }"));
     m_box->setIconPixmap(QApplication::windowIcon().pixmap(icon, m_box->devicePixelRatioF()));
     m_box->setAttribute(Qt::WA_DeleteOnClose);
     m_box->setWindowModality(Qt::NonModal);

@@ -3,22 +3,38 @@
 
 #include "quillet/widgets/Localisation.h"
 
+#include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
 
 namespace
 {
 
-struct Table {
+/// The table of the user's language. Its entries have one context, and are found from any.
+class Table : public QTranslator
+{
+public:
     Table()
     {
         // Only a suffix that is given lets it fall back to the table without a language.
-        if (!translator.load(QLocale(), QStringLiteral("Localizable"), QStringLiteral("_"),
-                             QStringLiteral(":/localisation"), QStringLiteral(".qm")))
+        if (!load(QLocale(), QStringLiteral("Localizable"), QStringLiteral("_"),
+                  QStringLiteral(":/localisation"), QStringLiteral(".qm")))
             qWarning("The localisation table is missing from the resources.");
     }
-    QTranslator translator;
+
+    QString translate(const char *, const char *text, const char *comment = nullptr,
+                      int n = -1) const override
+    {
+        return QTranslator::translate("Localizable", text, comment, n);
+    }
 };
+
+Table &table()
+{
+    static Table table;
+    return table;
+}
 
 } // namespace
 
@@ -29,7 +45,16 @@ QString localized(const QString &key)
 
 QString localized(const char *key)
 {
-    static const Table table;
-    const QString title = table.translator.translate("Localizable", key);
+    const QString title = table().translate(nullptr, key);
     return title.isEmpty() ? QString::fromUtf8(key) : title;
+}
+
+void installTranslations()
+{
+    QCoreApplication::installTranslator(&table());
+    // The one that is installed last is asked first. A system without it shows English.
+    auto *toolkit = new QTranslator(QCoreApplication::instance());
+    if (toolkit->load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(toolkit);
 }

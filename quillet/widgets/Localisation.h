@@ -15,3 +15,7 @@ QString localized(const QString &key);
 
 /// The same for a literal in UTF-8.
 QString localized(const char *key);
+
+/// Lets tr() of the platform and of the toolkit find their texts in the user's language too. Once,
+/// after the application object has been made.
+void installTranslations();

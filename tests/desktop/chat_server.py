@@ -1,6 +1,10 @@
 # SPDX-FileCopyrightText: The Quillet authors
 # SPDX-License-Identifier: Apache-2.0
-"""A language model's chat interface on loopback that always answers the same text, or nothing."""
+"""A language model's chat interface on loopback that always answers the same text, or nothing.
+
+On a port of its own it is named in the backend's environment. On the usual one it is found: it then
+lists its one model as well.
+"""
 
 import http.server
 import json
@@ -9,7 +13,9 @@ import time
 
 
 class ChatServer:
-    def __init__(self, answer):
+    USUAL_PORT = 11434
+
+    def __init__(self, answer, port=0):
         self.answer = answer
         self.silent = False
         self.prompts = []
@@ -28,10 +34,17 @@ class ChatServer:
                 self.end_headers()
                 self.wfile.write(b"data: " + json.dumps(chunk).encode() + b"\n\ndata: [DONE]\n\n")
 
+            def do_GET(self):
+                body = json.dumps({"models": [{"name": "tiny-writer"}]}).encode()
+                self.send_response(200)
+                self.send_header("Content-Length", str(len(body)))
+                self.end_headers()
+                self.wfile.write(body)
+
             def log_message(self, *_):
                 pass
 
-        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", port), Handler)
         threading.Thread(target=self.server.serve_forever, daemon=True).start()
 
     @property

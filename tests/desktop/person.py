@@ -102,20 +102,20 @@ class Person:
         x, y, width, height = self.waits_for_floating_button(input_box)
         self.session.click(x + width / 2, y + height / 2)
 
-    def sets_up_quillet(self, build, environment=None):
+    def sets_up_quillet(
+        self, build, environment=None, pages=("Next", "Quillet is installed! Now you can try it!")
+    ):
         """Starts Quillet for somebody who has allowed it before, and goes through the wizard up to
-        the tutorial, which starts the watching."""
+        the tutorial, which starts the watching. `pages`: the button and the title that lead there,
+        as the language has them."""
         settings = pathlib.Path(self.session.env["XDG_CONFIG_HOME"]) / "quillet"
         settings.mkdir(exist_ok=True)
         (settings / "platform.conf").write_text("[accessibility]\nallowed=true\n")
-        quillet = self.session.start([str(build / "quillet" / "quillet")], environment)
+        quillet = self.session.start([str(build / "quillet" / "quillet"), "--setup"], environment)
         self.window = window = self.session.wait_for_window("^Quillet$")
         self.session.move_window(window, 20, 40)
-        self.click("Next")
-        wait_until(
-            lambda: "Quillet is installed! Now you can try it!" in (self.names() or []),
-            "the tutorial page",
-        )
+        self.click(pages[0])
+        wait_until(lambda: pages[1] in (self.names() or []), "the tutorial page")
         self.tutorial_button = self.waits_for_floating_button()
         return quillet, window
 

@@ -57,13 +57,19 @@ QString contents(const QString &path)
 TEST(Localisation, EveryTextOfTheSourcesIsInTheTable)
 {
     const QString table = contents(QStringLiteral(QUILLET_TITLES));
-    const QRegularExpression call(QStringLiteral(R"(localized\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+)\))"));
+    const QRegularExpression call(
+        QStringLiteral(R"((?:localized|\btr)\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+)\))"));
     const QRegularExpression joint(QStringLiteral(R"("\s*")"));
     int found = 0;
-    QDirIterator files(QStringLiteral(QUILLET_SOURCES), {QStringLiteral("*.cpp")}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        for (auto it = call.globalMatch(contents(files.next())); it.hasNext(); ++found) {
+    QStringList sources;
+    for (const char *folder : {"/quillet", "/platform"}) {
+        QDirIterator files(QStringLiteral(QUILLET_SOURCES) + QString::fromLatin1(folder),
+                           {QStringLiteral("*.cpp")}, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            sources.append(contents(files.next()));
+    }
+    for (const QString &source : sources) {
+        for (auto it = call.globalMatch(source); it.hasNext(); ++found) {
             QString text = it.next().captured(1).trimmed().remove(joint);
             text = text.sliced(1, text.size() - 2)
                        .replace(QStringLiteral("\\n"), QStringLiteral("\n"))
