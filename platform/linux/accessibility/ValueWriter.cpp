@@ -250,7 +250,8 @@ void ValueWriter::selectNext()
     const auto onAnswer = whileWriting([this](bool selected) {
         if (selected) {
             typeOver(m_queue.takeLast());
-        } else if (since(m_sinceSelecting) < m_limits.selection) {
+        } else if (since(m_sinceSelecting) < m_limits.selection || isRetryingToRestore()) {
+            askForFocus();
             QTimer::singleShot(m_limits.selectionPause, this, [this] {
                 if (!m_outcome)
                     selectNext();
@@ -293,10 +294,14 @@ void ValueWriter::onTyped(TypingResult result)
     }
     m_failure.keysMayBeElsewhere |= result == TypingResult::Misplaced;
     // The text may have become right nonetheless; the reading decides.
-    if (result == TypingResult::Failed)
+    if (result == TypingResult::Failed) {
         watch();
-    else
+    } else if (result != TypingResult::Interrupted && isRetryingToRestore()) {
+        m_queue.clear();
+        read(&ValueWriter::pursue);
+    } else {
         fail(errorFor(result));
+    }
 }
 
 void ValueWriter::watch()
@@ -363,13 +368,32 @@ void ValueWriter::fail(AXError why)
         finish(m_failure);
 }
 
+/// Another element of the window may take the focus at any moment, also again.
+bool ValueWriter::isRetryingToRestore()
+{
+    return m_isRestoring && since(m_sinceRestoring) < m_limits.restoring;
+}
+
+/// While the old text is put back. What took the focus may be known only a moment later, so that
+/// the first look is not the last.
+void ValueWriter::askForFocus()
+{
+    if (!m_isRestoring || m_input->hasFocus())
+        return;
+    if (m_sinceFocusRequest.isValid() && since(m_sinceFocusRequest) < m_limits.focusPause)
+        return;
+    m_sinceFocusRequest.start();
+    m_input->takeFocus();
+}
+
 /// Puts the old text back, once.
 void ValueWriter::restore()
 {
     m_isRestoring = true;
     m_goal = m_before;
-    if (!m_input->takesEdits() && !m_input->hasFocus())
-        m_input->takeFocus();
+    m_sinceRestoring.start();
+    if (!m_input->takesEdits())
+        askForFocus();
     read(&ValueWriter::pursue);
 }
 

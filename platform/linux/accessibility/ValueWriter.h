@@ -42,6 +42,10 @@ public:
         std::chrono::milliseconds changed{300};
         /// Any other text that moves no more.
         std::chrono::milliseconds still{1500};
+        /// How long the old text is tried to be put back while something else has the focus, and
+        /// how often the input is asked to take it.
+        std::chrono::milliseconds restoring{5000};
+        std::chrono::milliseconds focusPause{150};
         /// A program that does not answer.
         std::chrono::milliseconds silence{10000};
     };
@@ -83,6 +87,8 @@ private:
     void selectNext();
     void typeOver(const TextEdit &edit);
     void onTyped(TypingResult result);
+    bool isRetryingToRestore();
+    void askForFocus();
     void watch();
     void judge(const TextInput::Content &content);
     void fail(AXError why);
@@ -117,6 +123,8 @@ private:
     QString m_lastRead;
     QElapsedTimer m_sinceChange;
     QElapsedTimer m_sinceSelecting;
+    QElapsedTimer m_sinceRestoring;
+    QElapsedTimer m_sinceFocusRequest;
     QTimer m_silence;
 };
 
