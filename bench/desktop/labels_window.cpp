@@ -10,8 +10,8 @@
 
 int main(int argc, char **argv)
 {
-    constexpr int Labels = 2000;
-    constexpr int Columns = 40;
+    constexpr int labelCount = 2000;
+    constexpr int columnCount = 40;
 
     QApplication application(argc, argv);
     QWidget window;
@@ -19,8 +19,8 @@ int main(int argc, char **argv)
     window.setFocusPolicy(Qt::StrongFocus);
     auto *grid = new QGridLayout(&window);
     grid->setSpacing(0);
-    for (int i = 0; i < Labels; ++i)
-        grid->addWidget(new QLabel(QString::number(i)), i / Columns, i % Columns);
+    for (int i = 0; i < labelCount; ++i)
+        grid->addWidget(new QLabel(QString::number(i)), i / columnCount, i % columnCount);
     window.show();
     window.setFocus();
     return application.exec();

@@ -25,7 +25,7 @@ using platform::AXUIElement;
 namespace
 {
 
-constexpr int Patience = 60'000;
+constexpr int patience = 60'000;
 
 void handleEvents()
 {
@@ -84,7 +84,7 @@ private:
         waiting.start();
         for (;;) {
             const auto found = read<QList<AXUIElement>>(element, QStringLiteral("AXChildren"));
-            if (found || waiting.elapsed() > Patience)
+            if (found || waiting.elapsed() > patience)
                 return found.value_or(QList<AXUIElement>());
             handleEvents();
         }
@@ -104,7 +104,7 @@ AXUIElement focusedElement(Accessibility &accessibility, const QString &role, in
                            int &elements)
 {
     QElapsedTimer waiting;
-    for (waiting.start(); waiting.elapsed() < Patience;) {
+    for (waiting.start(); waiting.elapsed() < patience;) {
         const auto element =
             getAttribute<AXUIElement>(accessibility, accessibility.AXUIElementCreateSystemWide(),
                                       QStringLiteral("AXFocusedUIElement"));
@@ -123,7 +123,7 @@ AXUIElement focusedElement(Accessibility &accessibility, const QString &role, in
 bool decideInBulk(Accessibility &accessibility, Naive &naive, const AXUIElement &element)
 {
     QElapsedTimer waiting;
-    for (waiting.start(); waiting.elapsed() < Patience;) {
+    for (waiting.start(); waiting.elapsed() < patience;) {
         switch (accessibility.containsEditableText(element)) {
         case Accessibility::Answer::Yes:
             return true;
@@ -145,7 +145,7 @@ QString readInBulk(Accessibility &accessibility, Naive &naive, const AXUIElement
     if (!accessibility.copyTreeText(element, [&found](const QString &text) { found = text; }))
         return naive.text(element);
     QElapsedTimer waiting;
-    for (waiting.start(); !found && waiting.elapsed() < Patience;)
+    for (waiting.start(); !found && waiting.elapsed() < patience;)
         handleEvents();
     return found.value_or(QString());
 }

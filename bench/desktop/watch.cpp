@@ -29,16 +29,16 @@
 namespace
 {
 
-constexpr long long Second = 1'000'000'000;
-constexpr long long Patience = 30 * Second;
-constexpr long long Settled = Second * 3 / 10;
-constexpr int FrameAllowance = 40;
+constexpr long long second = 1'000'000'000;
+constexpr long long patience = 30 * second;
+constexpr long long settled = second * 3 / 10;
+constexpr int frameAllowance = 40;
 
 long long now()
 {
     timespec time;
     clock_gettime(CLOCK_MONOTONIC, &time);
-    return time.tv_sec * Second + time.tv_nsec;
+    return time.tv_sec * second + time.tv_nsec;
 }
 
 void tell(const char *what, long long when)
@@ -65,7 +65,7 @@ std::string pixels(Display *display, const Area &area)
 
 bool waitForWindow(Display *display, int width, int height, Area &area)
 {
-    const long long limit = now() + Patience;
+    const long long limit = now() + patience;
     while (now() < limit) {
         while (XPending(display)) {
             XEvent event;
@@ -76,7 +76,7 @@ bool waitForWindow(Display *display, int width, int height, Area &area)
             XWindowAttributes window;
             if (!XGetWindowAttributes(display, event.xmap.window, &window) ||
                 window.width < width || window.height < height ||
-                window.width > width + FrameAllowance || window.height > height + FrameAllowance)
+                window.width > width + frameAllowance || window.height > height + frameAllowance)
                 continue;
             tell("mapped", when);
             area = {window.x, window.y, window.width, window.height};
@@ -105,7 +105,7 @@ void waitForPaint(Display *display, const Area &area)
 {
     std::string last = pixels(display, area);
     long long changed = now();
-    while (now() < changed + Settled) {
+    while (now() < changed + settled) {
         usleep(500);
         std::string current = pixels(display, area);
         if (current != last) {

@@ -12,8 +12,8 @@ using metricpost::MetricPost;
 namespace
 {
 
-const QString ProductionToken = QStringLiteral("5d1c0a7e3b9f42e6a8c4d2f1b0e97a63");
-const QString DevelopmentToken = QStringLiteral("c3e8f0a2b5d74196e0a1f3c5b7d92e48");
+const QString productionToken = QStringLiteral("5d1c0a7e3b9f42e6a8c4d2f1b0e97a63");
+const QString developmentToken = QStringLiteral("c3e8f0a2b5d74196e0a1f3c5b7d92e48");
 
 SharedMetricPost::Settings &preparedSettings()
 {
@@ -24,7 +24,7 @@ SharedMetricPost::Settings &preparedSettings()
 } // namespace
 
 SharedMetricPost::SharedMetricPost(const Settings &settings)
-    : m_metricPostToken(settings.developmentRun ? DevelopmentToken : ProductionToken)
+    : m_metricPostToken(settings.developmentRun ? developmentToken : productionToken)
 {
     MetricPost::initialize(m_metricPostToken)->setServerURL(settings.serverURL);
 }

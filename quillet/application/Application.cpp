@@ -121,8 +121,8 @@ void Application::prepareEndpoint()
 QWidget *Application::makeHomeView(QWidget *parent,
                                    const std::function<void(bool)> &setShowOnboarding)
 {
-    constexpr int CardWidth = 350;
-    auto *view = new HomeView(m_platform->accessibility(), m_notifications, CardWidth, parent,
+    constexpr int cardWidth = 350;
+    auto *view = new HomeView(m_platform->accessibility(), m_notifications, cardWidth, parent,
                               [this] { return m_platform->workspace().sessionLimitation(); });
     connect(view, &HomeView::showOnboardingChanged, view, setShowOnboarding);
     return view;

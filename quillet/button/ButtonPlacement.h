@@ -10,8 +10,8 @@ namespace ButtonPlacement
 {
 
 /// Side of the square button, and its distance from the input's edges; points.
-inline constexpr double ButtonSize = 25;
-inline constexpr double Inset = 5;
+inline constexpr double buttonSize = 25;
+inline constexpr double inset = 5;
 
 /// The origin of the button's panel for an input at `frame`: inside its top right corner. `frame`
 /// has its origin at the top left of the main screen and y growing downwards; the result is the
@@ -19,8 +19,8 @@ inline constexpr double Inset = 5;
 /// `screenHeight` high, and y growing upwards.
 inline QPointF panelOrigin(const QRectF &frame, double screenHeight)
 {
-    return {frame.x() + frame.width() - ButtonSize - Inset,
-            screenHeight - frame.y() - ButtonSize - Inset};
+    return {frame.x() + frame.width() - buttonSize - inset,
+            screenHeight - frame.y() - buttonSize - inset};
 }
 
 } // namespace ButtonPlacement

@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr std::chrono::milliseconds LongPress{600};
+constexpr std::chrono::milliseconds longPress{600};
 
 } // namespace
 
@@ -25,7 +25,7 @@ DragFriendlyButton::DragFriendlyButton(const QString &image, std::function<QPoin
     m_image.setAspectRatioMode(Qt::KeepAspectRatio);
     setCursor(Qt::PointingHandCursor);
     m_longPress.setSingleShot(true);
-    m_longPress.setInterval(LongPress);
+    m_longPress.setInterval(longPress);
     connect(&m_longPress, &QTimer::timeout, this, [this] {
         m_wasLong = true;
         Q_EMIT menuWanted();

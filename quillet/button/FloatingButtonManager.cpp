@@ -29,8 +29,8 @@ using platform::WriteOutcome;
 namespace
 {
 
-constexpr int MaxOpenAttempts = 10;
-constexpr std::chrono::milliseconds OpenAttemptPause{50};
+constexpr int maxOpenAttempts = 10;
+constexpr std::chrono::milliseconds openAttemptPause{50};
 
 std::optional<FloatingButtonManager::Collaborators> &preparedCollaborators()
 {
@@ -89,7 +89,7 @@ void FloatingButtonManager::show(const AXUIElement &element)
         return;
 
     const double screenHeight = mainScreenHeight();
-    const double size = ButtonPlacement::ButtonSize;
+    const double size = ButtonPlacement::buttonSize;
     const QRectF panelFrame(ButtonPlacement::panelOrigin(*frame, screenHeight), QSizeF(size, size));
 
     m_buttonWindow = new NonActivatingPanel;
@@ -166,14 +166,14 @@ void FloatingButtonManager::openForFocusedInput()
         m_popup->close();
         return;
     }
-    tryToOpen(MaxOpenAttempts);
+    tryToOpen(maxOpenAttempts);
 }
 
 /// A program loses the focus for a moment while the shortcut's keys are grabbed.
 void FloatingButtonManager::tryToOpen(int attempts)
 {
     if (!opensForFocusedInput() && attempts > 1 && !(m_popup && m_popup->popupWindow()))
-        QTimer::singleShot(OpenAttemptPause, this, [this, attempts] { tryToOpen(attempts - 1); });
+        QTimer::singleShot(openAttemptPause, this, [this, attempts] { tryToOpen(attempts - 1); });
 }
 
 /// Whether an input has the focus; opens the popup for it where the user wants one there.
@@ -204,7 +204,7 @@ bool FloatingButtonManager::opensForFocusedInput()
         return true;
     m_scope = selectionOf(m_element);
     preparePopup();
-    const double size = ButtonPlacement::ButtonSize;
+    const double size = ButtonPlacement::buttonSize;
     m_popup->showForKeyboard(
         hasButton
             ? buttonFrame()

@@ -7,8 +7,8 @@
 
 using std::chrono::steady_clock;
 
-FormerTexts::FormerTexts(std::chrono::milliseconds maxAge)
-    : m_maxAge(maxAge)
+FormerTexts::FormerTexts(std::chrono::milliseconds age)
+    : m_maxAge(age)
 {
     m_drop.setSingleShot(true);
     m_drop.callOnTimeout([this] { dropOld(); });
@@ -17,7 +17,7 @@ FormerTexts::FormerTexts(std::chrono::milliseconds maxAge)
 void FormerTexts::remember(const platform::AXUIElement &input, const QString &text)
 {
     m_texts.push_back({input, text, steady_clock::now() + m_maxAge});
-    if (m_texts.size() > MaxCount)
+    if (m_texts.size() > maxCount)
         m_texts.pop_front();
     if (!m_drop.isActive())
         m_drop.start(m_maxAge);

@@ -17,11 +17,11 @@
 class FormerTexts
 {
 public:
-    static constexpr std::size_t MaxCount = 10;
-    static constexpr std::chrono::milliseconds MaxAge = std::chrono::minutes(10);
+    static constexpr std::size_t maxCount = 10;
+    static constexpr std::chrono::milliseconds maxAge = std::chrono::minutes(10);
 
-    /// `maxAge` is for tests.
-    explicit FormerTexts(std::chrono::milliseconds maxAge = MaxAge);
+    /// `age` is for tests.
+    explicit FormerTexts(std::chrono::milliseconds age = maxAge);
 
     void remember(const platform::AXUIElement &input, const QString &text);
 

@@ -24,14 +24,14 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr auto TimeOnScreen = 4s;
+constexpr auto timeOnScreen = 4s;
 /// Points.
-constexpr int Gap = 6;
-constexpr int Padding = 8;
-constexpr int ActionHeight = 32;
-constexpr qreal CornerRadius = 8;
-constexpr QColor Background(0x2B, 0x2B, 0x33);
-constexpr QColor Outline(0xFF, 0xFF, 0xFF, 0x40);
+constexpr int gap = 6;
+constexpr int padding = 8;
+constexpr int actionHeight = 32;
+constexpr qreal cornerRadius = 8;
+constexpr QColor background(0x2B, 0x2B, 0x33);
+constexpr QColor outline(0xFF, 0xFF, 0xFF, 0x40);
 
 } // namespace
 
@@ -42,8 +42,8 @@ SidePanel::SidePanel(platform::Workspace &workspace)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Quillet"));
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(Padding, Padding, Padding, Padding);
-    layout->setSpacing(Padding / 2);
+    layout->setContentsMargins(padding, padding, padding, padding);
+    layout->setSpacing(padding / 2);
     workspace.preparePanel(this, false);
 }
 
@@ -59,7 +59,7 @@ SidePanel *SidePanel::say(platform::Workspace &workspace, const QString &sentenc
     panel->placeAt(button);
     QAccessibleEvent announcement(panel, QAccessible::Alert);
     QAccessible::updateAccessibility(&announcement);
-    QTimer::singleShot(TimeOnScreen, panel, &QWidget::close);
+    QTimer::singleShot(timeOnScreen, panel, &QWidget::close);
     return panel;
 }
 
@@ -70,8 +70,8 @@ SidePanel *SidePanel::offer(platform::Workspace &workspace, const QList<Action> 
     for (const Action &action : actions) {
         auto *choice = new PillButton(action.title);
         choice->setAccessibleName(action.title);
-        choice->setFixedHeight(ActionHeight);
-        choice->setMinimumWidth(static_cast<int>(choice->titleWidth()) + 4 * Padding);
+        choice->setFixedHeight(actionHeight);
+        choice->setMinimumWidth(static_cast<int>(choice->titleWidth()) + 4 * padding);
         choice->setFocusPolicy(Qt::NoFocus);
         panel->layout()->addWidget(choice);
         QObject::connect(choice, &PillButton::clicked, panel, [panel, run = action.run] {
@@ -92,9 +92,9 @@ void SidePanel::placeAt(const QRect &button)
     adjustSize();
     const QScreen *screen = QGuiApplication::screenAt(button.center());
     const QRect room = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
-    QPoint place(button.right() + 1 - width(), button.bottom() + 1 + Gap);
+    QPoint place(button.right() + 1 - width(), button.bottom() + 1 + gap);
     if (place.y() + height() > room.bottom())
-        place.setY(button.top() - Gap - height());
+        place.setY(button.top() - gap - height());
     place.setX(
         std::clamp(place.x(), room.left(), std::max(room.left(), room.right() + 1 - width())));
     move(place);
@@ -106,8 +106,8 @@ void SidePanel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Outline, 1));
-    painter.setBrush(Background);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), CornerRadius,
-                            CornerRadius);
+    painter.setPen(QPen(outline, 1));
+    painter.setBrush(background);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
+                            cornerRadius);
 }

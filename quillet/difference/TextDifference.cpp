@@ -20,7 +20,7 @@ namespace
 {
 
 /// Pieces whose table would have more cells than this are divided further, or given up.
-constexpr std::size_t MaxTableCells = 250'000;
+constexpr std::size_t maxTableCells = 250'000;
 
 struct Word {
     qsizetype from;
@@ -93,7 +93,7 @@ private:
         const auto newCount = static_cast<std::size_t>(piece.newTo - piece.newFrom);
         if (oldCount == 0 || newCount == 0)
             return;
-        if ((oldCount + 1) * (newCount + 1) <= MaxTableCells) {
+        if ((oldCount + 1) * (newCount + 1) <= maxTableCells) {
             matchExhaustively(piece);
             return;
         }

@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr auto PollInterval = 500ms;
+constexpr auto pollInterval = 500ms;
 
 std::optional<AccessibilityObserver::Collaborators> &preparedCollaborators()
 {
@@ -75,7 +75,7 @@ void AccessibilityObserver::startObserving()
         return;
     }
     printLine(QStringLiteral("✅ Starting Accessibility Observer with polling..."));
-    m_pollTimer.start(PollInterval);
+    m_pollTimer.start(pollInterval);
 }
 
 void AccessibilityObserver::checkFocusedElement()

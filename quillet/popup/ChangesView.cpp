@@ -18,7 +18,7 @@ ChangesView::ChangesView(QWidget *parent)
     setMouseTracking(true);
     setAccessibleName(localized("What has changed"));
     QFont textFont = font();
-    textFont.setPixelSize(PopupStyle::ResultTextSize);
+    textFont.setPixelSize(PopupStyle::resultTextSize);
     setFont(textFont);
     PopupStyle::alignByParagraph(*document());
 }

@@ -39,7 +39,7 @@ QRect placed(const QRectF &rect, qreal containerHeight)
 
 QRect inContent(const QRectF &rect)
 {
-    return placed(rect, PopupLayout::Size.height());
+    return placed(rect, PopupLayout::popupSize.height());
 }
 
 /// A part of the panel that is as wide as the panel and leaves the panel's outline in sight.
@@ -87,7 +87,7 @@ void FloatingPopup::show(const QRectF &rect)
 
     m_popupWindow = buildPanel();
     m_popupWindow->setGeometry(platform::ScreenCoordinates::current()
-                                   .toolkitFromBottomLeft(QRectF(origin, PopupLayout::Size))
+                                   .toolkitFromBottomLeft(QRectF(origin, PopupLayout::popupSize))
                                    .toRect());
     buildToolRow();
     showSubcommands(m_lastSelectedTool);
@@ -132,7 +132,7 @@ QWidget *FloatingPopup::buildPanel()
     auto *panel = new PopupPanel;
     panel->setWindowTitle(QStringLiteral("Quillet"));
     panel->setAccessibleName(QStringLiteral("Quillet"));
-    panel->setFixedSize(PopupLayout::Size.toSize());
+    panel->setFixedSize(PopupLayout::popupSize.toSize());
     connect(panel, &PopupPanel::closeWanted, this, &FloatingPopup::close);
     connect(panel, &PopupPanel::applyWanted, this, [this] {
         if (m_resultArea)
@@ -221,7 +221,7 @@ void FloatingPopup::renderResultPopup(const QString &command)
         if (identifier == QLatin1StringView("apply")) {
             // This one keeps its identifier as its title in every language.
             button->setText(identifier);
-            button->setLook({PopupStyle::AccentPurple, Qt::transparent, 0, Qt::white});
+            button->setLook({PopupStyle::accentPurple, Qt::transparent, 0, Qt::white});
         }
     }
     m_resultView->show();
@@ -256,7 +256,7 @@ PillButton *FloatingPopup::createCustomButton(const QString &identifier,
 
 void FloatingPopup::applySelectedStyle(PillButton *button)
 {
-    button->setLook({PopupStyle::AccentPurple, PopupStyle::AccentBorder, 3, Qt::white});
+    button->setLook({PopupStyle::accentPurple, PopupStyle::accentBorder, 3, Qt::white});
 }
 
 void FloatingPopup::applyUnselectedStyle(PillButton *button)

@@ -11,14 +11,14 @@ namespace PopupLayout
 namespace
 {
 
-constexpr qreal Gap = 6;
-constexpr qreal RowHeight = 70;
-constexpr qreal Bottom = 10;
+constexpr qreal gap = 6;
+constexpr qreal rowHeight = 70;
+constexpr qreal bottomMargin = 10;
 
 /// The sub-options and the result share the place above the bottom margin.
 QRectF container()
 {
-    return {0, Bottom, Size.width(), Size.height() - 60};
+    return {0, bottomMargin, popupSize.width(), popupSize.height() - 60};
 }
 
 } // namespace
@@ -31,16 +31,16 @@ QRectF flipped(const QRectF &rect, qreal height)
 // A QRectF here has its minimum y at the bottom, so top() is minY and bottom() is maxY.
 QPointF origin(const QRectF &button, const QRectF &visible)
 {
-    const qreal width = Size.width();
-    const qreal height = Size.height();
+    const qreal width = popupSize.width();
+    const qreal height = popupSize.height();
     const qreal besideY = button.y() + (button.height() - height) / 2;
     qreal x = button.x() + (button.width() - width) / 2;
-    qreal y = button.y() - height - Gap;
+    qreal y = button.y() - height - gap;
 
     if (y < visible.top()) {
-        const qreal above = button.y() + button.height() + Gap;
-        const qreal right = button.x() + button.width() + Gap;
-        const qreal left = button.x() - width - Gap;
+        const qreal above = button.y() + button.height() + gap;
+        const qreal right = button.x() + button.width() + gap;
+        const qreal left = button.x() - width - gap;
         if (above + height <= visible.bottom()) {
             y = above;
         } else if (right + width <= visible.right()) {
@@ -59,7 +59,7 @@ QPointF origin(const QRectF &button, const QRectF &visible)
 
 QRectF toolRow()
 {
-    return {0, Size.height() - 43, Size.width(), 40};
+    return {0, popupSize.height() - 43, popupSize.width(), 40};
 }
 
 QList<QRectF> toolButtons(const QList<qreal> &titleWidths, qreal &documentWidth)
@@ -82,7 +82,7 @@ QRectF optionsView()
 
 qreal optionsDocumentHeight(qsizetype count)
 {
-    return RowHeight * static_cast<qreal>((count + 1) / 2);
+    return rowHeight * static_cast<qreal>((count + 1) / 2);
 }
 
 QRectF option(qsizetype index, qsizetype count, qreal width)
@@ -93,18 +93,18 @@ QRectF option(qsizetype index, qsizetype count, qreal width)
     const auto row = static_cast<qreal>(index / 2);
     const auto column = static_cast<qreal>(index % 2);
     return {margin + 6 + column * (columnWidth + 6),
-            optionsDocumentHeight(count) - (row + 1) * RowHeight, columnWidth, 60};
+            optionsDocumentHeight(count) - (row + 1) * rowHeight, columnWidth, 60};
 }
 
 QRectF resultView()
 {
-    return {12, Bottom + 58, Size.width() - 24, container().height() - 24};
+    return {12, bottomMargin + 58, popupSize.width() - 24, container().height() - 24};
 }
 
 QRectF resultButton(int index)
 {
-    const qreal width = (Size.width() - 48) / 3;
-    return {12 + index * (width + 12), Bottom + 5, width, 36};
+    const qreal width = (popupSize.width() - 48) / 3;
+    return {12 + index * (width + 12), bottomMargin + 5, width, 36};
 }
 
 } // namespace PopupLayout

@@ -13,7 +13,7 @@
 namespace PopupLayout
 {
 
-inline constexpr QSizeF Size(370, 250);
+inline constexpr QSizeF popupSize(370, 250);
 
 /// `rect` of a container `height` high, with the origin at the container's top left instead.
 QRectF flipped(const QRectF &rect, qreal height);

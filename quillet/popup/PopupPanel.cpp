@@ -11,9 +11,9 @@
 namespace
 {
 
-constexpr qreal CornerRadius = 10;
-constexpr qreal BackgroundOpacity = 0.95;
-constexpr QColor Outline(0, 0, 0, 0x38);
+constexpr qreal cornerRadius = 10;
+constexpr qreal backgroundOpacity = 0.95;
+constexpr QColor outline(0, 0, 0, 0x38);
 
 } // namespace
 
@@ -51,10 +51,10 @@ void PopupPanel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QColor background = palette().color(QPalette::Window);
-    background.setAlphaF(BackgroundOpacity);
-    painter.setPen(QPen(Outline, 1));
+    background.setAlphaF(backgroundOpacity);
+    painter.setPen(QPen(outline, 1));
     painter.setBrush(background);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), CornerRadius,
-                            CornerRadius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius,
+                            cornerRadius);
     Q_EMIT painted();
 }

@@ -39,7 +39,7 @@ QTextCharFormat changeFormat(const QPalette &palette)
     const bool dark = isDark(palette, QPalette::Base);
     format.setBackground(dark ? QColor(0x45, 0x36, 0x80) : QColor(0xE6, 0xDE, 0xFF));
     format.setUnderlineStyle(QTextCharFormat::DotLine);
-    format.setUnderlineColor(dark ? AccentBorder : AccentPurple);
+    format.setUnderlineColor(dark ? accentBorder : accentPurple);
     return format;
 }
 

@@ -14,11 +14,11 @@ class QTextDocument;
 namespace PopupStyle
 {
 
-inline constexpr QColor AccentPurple(108, 61, 245);
-inline constexpr QColor AccentBorder(172, 144, 255);
+inline constexpr QColor accentPurple(108, 61, 245);
+inline constexpr QColor accentBorder(172, 144, 255);
 
 /// Size of the answer's letters, in points.
-inline constexpr int ResultTextSize = 15;
+inline constexpr int resultTextSize = 15;
 
 /// A thin scroll bar that fits beside the grid's columns. Its handle has a contrast of at least 3
 /// to the background of `palette`, light or dark.

@@ -12,14 +12,14 @@ using namespace std::chrono_literals;
 namespace
 {
 
-constexpr auto DelayBeforeMoving = 150ms;
-constexpr auto StepInterval = 33ms;
+constexpr auto delayBeforeMoving = 150ms;
+constexpr auto stepInterval = 33ms;
 /// Part of the line's length that the piece moves at each step, and that the piece is long.
-constexpr qreal StepLength = 0.02;
-constexpr qreal PieceLength = 0.3;
+constexpr qreal stepLength = 0.02;
+constexpr qreal pieceLength = 0.3;
 
-constexpr QColor Accent(108, 61, 245);
-constexpr QColor Red(0xC6, 0x28, 0x28);
+constexpr QColor accent(108, 61, 245);
+constexpr QColor failureRed(0xC6, 0x28, 0x28);
 
 } // namespace
 
@@ -28,14 +28,14 @@ ProgressLine::ProgressLine(QWidget *parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     m_delay.setSingleShot(true);
-    m_delay.setInterval(DelayBeforeMoving);
-    m_step.setInterval(StepInterval);
+    m_delay.setInterval(delayBeforeMoving);
+    m_step.setInterval(stepInterval);
     connect(&m_delay, &QTimer::timeout, this, [this] {
         m_step.start();
         update();
     });
     connect(&m_step, &QTimer::timeout, this, [this] {
-        m_place += StepLength;
+        m_place += stepLength;
         if (m_place >= 1)
             m_place = 0;
         update();
@@ -58,10 +58,10 @@ void ProgressLine::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     if (m_state == State::Stopped) {
-        painter.fillRect(rect(), Red);
+        painter.fillRect(rect(), failureRed);
     } else if (m_step.isActive()) {
         // The piece comes in at one end and leaves at the other.
-        const qreal from = m_place * (1 + PieceLength) - PieceLength;
-        painter.fillRect(QRectF(from * width(), 0, PieceLength * width(), height()), Accent);
+        const qreal from = m_place * (1 + pieceLength) - pieceLength;
+        painter.fillRect(QRectF(from * width(), 0, pieceLength * width(), height()), accent);
     }
 }

@@ -22,17 +22,17 @@ namespace
 {
 
 /// Height of the progress line, and its distance from the rounded corners; points.
-constexpr int LineHeight = 2;
-constexpr int LineInset = 8;
+constexpr int lineHeight = 2;
+constexpr int lineInset = 8;
 /// Distance of the small control from the frame's edges, leaving the scroll bar free; points.
-constexpr int ToggleInset = 12;
+constexpr int toggleInset = 12;
 
 /// After an edit, the comparison waits until the user pauses.
-constexpr auto CompareDelay = 200ms;
+constexpr auto compareDelay = 200ms;
 /// Longer texts are not compared.
-constexpr qsizetype MaxComparedLength = 200'000;
+constexpr qsizetype maxComparedLength = 200'000;
 /// Where less of the words is kept, nearly everything would be tinted.
-constexpr double MinLikenessForTint = 0.3;
+constexpr double minLikenessForTint = 0.3;
 
 } // namespace
 
@@ -73,7 +73,7 @@ ResultArea::ResultArea(const QString &command, QWidget *parent)
     });
 
     m_compareLater.setSingleShot(true);
-    m_compareLater.setInterval(CompareDelay);
+    m_compareLater.setInterval(compareDelay);
     connect(&m_compareLater, &QTimer::timeout, this, &ResultArea::compare);
     connect(m_textView, &ResultTextView::textChanged, this, [this] { m_compareLater.start(); });
     m_line->setState(ProgressLine::State::Running);
@@ -132,8 +132,8 @@ std::optional<QString> ResultArea::textToApply() const
 bool ResultArea::canCompare() const
 {
     return m_answer && !isNote(*m_answer) && !m_source.isEmpty() &&
-           m_source.size() <= MaxComparedLength &&
-           m_textView->document()->characterCount() <= MaxComparedLength &&
+           m_source.size() <= maxComparedLength &&
+           m_textView->document()->characterCount() <= maxComparedLength &&
            m_textView->showsCharacterByCharacter();
 }
 
@@ -148,7 +148,7 @@ void ResultArea::compare()
     }
     const QString text = m_textView->string();
     const QList<TextDifference::Change> changes = TextDifference::changes(m_source, text);
-    const bool isRewriting = TextDifference::likeness(m_source, text) >= MinLikenessForTint;
+    const bool isRewriting = TextDifference::likeness(m_source, text) >= minLikenessForTint;
     m_textView->markChanges(isRewriting ? changes : QList<TextDifference::Change>());
     m_textView->setAccessibleDescription(
         changes.isEmpty() ? localized("Nothing has changed.")
@@ -193,15 +193,15 @@ void ResultArea::takeBack(const TextDifference::Change &change)
 void ResultArea::placeToggle()
 {
     m_toggle->adjustSize();
-    m_toggle->move(width() - m_toggle->width() - ToggleInset,
-                   height() - m_toggle->height() - ToggleInset / 2);
+    m_toggle->move(width() - m_toggle->width() - toggleInset,
+                   height() - m_toggle->height() - toggleInset / 2);
     m_toggle->raise();
 }
 
 void ResultArea::resizeEvent(QResizeEvent *event)
 {
     QFrame::resizeEvent(event);
-    m_line->setGeometry(LineInset, 0, width() - 2 * LineInset, LineHeight);
+    m_line->setGeometry(lineInset, 0, width() - 2 * lineInset, lineHeight);
     m_line->raise();
     placeToggle();
 }

@@ -14,16 +14,16 @@
 namespace
 {
 
-/// A line longer than LongLine is laid out in pieces: the time to lay out a block grows faster than
-/// its length, and every edit lays out its whole block again.
-constexpr qsizetype LongLine = 8000;
-constexpr qsizetype Piece = 2000;
+/// A line longer than longLineLength is laid out in pieces: the time to lay out a block grows
+/// faster than its length, and every edit lays out its whole block again.
+constexpr qsizetype longLineLength = 8000;
+constexpr qsizetype maxPieceLength = 2000;
 
 /// More marks than this cost more time than they help.
-constexpr qsizetype MaxMarks = 2000;
+constexpr qsizetype maxMarks = 2000;
 
 /// User state of a block that continues the line of the block before it.
-constexpr int Continues = 1;
+constexpr int continuesLine = 1;
 
 /// QTextDocument keeps these two for itself and would take them for its own structure.
 bool isReserved(QChar c)
@@ -31,11 +31,11 @@ bool isReserved(QChar c)
     return c.unicode() == 0xFDD0 || c.unicode() == 0xFDD1;
 }
 
-/// Where to cut a long line at about `Piece` characters: after a space where there is one, and
-/// never inside a surrogate pair.
+/// Where to cut a long line at about `maxPieceLength` characters: after a space where there is one,
+/// and never inside a surrogate pair.
 qsizetype pieceEnd(QStringView line, qsizetype from)
 {
-    const qsizetype limit = from + Piece;
+    const qsizetype limit = from + maxPieceLength;
     if (limit >= line.size())
         return line.size();
     const qsizetype space = line.first(limit).lastIndexOf(u' ');
@@ -65,7 +65,7 @@ ResultTextView::ResultTextView(QWidget *parent)
     : QPlainTextEdit(parent)
 {
     QFont textFont = font();
-    textFont.setPixelSize(PopupStyle::ResultTextSize);
+    textFont.setPixelSize(PopupStyle::resultTextSize);
     setFont(textFont);
     setFrameShape(QFrame::NoFrame);
     setTabChangesFocus(true);
@@ -85,7 +85,7 @@ void ResultTextView::setString(const QString &text)
             shown += u'\n';
             ++blocks;
         }
-        if (line.size() <= LongLine) {
+        if (line.size() <= longLineLength) {
             shown += line;
             continue;
         }
@@ -101,7 +101,7 @@ void ResultTextView::setString(const QString &text)
     }
     setPlainText(displayable(shown));
     for (qsizetype number : continued)
-        document()->findBlockByNumber(static_cast<int>(number)).setUserState(Continues);
+        document()->findBlockByNumber(static_cast<int>(number)).setUserState(continuesLine);
     m_original = text;
     document()->setModified(false);
 }
@@ -120,9 +120,9 @@ void ResultTextView::append(const QString &piece)
     end.movePosition(QTextCursor::End);
     // Each piece lays out its whole line again, so a long line continues in a new block.
     const int length = end.block().length();
-    if (length > Piece && !end.block().text().at(length - 2).isHighSurrogate()) {
+    if (length > maxPieceLength && !end.block().text().at(length - 2).isHighSurrogate()) {
         end.insertBlock();
-        end.block().setUserState(Continues);
+        end.block().setUserState(continuesLine);
     }
     end.insertText(displayable(piece));
     m_original += piece;
@@ -145,7 +145,7 @@ void ResultTextView::markChanges(const QList<TextDifference::Change> &changes)
     QList<QTextEdit::ExtraSelection> marks;
     const QTextCharFormat format = PopupStyle::changeFormat(palette());
     for (const TextDifference::Change &change : changes) {
-        if (change.newLength == 0 || marks.size() >= MaxMarks)
+        if (change.newLength == 0 || marks.size() >= maxMarks)
             continue;
         QTextEdit::ExtraSelection mark;
         mark.cursor = rangeCursor(change.newFrom, change.newLength);
@@ -185,7 +185,7 @@ QString ResultTextView::joined(const QTextCursor &selection) const
     const int end = selection.selectionEnd();
     QTextBlock block = document()->findBlock(start);
     for (bool first = true; block.isValid() && block.position() <= end; block = block.next()) {
-        if (!first && block.userState() != Continues)
+        if (!first && block.userState() != continuesLine)
             text += u'\n';
         first = false;
         const int from = std::max(start - block.position(), 0);

@@ -18,8 +18,8 @@ namespace
 {
 
 /// How much of the next tool stays in view beside the one that was chosen, in points.
-constexpr int NeighbourMargin = 60;
-constexpr int FadeWidth = 28;
+constexpr int neighbourMargin = 60;
+constexpr int fadeWidth = 28;
 
 } // namespace
 
@@ -88,14 +88,14 @@ void ToolRow::reveal(PillButton *button)
     m_revealed = button;
     // Before it is shown, the row does not have its size.
     if (isVisible())
-        ensureWidgetVisible(button, NeighbourMargin, 0);
+        ensureWidgetVisible(button, neighbourMargin, 0);
 }
 
 void ToolRow::showEvent(QShowEvent *event)
 {
     QScrollArea::showEvent(event);
     if (m_revealed)
-        ensureWidgetVisible(m_revealed, NeighbourMargin, 0);
+        ensureWidgetVisible(m_revealed, neighbourMargin, 0);
     updateFades();
 }
 
@@ -152,8 +152,8 @@ void ToolRow::updateFades()
 {
     const QScrollBar *bar = horizontalScrollBar();
     const int height = viewport()->height();
-    m_leftFade->setGeometry(0, 0, FadeWidth, height);
-    m_rightFade->setGeometry(width() - FadeWidth, 0, FadeWidth, height);
+    m_leftFade->setGeometry(0, 0, fadeWidth, height);
+    m_rightFade->setGeometry(width() - fadeWidth, 0, fadeWidth, height);
     m_leftFade->setVisible(bar->value() > bar->minimum());
     m_rightFade->setVisible(bar->value() < bar->maximum());
     m_leftFade->raise();

@@ -26,10 +26,10 @@ namespace
 {
 
 /// Points.
-constexpr int Width = 520;
-constexpr int Height = 620;
-constexpr int Margin = 28;
-constexpr int ListHeight = 84;
+constexpr int windowWidth = 520;
+constexpr int windowHeight = 620;
+constexpr int margin = 28;
+constexpr int listHeight = 84;
 
 QLabel *text(const QString &words)
 {
@@ -67,7 +67,7 @@ SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *pare
 
     auto *page = new QWidget;
     auto *sections = new QVBoxLayout(page);
-    sections->setContentsMargins(Margin, Margin / 2, Margin, Margin);
+    sections->setContentsMargins(margin, margin / 2, margin, margin);
     sections->setSpacing(8);
     addPermission(sections);
     addShortcut(sections);
@@ -87,7 +87,7 @@ SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *pare
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
-    resize(Width, Height);
+    resize(windowWidth, windowHeight);
 
     auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     connect(escape, &QShortcut::activated, this, &QWidget::close);
@@ -177,7 +177,7 @@ void SettingsWindow::addPrograms(QBoxLayout *layout)
                                      "other mouse button, adds one.")));
     m_programs = new QListWidget;
     m_programs->setAccessibleName(localized("Programs that Quillet stays out of"));
-    m_programs->setFixedHeight(ListHeight);
+    m_programs->setFixedHeight(listHeight);
     m_remove = new QPushButton(localized("Remove"));
     connect(m_remove, &QPushButton::clicked, this, &SettingsWindow::removeProgram);
     connect(m_programs, &QListWidget::itemSelectionChanged, this,
@@ -195,7 +195,7 @@ void SettingsWindow::addSwitchedPrograms(QBoxLayout *layout)
                        "in their menu entry.")));
     m_switchedPrograms = new QListWidget;
     m_switchedPrograms->setAccessibleName(localized("Programs whose switch is on"));
-    m_switchedPrograms->setFixedHeight(ListHeight);
+    m_switchedPrograms->setFixedHeight(listHeight);
     m_switchOff = new QPushButton(localized("Turn off"));
     connect(m_switchOff, &QPushButton::clicked, this, &SettingsWindow::switchProgramOff);
     connect(m_switchedPrograms, &QListWidget::itemSelectionChanged, this,

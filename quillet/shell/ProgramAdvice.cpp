@@ -11,7 +11,7 @@
 namespace
 {
 
-const QString MentionedKey = QStringLiteral("programsMentioned");
+const QString mentionedKey = QStringLiteral("programsMentioned");
 
 } // namespace
 
@@ -24,11 +24,11 @@ ProgramAdvice::ProgramAdvice(platform::ProgramAccess *access, Notice &notice, QS
 
 bool ProgramAdvice::wasMentioned(const QString &key)
 {
-    QStringList mentioned = m_store.value(MentionedKey).toStringList();
+    QStringList mentioned = m_store.value(mentionedKey).toStringList();
     if (mentioned.contains(key))
         return true;
     mentioned.append(key);
-    m_store.setValue(MentionedKey, mentioned);
+    m_store.setValue(mentionedKey, mentioned);
     return false;
 }
 

@@ -15,7 +15,7 @@ namespace
 {
 
 /// More than this is not copied into this process for the sake of bringing it back.
-constexpr qsizetype MaxFormerSize = 16 * 1024 * 1024;
+constexpr qsizetype maxFormerSize = 16 * 1024 * 1024;
 
 /// What is on the clipboard, as far as it is small enough to be kept; null when there is nothing.
 std::shared_ptr<QMimeData> copyOf(const QMimeData *content)
@@ -27,7 +27,7 @@ std::shared_ptr<QMimeData> copyOf(const QMimeData *content)
     for (const QString &format : content->formats()) {
         const QByteArray data = content->data(format);
         size += data.size();
-        if (size > MaxFormerSize)
+        if (size > maxFormerSize)
             return {};
         copy->setData(format, data);
     }

@@ -13,8 +13,8 @@
 namespace
 {
 
-constexpr int TitleSize = 13;
-constexpr QColor FocusRing(0x6C, 0x3D, 0xF5, 0xA0);
+constexpr int titleSize = 13;
+constexpr QColor focusRing(0x6C, 0x3D, 0xF5, 0xA0);
 
 } // namespace
 
@@ -23,7 +23,7 @@ PillButton::PillButton(const QString &title, QWidget *parent)
 {
     setText(title);
     QFont titleFont = font();
-    titleFont.setPixelSize(TitleSize);
+    titleFont.setPixelSize(titleSize);
     setFont(titleFont);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
@@ -70,7 +70,7 @@ void PillButton::paintEvent(QPaintEvent *)
         // On the accent colour its own ring would not be seen.
         const bool isDark = m_look.title.lightness() > 127;
         const qreal gap = std::max(2.0, m_look.borderWidth + 1);
-        painter.setPen(QPen(isDark ? QColor(Qt::white) : FocusRing, 2));
+        painter.setPen(QPen(isDark ? QColor(Qt::white) : focusRing, 2));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(QRectF(rect()).adjusted(gap, gap, -gap, -gap), radius - gap + inset,
                                 radius - gap + inset);

@@ -22,14 +22,14 @@ namespace
 
 /// The characters that a query item keeps as they are: RFC 3986's pchar, "/" and "?", less those
 /// that separate items. The plus sign is among them.
-constexpr char KeptInQueryItem[] = "!$'()*+,-./:?@_~";
+constexpr char keptInQueryItem[] = "!$'()*+,-./:?@_~";
 
 QByteArray encodedQuery(const QMap<QString, QString> &parameters)
 {
     QByteArrayList items;
     for (auto it = parameters.begin(); it != parameters.end(); ++it)
-        items.append(QUrl::toPercentEncoding(it.key(), KeptInQueryItem) + '=' +
-                     QUrl::toPercentEncoding(it.value(), KeptInQueryItem));
+        items.append(QUrl::toPercentEncoding(it.key(), keptInQueryItem) + '=' +
+                     QUrl::toPercentEncoding(it.value(), keptInQueryItem));
     return items.join('&');
 }
 
@@ -179,7 +179,7 @@ private:
             m_answer.emplace(m_reply->rawHeader("Preference-Applied") == "live");
         const QByteArray bytes = m_reply->isOpen() ? m_reply->readAll() : QByteArray();
         m_size += bytes.size();
-        if (m_size > MaximumAnswerSize) {
+        if (m_size > maxAnswerSize) {
             m_reply->abort(); // concludes
             return;
         }
@@ -189,7 +189,7 @@ private:
 
     void conclude()
     {
-        if (m_size <= MaximumAnswerSize)
+        if (m_size <= maxAnswerSize)
             read();
         m_reply->deleteLater();
         call([this] { m_completion(result()); });
@@ -198,9 +198,9 @@ private:
 
     AnswerResult result() const
     {
-        if (m_size > MaximumAnswerSize) {
+        if (m_size > maxAnswerSize) {
             return BackendFailure(QStringLiteral("The answer is larger than %1 MB")
-                                      .arg(MaximumAnswerSize / (1024 * 1024)));
+                                      .arg(maxAnswerSize / (1024 * 1024)));
         }
         const auto error = m_reply->error();
         const bool answered =

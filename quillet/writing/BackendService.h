@@ -92,7 +92,7 @@ public:
     /// Requests `from` with `parameters` as its query and calls `completion` exactly once: before
     /// the call returns when `from` is no URL, from the event loop otherwise. Any HTTP status with
     /// a body that is UTF-8 is a success. Gives up after 60 seconds without data, and on an answer
-    /// larger than MaximumAnswerSize bytes.
+    /// larger than maxAnswerSize bytes.
     void get(const QString &from, const QMap<QString, QString> &parameters, Completion completion);
 
     /// As get(), and meanwhile hands each piece of the answer to `beginning` as it comes. The
@@ -101,7 +101,7 @@ public:
     getAsItComes(const QString &from, const QMap<QString, QString> &parameters, Beginning beginning,
                  AnswerCompletion completion);
 
-    static constexpr qint64 MaximumAnswerSize = 32 * 1024 * 1024;
+    static constexpr qint64 maxAnswerSize = 32 * 1024 * 1024;
 
 private:
     class Transfer;

@@ -320,7 +320,7 @@ AXError AtspiAccessibility::copyFocusedBelow(const RemoteElement &element, AXVal
         ObjectRef parent;
         Pipeline pipeline(*application);
         pipeline.property(
-            above.path, atspi::AccessibleInterface, "Parent", "(so)",
+            above.path, atspi::accessibleInterface, "Parent", "(so)",
             [&](DBusMessage &reply) { parent = reply.readObject().value_or(ObjectRef()); });
         if (!pipeline.wait())
             return AXError::CannotComplete;

@@ -30,7 +30,7 @@ void AtspiApplication::missedDeadline()
     m_answering = false;
     if (m_probing)
         return;
-    m_probing = call(atspi::rootPath, atspi::AccessibleInterface, "GetRole",
+    m_probing = call(atspi::rootPath, atspi::accessibleInterface, "GetRole",
                      [this](DBusMessage &) { m_probing = false; });
 }
 
@@ -52,12 +52,12 @@ void AtspiApplication::askForPrivate()
     if (m_askedForPrivate || !m_listener)
         return;
     m_askedForPrivate = true;
-    m_listener->call(m_busName, atspi::rootPath, atspi::ApplicationInterface,
+    m_listener->call(m_busName, atspi::rootPath, atspi::applicationInterface,
                      "GetApplicationBusAddress", noting([this](DBusMessage &reply) {
                          if (const auto address = reply.readBytes())
                              connectDirectly(*address);
                      }),
-                     CallChannel::WithoutLimit);
+                     CallChannel::withoutLimit);
 }
 
 // The address is the application's own claim: it may name a transport that runs a command, or the
@@ -82,12 +82,12 @@ void AtspiApplication::introduce()
     if (m_introduced || !m_bus)
         return;
     m_introduced = true;
-    m_bus->call(m_busName, atspi::rootPath, atspi::PropertiesInterface, "Get",
+    m_bus->call(m_busName, atspi::rootPath, atspi::propertiesInterface, "Get",
                 noting([this](DBusMessage &reply) {
                     if (reply.enterVariant("s"))
                         m_toolkit = reply.readBytes().value_or(QByteArray());
                 }),
-                CallChannel::WithoutLimit, "ss", atspi::ApplicationInterface, "ToolkitName");
+                CallChannel::withoutLimit, "ss", atspi::applicationInterface, "ToolkitName");
 }
 
 CallChannel::Handler AtspiApplication::noting(CallChannel::Handler handler)
@@ -111,7 +111,7 @@ sd_bus_message *AtspiApplication::newCall(const QByteArray &path, const char *in
 bool AtspiApplication::send(sd_bus_message *message, CallChannel::Handler handler)
 {
     CallChannel *to = connection();
-    return to && to->send(message, noting(std::move(handler)), CallChannel::WithoutLimit);
+    return to && to->send(message, noting(std::move(handler)), CallChannel::withoutLimit);
 }
 
 bool AtspiApplication::waitFor(const std::function<bool()> &done, QDeadlineTimer deadline)
@@ -127,7 +127,7 @@ void Pipeline::property(const QByteArray &path, const char *interface, const cha
                         const char *type, CallChannel::Handler handler)
 {
     call(
-        path, atspi::PropertiesInterface, "Get",
+        path, atspi::propertiesInterface, "Get",
         [type, handler = std::move(handler)](DBusMessage &reply) {
             if (reply.enterVariant(type))
                 handler(reply);

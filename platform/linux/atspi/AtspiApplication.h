@@ -48,7 +48,7 @@ public:
     {
         CallChannel *to = connection();
         return to && to->call(destination(to), path, interface, member, noting(std::move(handler)),
-                              CallChannel::WithoutLimit, types, args...);
+                              CallChannel::withoutLimit, types, args...);
     }
     sd_bus_message *newCall(const QByteArray &path, const char *interface, const char *member);
     bool send(sd_bus_message *message, CallChannel::Handler handler);

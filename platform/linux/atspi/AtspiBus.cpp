@@ -112,7 +112,7 @@ void AtspiBus::readEnabled()
     if (!m_session)
         return;
     m_session->call(
-        a11yBusName, a11yBusPath, atspi::PropertiesInterface, "Get",
+        a11yBusName, a11yBusPath, atspi::propertiesInterface, "Get",
         [this](DBusMessage &reply) {
             if (!reply.enterVariant("b")) {
                 setService(Service::Missing, false);
@@ -137,7 +137,7 @@ void AtspiBus::setEnabled(bool enabled)
     if (!m_session)
         return;
     m_session->call(
-        a11yBusName, a11yBusPath, atspi::PropertiesInterface, "Set",
+        a11yBusName, a11yBusPath, atspi::propertiesInterface, "Set",
         [this](DBusMessage &) { readEnabled(); }, serviceLimit, "ssv", a11yStatus, "IsEnabled", "b",
         int(enabled));
 }
@@ -314,7 +314,7 @@ void AtspiBus::registerListeners()
         return;
     for (const Listener &listener : listeners) {
         sd_bus_message *message = m_reports->newCall(atspi::registryName, atspi::registryPath,
-                                                     atspi::RegistryInterface, "RegisterEvent");
+                                                     atspi::registryInterface, "RegisterEvent");
         if (!message)
             return;
         // The event, the properties to send along, and the only application to listen to.
@@ -343,14 +343,14 @@ void AtspiBus::tellOfPause()
     if (!m_calls)
         return;
     m_calls->call(
-        atspi::registryName, atspi::registryPath, atspi::RegistryInterface, "GetRegisteredEvents",
+        atspi::registryName, atspi::registryPath, atspi::registryInterface, "GetRegisteredEvents",
         [this, told = std::exchange(m_toldOfPause, {})](DBusMessage &) {
             for (const auto &[busName, known] : told) {
                 // Not "Ping" of org.freedesktop.DBus.Peer, which a thread of Qt's answers.
                 if (m_calls)
                     m_calls->call(
-                        busName, atspi::rootPath, atspi::AccessibleInterface, "GetState",
-                        [known = known](DBusMessage &) { known(); }, DBusConnection::WithoutLimit);
+                        busName, atspi::rootPath, atspi::accessibleInterface, "GetState",
+                        [known = known](DBusMessage &) { known(); }, DBusConnection::withoutLimit);
             }
         },
         serviceLimit);

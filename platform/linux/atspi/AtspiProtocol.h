@@ -16,15 +16,15 @@ inline constexpr char registryName[] = "org.a11y.atspi.Registry";
 inline constexpr char registryPath[] = "/org/a11y/atspi/registry";
 inline constexpr char rootPath[] = "/org/a11y/atspi/accessible/root";
 
-inline constexpr char RegistryInterface[] = "org.a11y.atspi.Registry";
-inline constexpr char AccessibleInterface[] = "org.a11y.atspi.Accessible";
-inline constexpr char ApplicationInterface[] = "org.a11y.atspi.Application";
-inline constexpr char CollectionInterface[] = "org.a11y.atspi.Collection";
-inline constexpr char ComponentInterface[] = "org.a11y.atspi.Component";
-inline constexpr char EditableTextInterface[] = "org.a11y.atspi.EditableText";
-inline constexpr char TextInterface[] = "org.a11y.atspi.Text";
-inline constexpr char ValueInterface[] = "org.a11y.atspi.Value";
-inline constexpr char PropertiesInterface[] = "org.freedesktop.DBus.Properties";
+inline constexpr char registryInterface[] = "org.a11y.atspi.Registry";
+inline constexpr char accessibleInterface[] = "org.a11y.atspi.Accessible";
+inline constexpr char applicationInterface[] = "org.a11y.atspi.Application";
+inline constexpr char collectionInterface[] = "org.a11y.atspi.Collection";
+inline constexpr char componentInterface[] = "org.a11y.atspi.Component";
+inline constexpr char editableTextInterface[] = "org.a11y.atspi.EditableText";
+inline constexpr char textInterface[] = "org.a11y.atspi.Text";
+inline constexpr char valueInterface[] = "org.a11y.atspi.Value";
+inline constexpr char propertiesInterface[] = "org.freedesktop.DBus.Properties";
 
 enum class Role : std::uint32_t {
     Alert = 2,

@@ -22,7 +22,7 @@ class CallChannel : public QObject
     Q_OBJECT
 public:
     using Handler = std::function<void(DBusMessage &)>;
-    static constexpr quint64 WithoutLimit = UINT64_MAX;
+    static constexpr quint64 withoutLimit = UINT64_MAX;
 
     using QObject::QObject;
 

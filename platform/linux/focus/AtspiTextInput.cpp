@@ -64,7 +64,7 @@ void AtspiTextInput::read(Reader reader)
                         const bool asked =
                             edits && content->pieces.size() == 1 && application &&
                             application->call(
-                                path, atspi::TextInterface, "GetAttributeRun",
+                                path, atspi::textInterface, "GetAttributeRun",
                                 [text, onFormat](DBusMessage &reply) { onFormat(text, reply); },
                                 "ib", 0, 0);
                         if (!asked)
@@ -117,7 +117,7 @@ void AtspiTextInput::edit(const TextEdit &edit, Done done)
     const Place place = placeOf(*piece, edit.position, edit.length);
     const bool inserts = !edit.replacement.isEmpty();
     if (edit.length > 0)
-        m_application->call(place.path, atspi::EditableTextInterface, "DeleteText",
+        m_application->call(place.path, atspi::editableTextInterface, "DeleteText",
                             inserts ? CallChannel::Handler(noteNothing) : telling(done), "ii",
                             place.start, place.end);
     if (!inserts)
@@ -125,7 +125,7 @@ void AtspiTextInput::edit(const TextEdit &edit, Done done)
     const QByteArray text = edit.replacement.toUtf8();
     // The length is in bytes (ATK's atk_editable_text_insert_text); Qt takes UTF-16 units.
     const auto length = static_cast<qint32>(isQt() ? edit.replacement.size() : text.size());
-    m_application->call(place.path, atspi::EditableTextInterface, "InsertText", telling(done),
+    m_application->call(place.path, atspi::editableTextInterface, "InsertText", telling(done),
                         "isi", place.start, text.constData(), length);
 }
 
@@ -135,7 +135,7 @@ void AtspiTextInput::setContents(const QString &text, Done done)
         done(false);
         return;
     }
-    m_application->call(m_element.path, atspi::EditableTextInterface, "SetTextContents",
+    m_application->call(m_element.path, atspi::editableTextInterface, "SetTextContents",
                         telling(done), "s", text.toUtf8().constData());
 }
 
@@ -173,12 +173,12 @@ void AtspiTextInput::askToSelect(const Place &place, std::function<bool(qint32, 
         return;
     }
     // Chromium adds a selection where there is none, and changes the one that there is.
-    m_application->call(place.path, atspi::TextInterface, "AddSelection", noteNothing, "ii",
+    m_application->call(place.path, atspi::textInterface, "AddSelection", noteNothing, "ii",
                         place.start, place.end);
-    m_application->call(place.path, atspi::TextInterface, "SetSelection", noteNothing, "iii", 0,
+    m_application->call(place.path, atspi::textInterface, "SetSelection", noteNothing, "iii", 0,
                         place.start, place.end);
     m_application->call(
-        place.path, atspi::TextInterface, "GetSelection",
+        place.path, atspi::textInterface, "GetSelection",
         [isRight = std::move(isRight), done = std::move(done)](DBusMessage &reply) {
             const auto start = reply.readInt32();
             const auto end = reply.readInt32();
@@ -201,7 +201,7 @@ void AtspiTextInput::takeFocus()
 {
     // Never away from another window.
     if (m_application && m_focus.windowOf(m_element.busName) == m_window)
-        m_application->call(m_element.path, atspi::ComponentInterface, "GrabFocus", noteNothing);
+        m_application->call(m_element.path, atspi::componentInterface, "GrabFocus", noteNothing);
 }
 
 std::unique_ptr<TypingTarget> AtspiTextInput::typingTarget(const QString &selected)

@@ -91,7 +91,7 @@ void AtspiTypingTarget::askWhetherFocused()
     if (!application || m_ownWord->asking)
         return;
     m_ownWord->asking =
-        application->call(m_element.path, atspi::AccessibleInterface, "GetState",
+        application->call(m_element.path, atspi::accessibleInterface, "GetState",
                           [word = m_ownWord, burst = m_bursts](DBusMessage &reply) {
                               ElementFacts facts;
                               facts.setStates(reply.readUInt32s().value_or(QList<quint32>()));
@@ -132,7 +132,7 @@ std::optional<qint64> AtspiTypingTarget::characterCount()
     if (!isEditingHost(m_facts)) {
         std::optional<qint32> count;
         Pipeline pipeline(*application);
-        pipeline.property(m_element.path, atspi::TextInterface, "CharacterCount", "i",
+        pipeline.property(m_element.path, atspi::textInterface, "CharacterCount", "i",
                           [&](DBusMessage &reply) { count = reply.readInt32(); });
         if (!pipeline.wait() || count.value_or(-1) < 0)
             return std::nullopt;
@@ -141,7 +141,7 @@ std::optional<qint64> AtspiTypingTarget::characterCount()
         bool lastLineEmpty = false;
         Pipeline last(*application);
         last.call(
-            m_element.path, atspi::TextInterface, "GetText",
+            m_element.path, atspi::textInterface, "GetText",
             [&](DBusMessage &reply) { lastLineEmpty = reply.readBytes() == "\n"; }, "ii",
             *count - 1, *count);
         if (!last.wait())
@@ -189,16 +189,16 @@ std::optional<qint64> AtspiTypingTarget::askForSelection(AtspiApplication &appli
     qint32 count = 0;
     qint32 selections = 0;
     Pipeline pipeline(application);
-    pipeline.call(m_element.path, atspi::TextInterface, "GetNSelections",
+    pipeline.call(m_element.path, atspi::textInterface, "GetNSelections",
                   [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
     pipeline.call(
-        m_element.path, atspi::TextInterface, "GetSelection",
+        m_element.path, atspi::textInterface, "GetSelection",
         [&](DBusMessage &reply) {
             start = reply.readInt32().value_or(0);
             end = reply.readInt32().value_or(0);
         },
         "i", 0);
-    pipeline.property(m_element.path, atspi::TextInterface, "CharacterCount", "i",
+    pipeline.property(m_element.path, atspi::textInterface, "CharacterCount", "i",
                       [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
     if (!pipeline.wait())
         return std::nullopt;
@@ -218,14 +218,14 @@ std::optional<QString> AtspiTypingTarget::textBeforeCaret()
         return std::nullopt;
     std::optional<qint32> caret;
     Pipeline position(*application);
-    position.property(m_element.path, atspi::TextInterface, "CaretOffset", "i",
+    position.property(m_element.path, atspi::textInterface, "CaretOffset", "i",
                       [&](DBusMessage &reply) { caret = reply.readInt32(); });
     if (!position.wait() || caret.value_or(-1) < 0)
         return std::nullopt;
     std::optional<QString> text;
     Pipeline before(*application);
     before.call(
-        m_element.path, atspi::TextInterface, "GetText",
+        m_element.path, atspi::textInterface, "GetText",
         [&](DBusMessage &reply) {
             if (const std::optional<QByteArray> bytes = reply.readBytes())
                 text = QString::fromUtf8(*bytes);

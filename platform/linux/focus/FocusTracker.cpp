@@ -174,7 +174,7 @@ bool FocusTracker::verify(AtspiApplication &application, ApplicationFocus &focus
     for (int depth = 0; depth < deepestHost && mayBeInsideEditingHost(hostFacts); ++depth) {
         ObjectRef parent;
         Pipeline pipeline(application);
-        pipeline.property(host.path, atspi::AccessibleInterface, "Parent", "(so)",
+        pipeline.property(host.path, atspi::accessibleInterface, "Parent", "(so)",
                           [&](DBusMessage &reply) { parent = *reply.readObject(); });
         if (!pipeline.wait(deadline))
             return false;
@@ -275,7 +275,7 @@ void FocusTracker::refresh(AtspiApplication &application, ApplicationFocus &focu
     if (focus.facts.tag.isEmpty() && focus.attributeRequests < maxAttributeRequests) {
         ++focus.attributeRequests;
         application.call(
-            focus.element.path, atspi::AccessibleInterface, "GetAttributes",
+            focus.element.path, atspi::accessibleInterface, "GetAttributes",
             [this, busName = application.busName(), element = focus.element](DBusMessage &reply) {
                 const auto it = m_focus.find(busName);
                 const auto attributes = reply.readDictionary();
@@ -289,9 +289,9 @@ void FocusTracker::refresh(AtspiApplication &application, ApplicationFocus &focu
             });
     }
     if (focus.element != focus.reported)
-        application.call(focus.element.path, atspi::AccessibleInterface, "GetState",
+        application.call(focus.element.path, atspi::accessibleInterface, "GetState",
                          [asked](DBusMessage &reply) { asked(reply, false); });
-    application.call(focus.reported.path, atspi::AccessibleInterface, "GetState",
+    application.call(focus.reported.path, atspi::accessibleInterface, "GetState",
                      [asked](DBusMessage &reply) { asked(reply, true); });
 }
 

@@ -25,18 +25,18 @@ bool fetchFacts(AtspiApplication &application, const QByteArray &path, ElementFa
     ElementFacts fetched;
     bool known = false;
     Pipeline pipeline(application);
-    pipeline.call(path, atspi::AccessibleInterface, "GetRole", [&](DBusMessage &reply) {
+    pipeline.call(path, atspi::accessibleInterface, "GetRole", [&](DBusMessage &reply) {
         const auto role = reply.readUInt32();
         known = role.has_value();
         fetched.role = role.value_or(0);
     });
-    pipeline.call(path, atspi::AccessibleInterface, "GetState", [&](DBusMessage &reply) {
+    pipeline.call(path, atspi::accessibleInterface, "GetState", [&](DBusMessage &reply) {
         fetched.setStates(reply.readUInt32s().value_or(QList<quint32>()));
     });
-    pipeline.call(path, atspi::AccessibleInterface, "GetInterfaces", [&](DBusMessage &reply) {
+    pipeline.call(path, atspi::accessibleInterface, "GetInterfaces", [&](DBusMessage &reply) {
         fetched.setInterfaces(reply.readStrings().value_or(QList<QByteArray>()));
     });
-    pipeline.call(path, atspi::AccessibleInterface, "GetAttributes", [&](DBusMessage &reply) {
+    pipeline.call(path, atspi::accessibleInterface, "GetAttributes", [&](DBusMessage &reply) {
         fetched.setAttributes(
             reply.readDictionary().value_or(QList<std::pair<QByteArray, QByteArray>>()));
     });
@@ -61,7 +61,7 @@ AXError readNumber(AtspiApplication &application, const QByteArray &path, AXValu
 {
     std::optional<double> number;
     Pipeline pipeline(application);
-    pipeline.property(path, atspi::ValueInterface, "CurrentValue", "d",
+    pipeline.property(path, atspi::valueInterface, "CurrentValue", "d",
                       [&](DBusMessage &reply) { number = reply.readDouble(); });
     if (!pipeline.wait())
         return AXError::CannotComplete;
@@ -80,17 +80,17 @@ AXError readSelection(AtspiApplication &application, const QByteArray &path, boo
     std::optional<std::pair<qint32, qint32>> selection;
     qint32 count = 0;
     Pipeline pipeline(application);
-    pipeline.property(path, atspi::TextInterface, "CharacterCount", "i",
+    pipeline.property(path, atspi::textInterface, "CharacterCount", "i",
                       [&](DBusMessage &reply) { count = reply.readInt32().value_or(0); });
     pipeline.call(
-        path, atspi::TextInterface, "GetText",
+        path, atspi::textInterface, "GetText",
         [&](DBusMessage &reply) { text = reply.readString().value_or(QString()); }, "ii", 0, -1);
-    pipeline.property(path, atspi::TextInterface, "CaretOffset", "i",
+    pipeline.property(path, atspi::textInterface, "CaretOffset", "i",
                       [&](DBusMessage &reply) { caret = reply.readInt32(); });
-    pipeline.call(path, atspi::TextInterface, "GetNSelections",
+    pipeline.call(path, atspi::textInterface, "GetNSelections",
                   [&](DBusMessage &reply) { selections = reply.readInt32().value_or(0); });
     pipeline.call(
-        path, atspi::TextInterface, "GetSelection",
+        path, atspi::textInterface, "GetSelection",
         [&](DBusMessage &reply) {
             const auto start = reply.readInt32();
             const auto end = reply.readInt32();
@@ -119,7 +119,7 @@ AXError readChildren(AtspiApplication &application, const QByteArray &path,
 {
     std::optional<qint32> count;
     Pipeline first(application);
-    first.property(path, atspi::AccessibleInterface, "ChildCount", "i",
+    first.property(path, atspi::accessibleInterface, "ChildCount", "i",
                    [&](DBusMessage &reply) { count = reply.readInt32(); });
     if (!first.wait())
         return AXError::CannotComplete;
@@ -128,7 +128,7 @@ AXError readChildren(AtspiApplication &application, const QByteArray &path,
         return AXError::CannotComplete;
     std::optional<QList<ObjectRef>> refs;
     Pipeline second(application);
-    second.call(path, atspi::AccessibleInterface, "GetChildren",
+    second.call(path, atspi::accessibleInterface, "GetChildren",
                 [&](DBusMessage &reply) { refs = reply.readObjects(); });
     if (!second.wait())
         return AXError::CannotComplete;

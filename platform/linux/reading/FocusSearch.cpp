@@ -53,7 +53,7 @@ struct Search : std::enable_shared_from_this<Search> {
 
     void start()
     {
-        application->call(atspi::rootPath, atspi::AccessibleInterface, "GetChildren",
+        application->call(atspi::rootPath, atspi::accessibleInterface, "GetChildren",
                           [self = shared_from_this()](DBusMessage &reply) {
                               const auto children = reply.readObjects();
                               if (children && children->size() <= mostChildren)
@@ -70,13 +70,13 @@ struct Search : std::enable_shared_from_this<Search> {
         for (qsizetype i = 0; i < windows.size(); ++i) {
             const QByteArray path = windows.at(i).ref.path;
             outstanding += 2;
-            application->call(path, atspi::AccessibleInterface, "GetState",
+            application->call(path, atspi::accessibleInterface, "GetState",
                               [self = shared_from_this(), i](DBusMessage &reply) {
                                   self->windows[i].facts.setStates(
                                       reply.readUInt32s().value_or(QList<quint32>()));
                                   self->windowAnswered();
                               });
-            application->call(path, atspi::AccessibleInterface, "GetInterfaces",
+            application->call(path, atspi::accessibleInterface, "GetInterfaces",
                               [self = shared_from_this(), i](DBusMessage &reply) {
                                   self->windows[i].facts.setInterfaces(
                                       reply.readStrings().value_or(QList<QByteArray>()));
@@ -131,19 +131,19 @@ struct Search : std::enable_shared_from_this<Search> {
             };
             const auto visit = std::make_shared<Visit>();
             outstanding += 3;
-            application->call(path, atspi::AccessibleInterface, "GetState",
+            application->call(path, atspi::accessibleInterface, "GetState",
                               [self = shared_from_this(), visit](DBusMessage &reply) {
                                   --self->outstanding;
                                   visit->facts.setStates(
                                       reply.readUInt32s().value_or(QList<quint32>()));
                               });
-            application->call(path, atspi::AccessibleInterface, "GetRole",
+            application->call(path, atspi::accessibleInterface, "GetRole",
                               [self = shared_from_this(), visit](DBusMessage &reply) {
                                   --self->outstanding;
                                   visit->facts.role = reply.readUInt32().value_or(0);
                               });
             application->call(
-                path, atspi::PropertiesInterface, "Get",
+                path, atspi::propertiesInterface, "Get",
                 [self = shared_from_this(), visit, path](DBusMessage &reply) {
                     --self->outstanding;
                     if (visit->facts.has(State::Focused)) {
@@ -157,14 +157,14 @@ struct Search : std::enable_shared_from_this<Search> {
                         self->askChildren(path);
                     self->walk();
                 },
-                "ss", atspi::AccessibleInterface, "ChildCount");
+                "ss", atspi::accessibleInterface, "ChildCount");
         }
     }
 
     void askChildren(const QByteArray &path)
     {
         ++outstanding;
-        application->call(path, atspi::AccessibleInterface, "GetChildren",
+        application->call(path, atspi::accessibleInterface, "GetChildren",
                           [self = shared_from_this()](DBusMessage &reply) {
                               --self->outstanding;
                               const auto children = reply.readObjects();
@@ -184,7 +184,7 @@ bool getMatches(AtspiApplication &application, const QByteArray &path, const Mat
                 CallChannel::Handler handler)
 {
     const bool continued = !rule.after.isEmpty();
-    sd_bus_message *message = application.newCall(path, atspi::CollectionInterface,
+    sd_bus_message *message = application.newCall(path, atspi::collectionInterface,
                                                   continued ? "GetMatchesFrom" : "GetMatches");
     if (!message)
         return false;

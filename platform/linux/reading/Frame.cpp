@@ -73,15 +73,15 @@ AXError readFrame(AtspiApplication &application, const ObjectRef &element,
     ElementFacts now = facts;
     const auto askParent = [](Pipeline &pipeline, const QByteArray &path, ObjectRef &to) {
         pipeline.property(
-            path, atspi::AccessibleInterface, "Parent", "(so)",
+            path, atspi::accessibleInterface, "Parent", "(so)",
             [&to](DBusMessage &reply) { to = reply.readObject().value_or(ObjectRef()); });
     };
     {
         Pipeline pipeline(application);
         pipeline.call(
-            element.path, atspi::ComponentInterface, "GetExtents",
+            element.path, atspi::componentInterface, "GetExtents",
             [&](DBusMessage &reply) { extents = readExtents(reply); }, "u", quint32(coordinates));
-        pipeline.call(element.path, atspi::AccessibleInterface, "GetState",
+        pipeline.call(element.path, atspi::accessibleInterface, "GetState",
                       [&](DBusMessage &reply) {
                           now.setStates(reply.readUInt32s().value_or(QList<quint32>()));
                       });
@@ -103,10 +103,10 @@ AXError readFrame(AtspiApplication &application, const ObjectRef &element,
         std::optional<QRect> around;
         ObjectRef next;
         Pipeline pipeline(application);
-        pipeline.call(parent.path, atspi::AccessibleInterface, "GetRole",
+        pipeline.call(parent.path, atspi::accessibleInterface, "GetRole",
                       [&](DBusMessage &reply) { role = reply.readUInt32().value_or(0); });
         pipeline.call(
-            parent.path, atspi::ComponentInterface, "GetExtents",
+            parent.path, atspi::componentInterface, "GetExtents",
             [&](DBusMessage &reply) { around = readExtents(reply); }, "u", quint32(coordinates));
         askParent(pipeline, parent.path, next);
         // Better a frame that is not clipped than none: a busy application may need long for all

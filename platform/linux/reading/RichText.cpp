@@ -180,15 +180,15 @@ struct Reading : std::enable_shared_from_this<Reading> {
         seen.insert(path);
         node->path = path;
         node->facts.toolkit = application->toolkit();
-        ask(path, atspi::AccessibleInterface, "GetRole",
+        ask(path, atspi::accessibleInterface, "GetRole",
             [node](DBusMessage &reply) { node->facts.role = reply.readUInt32().value_or(0); });
-        ask(path, atspi::AccessibleInterface, "GetAttributes", [node](DBusMessage &reply) {
+        ask(path, atspi::accessibleInterface, "GetAttributes", [node](DBusMessage &reply) {
             node->facts.setAttributes(
                 reply.readDictionary().value_or(QList<std::pair<QByteArray, QByteArray>>()));
         });
         send(
             [&](CallChannel::Handler wrapped) {
-                return application->call(path, atspi::TextInterface, "GetText", std::move(wrapped),
+                return application->call(path, atspi::textInterface, "GetText", std::move(wrapped),
                                          "ii", 0, -1);
             },
             [this, node, path, depth](DBusMessage &reply) {
@@ -208,7 +208,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
 
     void readChildren(TextNode *node, const QByteArray &path, int depth)
     {
-        ask(path, atspi::AccessibleInterface, "GetChildren",
+        ask(path, atspi::accessibleInterface, "GetChildren",
             [this, node, depth](DBusMessage &reply) {
                 const auto children = reply.readObjects().value_or(QList<ObjectRef>());
                 if (children.size() > mostElements) {

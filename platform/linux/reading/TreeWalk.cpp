@@ -123,17 +123,17 @@ struct EditableWalk : Asking<EditableWalk> {
     template <typename Judge> void visit(const QByteArray &path, Judge judgeFacts)
     {
         const auto facts = std::make_shared<ElementFacts>();
-        ask(path, atspi::AccessibleInterface, "GetRole",
+        ask(path, atspi::accessibleInterface, "GetRole",
             [facts](DBusMessage &reply) { facts->role = reply.readUInt32().value_or(0); });
-        ask(path, atspi::AccessibleInterface, "GetState", [facts](DBusMessage &reply) {
+        ask(path, atspi::accessibleInterface, "GetState", [facts](DBusMessage &reply) {
             facts->setStates(reply.readUInt32s().value_or(QList<quint32>()));
         });
         ask(
-            path, atspi::PropertiesInterface, "Get",
+            path, atspi::propertiesInterface, "Get",
             [facts, judgeFacts](DBusMessage &reply) {
                 judgeFacts(*facts, reply.enterVariant("i") ? reply.readInt32().value_or(0) : 0);
             },
-            "ss", atspi::AccessibleInterface, "ChildCount");
+            "ss", atspi::accessibleInterface, "ChildCount");
     }
 
     void proceed()
@@ -157,7 +157,7 @@ struct EditableWalk : Asking<EditableWalk> {
 
     void askChildren(const QByteArray &path)
     {
-        ask(path, atspi::AccessibleInterface, "GetChildren",
+        ask(path, atspi::accessibleInterface, "GetChildren",
             [self = shared_from_this()](DBusMessage &reply) {
                 for (const ObjectRef &child : reply.readObjects().value_or(QList<ObjectRef>())) {
                     if (!child.isNull() && child.busName == self->application->busName())
@@ -303,17 +303,17 @@ struct TextWalk : Asking<TextWalk> {
     {
         const QByteArray path = nodes[index].path;
         const auto self = shared_from_this();
-        ask(path, atspi::AccessibleInterface, "GetRole", [self, index](DBusMessage &reply) {
+        ask(path, atspi::accessibleInterface, "GetRole", [self, index](DBusMessage &reply) {
             self->nodes[index].facts.role = reply.readUInt32().value_or(0);
         });
-        ask(path, atspi::AccessibleInterface, "GetState", [self, index](DBusMessage &reply) {
+        ask(path, atspi::accessibleInterface, "GetState", [self, index](DBusMessage &reply) {
             self->nodes[index].facts.setStates(reply.readUInt32s().value_or(QList<quint32>()));
         });
-        ask(path, atspi::AccessibleInterface, "GetAttributes", [self, index](DBusMessage &reply) {
+        ask(path, atspi::accessibleInterface, "GetAttributes", [self, index](DBusMessage &reply) {
             self->nodes[index].facts.setAttributes(
                 reply.readDictionary().value_or(QList<std::pair<QByteArray, QByteArray>>()));
         });
-        ask(path, atspi::AccessibleInterface, "GetInterfaces", [self, index](DBusMessage &reply) {
+        ask(path, atspi::accessibleInterface, "GetInterfaces", [self, index](DBusMessage &reply) {
             Node &node = self->nodes[index];
             node.facts.setInterfaces(reply.readStrings().value_or(QList<QByteArray>()));
             if (self->isLeftOut(index))
@@ -340,7 +340,7 @@ struct TextWalk : Asking<TextWalk> {
     void askText(size_t index)
     {
         ask(
-            nodes[index].path, atspi::TextInterface, "GetText",
+            nodes[index].path, atspi::textInterface, "GetText",
             [self = shared_from_this(), index](DBusMessage &reply) {
                 const QString text = reply.readString().value_or(QString());
                 if (text.contains(QChar::ObjectReplacementCharacter))
@@ -376,7 +376,7 @@ struct TextWalk : Asking<TextWalk> {
 
     void askChildren(size_t index)
     {
-        ask(nodes[index].path, atspi::AccessibleInterface, "GetChildren",
+        ask(nodes[index].path, atspi::accessibleInterface, "GetChildren",
             [self = shared_from_this(), index](DBusMessage &reply) {
                 const auto children = reply.readObjects().value_or(QList<ObjectRef>());
                 if (children.size() > maxChildren)

@@ -16,26 +16,26 @@ namespace fake
 class WindowServer : public platform::linux_::WindowServer
 {
 public:
-    static constexpr xcb_window_t Root = 100;
-    static constexpr xcb_window_t ManagerWindow = 101;
+    static constexpr xcb_window_t rootWindow = 100;
+    static constexpr xcb_window_t managerWindow = 101;
 
     QHash<xcb_window_t, std::int32_t> processes;
     QHash<xcb_window_t, xcb_window_t> parents;
     QHash<xcb_window_t, QRect> places;
     QSet<xcb_window_t> viewable;
-    xcb_window_t focus = Root;
+    xcb_window_t focus = rootWindow;
     bool hasManager = true;
     /// Whom the window manager was asked to activate.
     QList<xcb_window_t> activated;
     QList<xcb_window_t> focused;
     int questions = 0;
 
-    WindowServer() { addWindow(ManagerWindow, 1); }
+    WindowServer() { addWindow(managerWindow, 1); }
 
     void addWindow(xcb_window_t window, std::int32_t pid, const QRect &place = {0, 0, 100, 100})
     {
         processes.insert(window, pid);
-        parents.insert(window, Root);
+        parents.insert(window, rootWindow);
         places.insert(window, place);
         viewable.insert(window);
     }
@@ -44,7 +44,7 @@ public:
         m_active = window;
         xcb_property_notify_event_t event{};
         event.response_type = XCB_PROPERTY_NOTIFY;
-        event.window = Root;
+        event.window = rootWindow;
         event.atom = atom("_NET_ACTIVE_WINDOW");
         deliver(&event);
     }
@@ -70,7 +70,7 @@ public:
     void endManager()
     {
         hasManager = false;
-        destroy(ManagerWindow);
+        destroy(managerWindow);
     }
     /// Another client, or the user, moves the focus.
     void moveFocus(xcb_window_t window)
@@ -88,7 +88,7 @@ public:
             deliver(&event);
     }
 
-    xcb_window_t root() const override { return Root; }
+    xcb_window_t root() const override { return rootWindow; }
     xcb_atom_t atom(const QByteArray &name) override
     {
         if (!m_atoms.contains(name))
@@ -98,10 +98,10 @@ public:
     QList<quint32> items(xcb_window_t window, const QByteArray &property) override
     {
         ++questions;
-        if (window == Root && property == "_NET_ACTIVE_WINDOW")
+        if (window == rootWindow && property == "_NET_ACTIVE_WINDOW")
             return {m_active};
-        if (window == Root && property == "_NET_SUPPORTING_WM_CHECK")
-            return {ManagerWindow};
+        if (window == rootWindow && property == "_NET_SUPPORTING_WM_CHECK")
+            return {managerWindow};
         return {};
     }
     bool windowManagerSupports(const QByteArray &) override
@@ -142,7 +142,7 @@ public:
     xcb_timestamp_t serverTime() override { return 1; }
     bool select(xcb_window_t window, quint32) override
     {
-        if (window != Root && parents.contains(window) && !places.contains(window))
+        if (window != rootWindow && parents.contains(window) && !places.contains(window))
             return false;
         m_selected.insert(window);
         return true;

@@ -15,8 +15,8 @@ using namespace platform::linux_;
 namespace
 {
 
-constexpr xcb_window_t Editor = 1000;
-constexpr xcb_window_t Other = 2000;
+constexpr xcb_window_t editor = 1000;
+constexpr xcb_window_t other = 2000;
 
 /// The panel has the keyboard of the editor's window.
 class Borrowed : public testing::Test
@@ -24,10 +24,10 @@ class Borrowed : public testing::Test
 protected:
     Borrowed()
     {
-        server.addWindow(Editor, 10);
-        server.addWindow(Other, 20);
-        server.setActive(Editor);
-        server.focus = Editor;
+        server.addWindow(editor, 10);
+        server.addWindow(other, 20);
+        server.setActive(editor);
+        server.focus = editor;
         panels.prepare(&panel, true);
         panel.show();
         server.addWindow(window(), 1);
@@ -53,32 +53,32 @@ TEST_F(Borrowed, TheLenderGetsTheKeyboardBack)
     EXPECT_EQ(server.focus, window());
     EXPECT_TRUE(loan.isOut());
     giveBack();
-    EXPECT_EQ(server.focus, Editor);
+    EXPECT_EQ(server.focus, editor);
     EXPECT_EQ(answers, QList<bool>{true});
     EXPECT_FALSE(loan.isOut());
     giveBack();
     EXPECT_EQ(answers, (QList<bool>{true, true})) << "nothing is left to give back";
-    EXPECT_EQ(server.focused, QList<xcb_window_t>{Editor});
+    EXPECT_EQ(server.focused, QList<xcb_window_t>{editor});
 }
 
 TEST_F(Borrowed, APanelThatLeavesGivesItBackByItself)
 {
     panel.hide();
-    EXPECT_EQ(server.focus, Editor);
+    EXPECT_EQ(server.focus, editor);
     EXPECT_FALSE(loan.isOut());
 }
 
 TEST_F(Borrowed, TheUsersNextWindowKeepsIt)
 {
-    server.moveFocus(Other);
+    server.moveFocus(other);
     EXPECT_FALSE(loan.isOut());
     panel.hide();
     giveBack();
     EXPECT_EQ(answers, QList<bool>{false});
-    EXPECT_EQ(server.focus, Other);
+    EXPECT_EQ(server.focus, other);
     EXPECT_TRUE(server.focused.isEmpty() && server.activated.isEmpty());
 
-    server.moveFocus(Editor);
+    server.moveFocus(editor);
     giveBack();
     EXPECT_EQ(answers, (QList<bool>{false, true})) << "the user has gone back";
 }
@@ -89,10 +89,10 @@ TEST_F(Borrowed, TheUserTakesItWhileItIsBeingGivenBack)
     giveBack();
     EXPECT_TRUE(answers.isEmpty()) << "the window manager has not taken notice";
     EXPECT_TRUE(loan.isOut());
-    server.moveFocus(Other);
+    server.moveFocus(other);
     ASSERT_TRUE(waitUntil([this] { return !answers.isEmpty(); }));
     EXPECT_EQ(answers, QList<bool>{false});
-    EXPECT_EQ(server.focus, Other);
+    EXPECT_EQ(server.focus, other);
     EXPECT_TRUE(server.activated.isEmpty());
 }
 
@@ -101,34 +101,34 @@ TEST_F(Borrowed, TheWindowManagerIsAskedAgainUntilItAgrees)
     server.setActive(XCB_NONE);
     giveBack();
     ASSERT_TRUE(waitUntil([this] { return !server.activated.isEmpty(); }));
-    EXPECT_EQ(server.activated.first(), Editor);
-    server.setActive(Editor);
+    EXPECT_EQ(server.activated.first(), editor);
+    server.setActive(editor);
     EXPECT_EQ(answers, QList<bool>{true});
 }
 
 TEST_F(Borrowed, AWindowOutsideTheScreenHoldsTheKeyboardForNobody)
 {
-    constexpr xcb_window_t NoWindow = 3000;
-    server.addWindow(NoWindow, 30, QRect(-100, -100, 10, 10));
-    server.moveFocus(NoWindow);
+    constexpr xcb_window_t noWindow = 3000;
+    server.addWindow(noWindow, 30, QRect(-100, -100, 10, 10));
+    server.moveFocus(noWindow);
     giveBack();
-    EXPECT_EQ(server.focus, Editor);
+    EXPECT_EQ(server.focus, editor);
     EXPECT_EQ(answers, QList<bool>{true});
 }
 
 TEST_F(Borrowed, AWindowInsideTheLenderIsTheLender)
 {
-    constexpr xcb_window_t Inner = 1001;
-    server.parents.insert(Inner, Editor);
-    server.moveFocus(Inner);
+    constexpr xcb_window_t inner = 1001;
+    server.parents.insert(inner, editor);
+    server.moveFocus(inner);
     giveBack();
     EXPECT_EQ(answers, QList<bool>{true});
-    EXPECT_EQ(server.focus, Inner);
+    EXPECT_EQ(server.focus, inner);
 }
 
 TEST_F(Borrowed, ALenderThatIsGoneGetsNothing)
 {
-    server.destroy(Editor);
+    server.destroy(editor);
     giveBack();
     EXPECT_EQ(answers, QList<bool>{false});
 }

@@ -15,17 +15,17 @@ using namespace platform::linux_;
 namespace
 {
 
-constexpr xcb_window_t Editor = 1000;
-constexpr xcb_window_t Other = 2000;
+constexpr xcb_window_t editor = 1000;
+constexpr xcb_window_t other = 2000;
 
 class Windows : public testing::Test
 {
 protected:
     Windows()
     {
-        server.addWindow(Editor, 10);
-        server.addWindow(Other, 20);
-        server.setActive(Editor);
+        server.addWindow(editor, 10);
+        server.addWindow(other, 20);
+        server.setActive(editor);
     }
 
     std::uint32_t active()
@@ -42,26 +42,26 @@ protected:
 
 TEST_F(Windows, AskingCostsNothingWhileNothingChanges)
 {
-    EXPECT_EQ(active(), Editor);
+    EXPECT_EQ(active(), editor);
     EXPECT_EQ(windows.activeWindow()->pids, QList<std::int32_t>{10});
     server.questions = 0;
     for (int tick = 0; tick < 5; ++tick)
-        EXPECT_EQ(active(), Editor);
+        EXPECT_EQ(active(), editor);
     EXPECT_EQ(server.questions, 0);
-    server.setActive(Other);
-    EXPECT_EQ(active(), Other);
+    server.setActive(other);
+    EXPECT_EQ(active(), other);
     EXPECT_EQ(windows.activeWindow()->pids, QList<std::int32_t>{20});
 }
 
 TEST_F(Windows, OnlyAWindowOnTheScreenIsInFront)
 {
-    EXPECT_EQ(active(), Editor);
-    server.unmap(Editor);
+    EXPECT_EQ(active(), editor);
+    server.unmap(editor);
     EXPECT_EQ(active(), 0U);
 
-    server.setActive(Other);
-    EXPECT_EQ(active(), Other);
-    server.destroy(Other); // and the window manager leaves the property as it is
+    server.setActive(other);
+    EXPECT_EQ(active(), other);
+    server.destroy(other); // and the window manager leaves the property as it is
     EXPECT_EQ(active(), 0U);
     EXPECT_TRUE(windows.isAvailable());
 
@@ -76,18 +76,18 @@ TEST_F(Windows, APanelOfOursIsNeverInFront)
     panel.show();
     const auto window = xcb_window_t(panel.internalWinId());
     server.addWindow(window, 1);
-    server.focus = Editor;
-    EXPECT_EQ(active(), Editor);
+    server.focus = editor;
+    EXPECT_EQ(active(), editor);
     EXPECT_FALSE(windows.isKeyboardLent());
 
     loan.take(&panel);
     server.setActive(window);
-    EXPECT_EQ(active(), Editor) << "the window that lent the keyboard";
+    EXPECT_EQ(active(), editor) << "the window that lent the keyboard";
     EXPECT_TRUE(windows.isKeyboardLent());
-    server.unmap(Editor);
+    server.unmap(editor);
     EXPECT_EQ(active(), 0U);
-    server.setActive(Other);
-    EXPECT_EQ(active(), Other);
+    server.setActive(other);
+    EXPECT_EQ(active(), other);
 }
 
 TEST_F(Windows, AWindowManagerThatDiesLeavesItsPropertiesBehind)

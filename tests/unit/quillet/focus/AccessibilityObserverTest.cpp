@@ -16,9 +16,9 @@ using platform::CFRange;
 namespace
 {
 
-constexpr std::int32_t OwnPid = 1;
-constexpr std::int32_t EditorPid = 100;
-constexpr std::int32_t BrowserPid = 200;
+constexpr std::int32_t ownPid = 1;
+constexpr std::int32_t editorPid = 100;
+constexpr std::int32_t browserPid = 200;
 
 class RecordingButton : public InputButton
 {
@@ -41,19 +41,19 @@ protected:
     ObserverTest()
     {
         for (const auto &[pid, name] :
-             {std::pair{EditorPid, "Editor"}, {BrowserPid, "Browser"}, {OwnPid, "Quillet"}})
+             {std::pair{editorPid, "Editor"}, {browserPid, "Browser"}, {ownPid, "Quillet"}})
             workspace.running.insert(pid, {pid, QString::fromLatin1(name)});
-        workspace.frontmost = EditorPid;
+        workspace.frontmost = editorPid;
         capturedLines([this] {
             observer = std::make_unique<AccessibilityObserver>(
-                AccessibilityObserver::Collaborators{ax, workspace, button, OwnPid});
+                AccessibilityObserver::Collaborators{ax, workspace, button, ownPid});
         });
     }
 
     /// A text area that has its button.
     fake::ElementPtr areaInUse()
     {
-        auto area = makeElement("AXTextArea", EditorPid);
+        auto area = makeElement("AXTextArea", editorPid);
         ax.focus(area);
         tick();
         button.calls.clear();
@@ -78,7 +78,7 @@ TEST_F(ObserverTest, ObservesOnlyWithPermission)
     EXPECT_TRUE(observer->isObserving());
     ax.trusted = false;
     const QStringList lines = capturedLines([this] {
-        AccessibilityObserver idle({ax, workspace, button, OwnPid});
+        AccessibilityObserver idle({ax, workspace, button, ownPid});
         EXPECT_FALSE(idle.isObserving());
     });
     EXPECT_EQ(lines, QStringList{QStringLiteral("❌ Accessibility permissions not granted")});
@@ -86,7 +86,7 @@ TEST_F(ObserverTest, ObservesOnlyWithPermission)
 
 TEST_F(ObserverTest, ShowsOnceForAnInputAndFollowsItToAnotherApplication)
 {
-    auto area = makeElement("AXTextArea", EditorPid);
+    auto area = makeElement("AXTextArea", editorPid);
     ax.focus(area);
     EXPECT_EQ(tick(), (QStringList{
                           QStringLiteral("🎯 Focused app: Editor [PID: 100]"),
@@ -106,7 +106,7 @@ TEST_F(ObserverTest, ShowsOnceForAnInputAndFollowsItToAnotherApplication)
                       }));
     EXPECT_TRUE(button.calls.isEmpty());
 
-    auto other = makeElement("AXEditableText", BrowserPid);
+    auto other = makeElement("AXEditableText", browserPid);
     ax.focus(other);
     EXPECT_TRUE(tick().contains(QStringLiteral("🔁 App changed")));
     EXPECT_EQ(button.calls, (QStringList{QStringLiteral("hide"), QStringLiteral("show")}));
@@ -127,10 +127,10 @@ TEST_F(ObserverTest, AFailedQueryLeavesTheButtonAlone)
 TEST_F(ObserverTest, HidesOnOtherFocusUnlessWeAreInFront)
 {
     auto area = areaInUse();
-    auto push = makeElement("AXButton", EditorPid);
-    auto roleless = makeElement(nullptr, EditorPid);
+    auto push = makeElement("AXButton", editorPid);
+    auto roleless = makeElement(nullptr, editorPid);
 
-    workspace.frontmost = OwnPid;
+    workspace.frontmost = ownPid;
     ax.focus(push);
     EXPECT_EQ(tick().last(), QStringLiteral("⚠️ Skipping hide — our app is frontmost"));
     EXPECT_TRUE(button.calls.isEmpty());
@@ -152,7 +152,7 @@ TEST_F(ObserverTest, HidesOnOtherFocusUnlessWeAreInFront)
 TEST_F(ObserverTest, OurOwnWindowIsNoApplicationChange)
 {
     auto area = areaInUse();
-    ax.focus(makeElement("AXTextArea", OwnPid));
+    ax.focus(makeElement("AXTextArea", ownPid));
     EXPECT_FALSE(tick().contains(QStringLiteral("🔁 App changed")));
     EXPECT_EQ(button.calls, QStringList{QStringLiteral("show")});
     ax.focus(area);
@@ -207,7 +207,7 @@ TEST_F(ObserverTest, ClassifiesMailEditors)
 TEST_F(ObserverTest, APageStillBeingSearchedIsDecidedLater)
 {
     areaInUse();
-    auto page = makeElement("AXWebArea", EditorPid);
+    auto page = makeElement("AXWebArea", editorPid);
     ax.focus(page);
     ax.answer = platform::Accessibility::Answer::Pending;
     EXPECT_EQ(tick().last(), QStringLiteral("🔎 Role: AXWebArea"));
@@ -239,8 +239,8 @@ TEST_F(ObserverTest, AnInputThatIsGoneTakesItsButtonWithIt)
     EXPECT_EQ(button.calls.last(), QStringLiteral("show")) << "it is an input as before";
 
     // The tutorial's editor has given way to another page of our own window.
-    workspace.frontmost = OwnPid;
-    ax.focus(makeElement("AXButton", OwnPid));
+    workspace.frontmost = ownPid;
+    ax.focus(makeElement("AXButton", ownPid));
     button.calls.clear();
     button.lostInput = true;
     tick();
@@ -250,7 +250,7 @@ TEST_F(ObserverTest, AnInputThatIsGoneTakesItsButtonWithIt)
 TEST_F(ObserverTest, AnExcludedProgramIsNotRead)
 {
     QString excluded;
-    AccessibilityObserver::Collaborators all{ax, workspace, button, OwnPid};
+    AccessibilityObserver::Collaborators all{ax, workspace, button, ownPid};
     all.isExcluded = [&](const QString &program) { return program == excluded; };
     capturedLines([&] { observer = std::make_unique<AccessibilityObserver>(all); });
     areaInUse();

@@ -21,7 +21,7 @@ using namespace PopupLayout;
 namespace
 {
 
-const QRectF Screen(0, 0, 1440, 900);
+const QRectF screen(0, 0, 1440, 900);
 
 QRectF button(qreal x, qreal y)
 {
@@ -32,15 +32,15 @@ QRectF button(qreal x, qreal y)
 
 TEST(PopupLayout, GoesBelowTheButtonAndAboveWhereThereIsNoRoom)
 {
-    EXPECT_EQ(origin(button(700, 600), Screen), QPointF(527.5, 344));
-    EXPECT_EQ(origin(button(700, 256), Screen), QPointF(527.5, 0));
-    EXPECT_EQ(origin(button(700, 255), Screen), QPointF(527.5, 286));
+    EXPECT_EQ(origin(button(700, 600), screen), QPointF(527.5, 344));
+    EXPECT_EQ(origin(button(700, 256), screen), QPointF(527.5, 0));
+    EXPECT_EQ(origin(button(700, 255), screen), QPointF(527.5, 286));
 }
 
 TEST(PopupLayout, StaysWithinTheSidesOfTheScreen)
 {
-    EXPECT_EQ(origin(button(1410, 600), Screen).x(), 1070);
-    EXPECT_EQ(origin(button(5, 600), Screen).x(), 0);
+    EXPECT_EQ(origin(button(1410, 600), screen).x(), 1070);
+    EXPECT_EQ(origin(button(5, 600), screen).x(), 0);
     const QRectF second(1440, 0, 1000, 900);
     EXPECT_EQ(origin(button(1445, 600), second).x(), 1440);
 }

@@ -134,6 +134,6 @@ TEST_F(BackendServiceTest, GivesUpWhenNothingComes)
 
 TEST_F(BackendServiceTest, GivesUpOnAnAnswerWithoutEnd)
 {
-    const QByteArray body(BackendService::MaximumAnswerSize + 1'000'000, 'x');
+    const QByteArray body(BackendService::maxAnswerSize + 1'000'000, 'x');
     EXPECT_EQ(failure(HttpStub::reply(body)), QStringLiteral("The answer is larger than 32 MB"));
 }
