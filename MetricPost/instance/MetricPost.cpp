@@ -62,7 +62,7 @@ MetricPost::InstancePtr MetricPost::mainInstance(MetricPostManager &manager)
 {
     InstancePtr instance = manager.mainInstance();
     if (!instance) {
-        const QString message = QStringLiteral(
+        QString message = QStringLiteral(
             "You have to call initialize(token:trackAutomaticEvents:) before calling the main "
             "instance, or define a new main instance if removing the main one");
         MetricPostLogger::error([&] { return message; });

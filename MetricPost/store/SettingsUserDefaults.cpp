@@ -62,7 +62,7 @@ QVariant SettingsUserDefaults::valueNow(const QString &key) const
     const auto known = m_known.constFind(key);
     if (known != m_known.cend())
         return *known;
-    const QVariant stored = QSettings(m_path, QSettings::IniFormat).value(key);
+    QVariant stored = QSettings(m_path, QSettings::IniFormat).value(key);
     m_known.insert(key, stored);
     return stored;
 }

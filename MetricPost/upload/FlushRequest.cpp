@@ -124,7 +124,7 @@ bool FlushRequest::sendRequest(const QByteArray &requestData, FlushType type, bo
 std::shared_ptr<FlushRequest::Answer>
 FlushRequest::flushRequestHandler(const Resource<qint64> &resource)
 {
-    const auto answer = std::make_shared<Answer>();
+    auto answer = std::make_shared<Answer>();
     {
         const std::lock_guard lock(m_mutex);
         if (m_cancelled) {

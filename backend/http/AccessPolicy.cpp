@@ -21,7 +21,8 @@ bool equalInConstantTime(QByteArrayView a, QByteArrayView b)
 
 } // namespace
 
-AccessPolicy::AccessPolicy(const QHostAddress &address, QByteArray secret, QStringList hostNames)
+AccessPolicy::AccessPolicy(const QHostAddress &address, const QByteArray &secret,
+                           QStringList hostNames)
     : m_address(address)
     , m_credentials(secret.isEmpty() ? QByteArray() : QByteArray(userName) + ':' + secret)
     , m_path(secret.isEmpty()

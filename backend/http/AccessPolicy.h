@@ -19,7 +19,7 @@ public:
     /// `secret` is the password of HTTP Basic (RFC 7617), in UTF-8; empty: none
     /// is asked for. `hostNames` are accepted in the Host field in addition to
     /// "localhost", loopback addresses and `address` itself.
-    AccessPolicy(const QHostAddress &address, QByteArray secret, QStringList hostNames = {});
+    AccessPolicy(const QHostAddress &address, const QByteArray &secret, QStringList hostNames = {});
 
     /// The user name of the credentials.
     static constexpr const char *userName = "quillet";

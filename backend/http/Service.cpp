@@ -169,10 +169,11 @@ std::unique_ptr<PendingWork> Service::generate(const QHash<QString, QString> &it
                                                HttpRespond respond)
 {
     const EngineRequest request{items[QStringLiteral("command")], items[QStringLiteral("text")],
-                                [piece = respond.piece](const EnginePiece &part) {
+                                [piece = std::move(respond.piece)](const EnginePiece &part) {
                                     piece({bytesOf(part.text), part.startsOver});
                                 }};
-    return m_engine.answer(request, [complete = respond.complete](const EngineAnswer &answer) {
-        complete({answer.status, bytesOf(answer.text), headersOf(answer)});
-    });
+    return m_engine.answer(request,
+                           [complete = std::move(respond.complete)](const EngineAnswer &answer) {
+                               complete({answer.status, bytesOf(answer.text), headersOf(answer)});
+                           });
 }

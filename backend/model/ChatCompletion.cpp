@@ -63,7 +63,7 @@ QByteArray requestBody(const ModelSettings &settings, const ChatPrompt &prompt)
 QString errorName(const QJsonObject &error)
 {
     for (const auto *field : {u"code", u"type"}) {
-        const QString name = error.value(QString::fromUtf16(field)).toString();
+        QString name = error.value(QString::fromUtf16(field)).toString();
         const bool plain = std::all_of(name.cbegin(), name.cend(), [](QChar c) {
             return (c >= u'a' && c <= u'z') || c == u'_' || c.isDigit();
         });

@@ -41,14 +41,14 @@ class OfflineEngine::Private
 public:
     explicit Private(OfflinePaths where)
         : lexicon(where.dictionaries)
-        , paths(std::move(where))
+        , m_paths(std::move(where))
     {
     }
 
     /// Everything that the rewriting of English takes.
     struct English {
         explicit English(const Private &engine)
-            : grammar(engine.lexicon, engine.detector, verbs, engine.paths.rulesOff)
+            : grammar(engine.lexicon, engine.detector, verbs, engine.m_paths.rulesOff)
             , safe(u"concise.tsv", PhraseRule::Rows::Safe, verbs)
             , concise(u"concise.tsv", PhraseRule::Rows::All, verbs)
             , clear(u"clear.tsv", PhraseRule::Rows::All, verbs)
@@ -85,7 +85,7 @@ public:
     {
         std::call_once(m_translatorOnce, [this] {
             m_translator =
-                std::make_unique<Translator>(paths.apertium, paths.apertiumModes, detector);
+                std::make_unique<Translator>(m_paths.apertium, m_paths.apertiumModes, detector);
         });
         return *m_translator;
     }
@@ -111,7 +111,7 @@ public:
     LanguageDetector detector;
 
 private:
-    OfflinePaths paths;
+    OfflinePaths m_paths;
     std::once_flag m_englishOnce;
     std::unique_ptr<English> m_english;
     std::once_flag m_translatorOnce;

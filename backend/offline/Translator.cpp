@@ -196,7 +196,7 @@ QStringList Translator::route(const QString &from, const QString &to, const QSet
     const auto mode = [&modes](const Language &a, const Language &b) {
         for (const QString &left : a.codes) {
             for (const QString &right : b.codes) {
-                const QString name = left + u'-' + right;
+                QString name = left + u'-' + right;
                 if (modes.contains(name))
                     return name;
             }

@@ -12,13 +12,13 @@
 // that are read, and shares them among processes.
 asm(".section .rodata\n"
     ".balign 8\n"
-    ".global quillet_english_model\n"
-    "quillet_english_model:\n"
+    ".global quilletEnglishModel\n"
+    "quilletEnglishModel:\n"
     ".incbin \"" QUILLET_ENGLISH_MODEL "\"\n"
     ".balign 8\n"
     ".section .note.GNU-stack,\"\",@progbits\n"
     ".text\n");
-extern "C" const char quillet_english_model[];
+extern "C" const char quilletEnglishModel[];
 
 namespace offline
 {
@@ -33,7 +33,7 @@ constexpr float rareWord = -7.2F;
 
 LanguageModel::LanguageModel()
 {
-    Arrays arrays(quillet_english_model);
+    Arrays arrays(quilletEnglishModel);
     const auto &header = *arrays.take<model::Header>(1);
     m_words = header.words;
     m_nameStarts = arrays.take<uint32_t>(header.words + 1);

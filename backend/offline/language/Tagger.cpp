@@ -15,12 +15,12 @@
 // The compiled tables, as data of the program.
 asm(".section .rodata\n"
     ".balign 8\n"
-    ".global quillet_english_tags\n"
-    "quillet_english_tags:\n"
+    ".global quilletEnglishTags\n"
+    "quilletEnglishTags:\n"
     ".incbin \"" QUILLET_ENGLISH_TAGS "\"\n"
     ".balign 8\n"
     ".text\n");
-extern "C" const char quillet_english_tags[];
+extern "C" const char quilletEnglishTags[];
 
 namespace offline
 {
@@ -80,7 +80,7 @@ const QHash<QString, Tag> &contractions()
 
 Tagger::Tagger()
 {
-    Arrays arrays(quillet_english_tags);
+    Arrays arrays(quilletEnglishTags);
     const auto &header = *arrays.take<tags::Header>(1);
     m_words = header.words;
     m_transitions = arrays.take<uint8_t>(tags::count * tags::count * tags::count);

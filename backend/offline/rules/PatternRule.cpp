@@ -96,7 +96,7 @@ PatternRule::Element PatternRule::element(const QString &notation,
 /// past forms too, "found" is a base form of its own.
 std::optional<QString> PatternRule::verbIn(const Element &element, const Word &word) const
 {
-    const std::optional<QString> base = m_verbs.baseOf(word.lower, *element.form);
+    std::optional<QString> base = m_verbs.baseOf(word.lower, *element.form);
     const VerbForm other = *element.form == VerbForm::Base ? VerbForm::Past : VerbForm::Base;
     if (base && m_verbs.baseOf(word.lower, other))
         return std::nullopt;

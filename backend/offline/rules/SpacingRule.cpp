@@ -46,8 +46,8 @@ bool isDataLine(const QString &text, qsizetype position)
 QString SpacingRule::corrected(QStringView gap, const Word &before, const Word &after,
                                bool last) const
 {
-    const QString same = gap.toString();
-    const QString rest = gap.mid(1).toString();
+    QString same = gap.toString();
+    QString rest = gap.mid(1).toString();
     if (gap.size() >= 2 && gap[0] == u' ') {
         // "word ,word", "word , word", "word ." at the end
         const QChar mark = gap[1];
