@@ -103,21 +103,3 @@ def test_own_tutorial_editor(person, chat):
     session.type("my first try")
     person.runs_command("quick-improve", ANSWER)
     person.waits_for_text("quillet", ANSWER)
-
-
-def test_the_edited_result_is_what_lands(person, chat):
-    session = person.session
-    chat.answer = "result"
-    _, editor = session.start_editor("mousepad", BEFORE)
-    box = person.brings_to_front(editor)
-    wait_until(lambda: BEFORE in person.texts("mousepad"), "the editor's text")
-    person.clicks_floating_button(box)
-    person.click("elevate")
-    wait_until(lambda: "result" in person.texts("quillet"), "the answer")
-    person.click("elevate")  # the result's text view carries the command's name
-    session.key("End")
-    session.type(", edited")
-    wait_until(lambda: "result, edited" in person.texts("quillet"), "the edit")
-    person.click("apply")
-    person.waits_for_text("mousepad", "result, edited")
-    wait_until(lambda: session.active_window() == editor, "the keyboard to be back")

@@ -56,17 +56,6 @@ def test_escape_and_a_click_elsewhere_close_the_popup(person):
     assert session.active_window() == window
 
 
-def test_apply_without_an_answer_writes_nothing(person, chat):
-    chat.silent = True
-    _, button = open_editor(person)
-    open_popup(person, button)
-    person.click("elevate")
-    person.click("apply")
-    wait_until(lambda: not person.finds_panel(370, 250), "the closed popup")
-    chat.silent = False
-    assert person.texts("mousepad") == [TEXT]
-
-
 def test_an_apply_is_confirmed_and_taken_back(person):
     session = person.session
     _, button = open_editor(person)

@@ -3,7 +3,6 @@
 
 #include "quillet/popup/FloatingPopup.h"
 
-#include "commands/Catalogue.h"
 #include "quillet/popup/ChangesView.h"
 #include "quillet/popup/PopupPanel.h"
 #include "quillet/popup/ProgressLine.h"
@@ -111,20 +110,6 @@ TEST_F(FloatingPopupTest, TogglesAndRemembersTheTool)
     EXPECT_EQ(button("translate")->look().background, QColor(108, 61, 245));
     EXPECT_TRUE(tracker.events.isEmpty());
     EXPECT_TRUE(server.requests.isEmpty());
-}
-
-TEST_F(FloatingPopupTest, EveryOptionOfTheCatalogueHasItsButton)
-{
-    open();
-    int count = 0;
-    for (const QString &tool : CommandCatalogue::tools()) {
-        click(tool.toLatin1().constData());
-        for (const QString &option : CommandCatalogue::toolOptions().value(tool)) {
-            ASSERT_TRUE(button(option.toLatin1().constData())) << option.toStdString();
-            ++count;
-        }
-    }
-    EXPECT_EQ(count, 7 + 8 + 1 + 23 + 4);
 }
 
 TEST_F(FloatingPopupTest, RunsACommandAndAppliesTheEditedResult)
