@@ -17,6 +17,7 @@
 #include "backend/offline/rules/ProperNounRule.h"
 #include "backend/offline/rules/SpacingRule.h"
 #include "backend/offline/rules/SpellingRule.h"
+#include "backend/offline/rules/SplitWordRule.h"
 #include "backend/offline/rules/TenseRule.h"
 #include "backend/offline/rules/VerbFormRule.h"
 #include "backend/offline/text/EditReview.h"
@@ -72,6 +73,7 @@ void GrammarChecker::addRule(const RuleFile &file, const Verbs &verbs)
         {u"verb-forms"_qs, [] { return std::make_unique<VerbFormRule>(); }},
         {u"missing-article"_qs, [] { return std::make_unique<MissingArticleRule>(); }},
         {u"hyphens"_qs, [] { return std::make_unique<HyphenRule>(); }},
+        {u"split-words"_qs, [this] { return std::make_unique<SplitWordRule>(m_lexicon); }},
         {u"names"_qs, [] { return std::make_unique<ProperNounRule>(); }},
         {u"introductions"_qs, [] { return std::make_unique<IntroductionRule>(); }},
     };
