@@ -31,6 +31,24 @@ bool matches(const Analysis &analysis, int index, const QStringList &words)
     return true;
 }
 
+/// "an easy to use tool": the place of the verb, or -1.
+int easyTo(const Analysis &analysis, int index)
+{
+    static const QSet<QString> judged = {QStringLiteral("easy"),      QStringLiteral("hard"),
+                                         QStringLiteral("difficult"), QStringLiteral("ready"),
+                                         QStringLiteral("simple"),    QStringLiteral("quick")};
+    constexpr TagSet nouns = {Tag::Nn, Tag::Nns};
+    constexpr TagSet verbs = {Tag::Vb, Tag::Vbp};
+    for (int k = 1; k <= 3; ++k) {
+        if (!analysis.joins(index + k) || analysis.document.gapBefore(index + k) != u" ")
+            return -1;
+    }
+    const bool phrase = judged.contains(analysis.lower(index)) && analysis.joins(index) &&
+                        analysis.tag(index - 1) == Tag::Dt && analysis.lower(index + 1) == u"to" &&
+                        analysis.inflections.possible(analysis.lower(index + 2)).hasAny(verbs);
+    return phrase && nouns.has(analysis.tag(index + 3)) ? index + 2 : -1;
+}
+
 } // namespace
 
 HyphenRule::HyphenRule()
@@ -42,6 +60,8 @@ HyphenRule::HyphenRule()
                 m_prefixes.insert(entry);
             else if (row.at(0) == u"unit")
                 m_units.insert(entry);
+            else if (row.at(0) == u"suffix")
+                m_suffixes.insert(entry);
             else if (row.at(0) == u"modifier")
                 m_modifiers[words.first()].append(words);
             else if (row.at(0) == u"always")
@@ -85,6 +105,22 @@ bool HyphenRule::measures(const Analysis &analysis, int index) const
     return digits || (numbers.contains(number.lower) && !number.hyphenated);
 }
 
+/// "pet friendly" and "well maintained" before a noun.
+bool HyphenRule::describes(const Analysis &analysis, int index) const
+{
+    constexpr TagSet named = {Tag::Nn, Tag::Jj, Tag::Jjr, Tag::Jjs};
+    constexpr TagSet before = {Tag::Dt, Tag::Jj, Tag::In, Tag::Of, Tag::Cd, Tag::Vbg, Tag::Rb};
+    constexpr TagSet nouns = {Tag::Nn, Tag::Nns};
+    if (analysis.document.gapBefore(index + 1) != u" " || !analysis.joins(index + 2) ||
+        analysis.document.gapBefore(index + 2) != u" " || !nouns.has(analysis.tag(index + 2)))
+        return false;
+    const bool opens = !analysis.joins(index) || before.has(analysis.tag(index - 1));
+    if (analysis.lower(index) == u"well")
+        return opens && analysis.tag(index + 1) == Tag::Vbn;
+    return opens && named.has(analysis.tag(index)) &&
+           m_suffixes.contains(analysis.lower(index + 1));
+}
+
 void HyphenRule::check(const Analysis &analysis, EditList &edits) const
 {
     for (int i = 0; i + 1 < int(analysis.tags.size()); ++i) {
@@ -111,6 +147,10 @@ void HyphenRule::check(const Analysis &analysis, EditList &edits) const
             if (matches(analysis, i, words) && isBeforeNoun(analysis, last))
                 hyphenate(analysis, i, last, edits);
         }
+        if (const int verb = easyTo(analysis, i); verb > 0)
+            hyphenate(analysis, i, verb, edits);
+        if (describes(analysis, i))
+            hyphenate(analysis, i, i + 1, edits);
         if (m_prefixes.contains(word) && analysis.document.gapBefore(i + 1) == u" " &&
             analysis.document.word(i + 1).letters == LetterCase::Lower)
             hyphenate(analysis, i, i + 1, edits);

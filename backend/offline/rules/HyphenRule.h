@@ -22,10 +22,12 @@ public:
 
 private:
     bool measures(const Analysis &analysis, int index) const;
+    bool describes(const Analysis &analysis, int index) const;
     bool isBeforeNoun(const Analysis &analysis, int index) const;
 
     QSet<QString> m_prefixes;
     QSet<QString> m_units;
+    QSet<QString> m_suffixes;
     QHash<QString, QList<QStringList>> m_modifiers; ///< by their first word
     QHash<QString, QList<QStringList>> m_always;
     QHash<QString, QSet<QString>> m_joined; ///< second words, by first word
