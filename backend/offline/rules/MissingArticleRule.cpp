@@ -19,6 +19,11 @@ void MissingArticleRule::check(const Analysis &analysis, EditList &edits) const
             analysis.document.word(i).letters != LetterCase::Lower ||
             analysis.document.word(i - 1).hyphenated)
             continue;
+        if (analysis.lower(i) == u"lot" && analysis.joins(i + 1) &&
+            analysis.lower(i + 1) == u"of") {
+            edits.replace(analysis.document.word(i).start, 0, QStringLiteral("a "));
+            continue;
+        }
         int head = i;
         if (analysis.tag(i) == Tag::Jj && analysis.joins(i + 1) && analysis.mayChange(i + 1))
             ++head;

@@ -5,6 +5,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace offline
 {
 
@@ -39,6 +41,39 @@ int headAfter(const Analysis &analysis, int index)
     return analysis.document.word(at).hyphenated || quoteFollows ? -1 : at;
 }
 
+/// A number of things, in digits and above one: "the next 10 year". Not the
+/// number that a thing has ("page 10", "top 10", "the 911 operator").
+bool isCount(const Analysis &analysis, int index)
+{
+    constexpr TagSet numbered = {Tag::Nn, Tag::Nnp, Tag::Nns, Tag::Nnps, Tag::Cd, Tag::Dt};
+    constexpr qsizetype longest = 3;
+    const Word &word = analysis.document.word(index);
+    const QStringView spelt = QStringView(analysis.document.text()).mid(word.start, word.length);
+    const bool digits =
+        std::all_of(spelt.begin(), spelt.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    if (!digits || spelt.isEmpty() || spelt.size() > longest || spelt.front() == u'0' ||
+        spelt == u"1" || word.hyphenated || !analysis.document.isEnglish(word))
+        return false;
+    if (index > 0 && word.joined &&
+        (numbered.has(analysis.tag(index - 1)) || analysis.lower(index - 1) == u"top"))
+        return false;
+    const QStringView gap = analysis.document.gapBefore(index);
+    const QStringView next = analysis.document.gapBefore(index + 1);
+    return next == u" " && (gap.isEmpty() || gap.back().isSpace());
+}
+
+/// Measures that keep their singular after a number.
+bool keepsSingular(const QString &noun)
+{
+    static const QSet<QString> words = {
+        QStringLiteral("percent"),  QStringLiteral("million"), QStringLiteral("billion"),
+        QStringLiteral("thousand"), QStringLiteral("hundred"), QStringLiteral("dozen"),
+        QStringLiteral("foot"),     QStringLiteral("stone"),   QStringLiteral("euro"),
+        QStringLiteral("min"),      QStringLiteral("hp"),      QStringLiteral("plus"),
+        QStringLiteral("noon"),     QStringLiteral("x"),       QStringLiteral("trillion")};
+    return words.contains(noun) || noun.size() < 3;
+}
+
 } // namespace
 
 void NounNumberRule::check(const Analysis &analysis, EditList &edits) const
@@ -71,7 +106,8 @@ void NounNumberRule::check(const Analysis &analysis, EditList &edits) const
              determiner == u"these" || determiner == u"your");
         const bool lotOf = i > 0 && determiner == u"of" && analysis.joins(i) &&
                            (analysis.lower(i - 1) == u"lot" || analysis.lower(i - 1) == u"lots");
-        const bool plural = pluralBefore.contains(determiner) || oneOf || lotOf;
+        const bool count = isCount(analysis, i);
+        const bool plural = pluralBefore.contains(determiner) || oneOf || lotOf || count;
         if (!plural && !singularBefore.contains(determiner))
             continue;
         const int head = headAfter(analysis, i);
@@ -79,6 +115,8 @@ void NounNumberRule::check(const Analysis &analysis, EditList &edits) const
             (head > i + 1 && quantities.contains(analysis.lower(i + 1))))
             continue;
         const QString &noun = analysis.lower(head);
+        if (count && (head != i + 1 || keepsSingular(noun)))
+            continue;
         if (plural && analysis.tag(head) == Tag::Nn) {
             const auto right = analysis.inflections.plural(noun);
             if (right && *right != noun && analysis.context.gain(head, 1, {*right}) >= needed)
