@@ -33,7 +33,12 @@ bool CapitalRule::isSpokenOpening(const QString &lower)
         "yeah "
         "what how why who can could would do did does is are was were have has let let's i'm i've "
         "i'll i'd it's that's there's don't what's we're you're they're he's she's today yesterday "
-        "tomorrow our your nice great good ok okay maybe"));
+        "tomorrow our your nice great good ok okay maybe however hence therefore unfortunately "
+        "finally actually also because although when while after before during if in on at for "
+        "from "
+        "with so then but and some many most all every each another one people everyone there's "
+        "these "
+        "those as by since until without"));
     return openings.contains(lower);
 }
 
@@ -60,6 +65,12 @@ bool CapitalRule::isPronoun(const Document &document, int index) const
     if (word.lower != u"i" || word.hyphenated)
         return false;
     const int count = int(document.words().size());
+    // "i doubted": no counter does that.
+    const bool acts = index + 1 < count && document.word(index + 1).joined &&
+                      document.word(index + 1).lower.endsWith(u"ed") &&
+                      m_lexicon.level(document.word(index + 1).lower) >= 3;
+    if (acts)
+        return true;
     if (index > 0 && word.joined && before.contains(document.word(index - 1).lower))
         return index + 1 == count || document.word(index + 1).joined;
     return index + 1 < count && document.word(index + 1).joined &&

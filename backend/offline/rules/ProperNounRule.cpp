@@ -5,6 +5,8 @@
 
 #include "backend/offline/Resources.h"
 
+#include <algorithm>
+
 namespace offline
 {
 
@@ -12,7 +14,7 @@ ProperNounRule::ProperNounRule()
 {
     for (const QList<QString> &row : resourceTable(u"proper-nouns.tsv")) {
         for (const QString &name : row.at(0).split(u' '))
-            m_names.insert(name);
+            m_names.insert(name.toLower(), name);
     }
 }
 
@@ -23,8 +25,15 @@ void ProperNounRule::check(const Analysis &analysis, EditList &edits) const
         QStringView name = word.lower;
         if (name.endsWith(u"'s"))
             name.chop(2);
-        if (word.letters == LetterCase::Lower && m_names.contains(name.toString()) &&
-            analysis.mayChange(i))
+        const auto found = m_names.constFind(name.toString());
+        if (word.letters != LetterCase::Lower || found == m_names.constEnd() ||
+            !analysis.mayChange(i))
+            continue;
+        const bool spelt = std::any_of(found->begin(), found->end(),
+                                       [](QChar letter) { return letter.isUpper(); });
+        if (spelt)
+            edits.replace(word.start, name.size(), *found);
+        else
             edits.replace(word.start, 1, analysis.document.text().mid(word.start, 1).toUpper());
     }
 }

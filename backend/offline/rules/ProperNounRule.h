@@ -5,13 +5,13 @@
 
 #include "backend/offline/rules/LanguageRule.h"
 
-#include <QSet>
+#include <QHash>
 
 namespace offline
 {
 
-/// Capitals of the names of languages, peoples and places: data/proper-nouns.tsv
-/// has those that mean nothing else in lower case.
+/// Capitals of names (languages, peoples, places, companies) and of initials:
+/// data/proper-nouns.tsv has those that mean nothing else in lower case.
 class ProperNounRule : public LanguageRule
 {
 public:
@@ -19,7 +19,7 @@ public:
     void check(const Analysis &analysis, EditList &edits) const override;
 
 private:
-    QSet<QString> m_names;
+    QHash<QString, QString> m_names; ///< as written, by their lower case
 };
 
 } // namespace offline
