@@ -30,9 +30,18 @@ bool runsTogether(const QString &word)
 {
     static const QStringList words =
         QStringLiteral("an the in of on at to for as by with from is it no every each any some so "
-                       "this that very more not do")
+                       "this that very more not do up")
             .split(u' ');
     return words.contains(word);
+}
+
+/// An article or preposition that another language's words follow: "la contenance".
+bool isForeignArticle(const QString &lower)
+{
+    static const QStringList words =
+        QStringLiteral("la le les un une el los las il der das des dem den von du de della")
+            .split(u' ');
+    return words.contains(lower);
 }
 
 /// Contractions that "doens't" or "did'nt" stand for.
@@ -69,13 +78,31 @@ bool SpellingRule::isCandidate(const Document &document, int index) const
     return word.letters == LetterCase::Lower;
 }
 
+/// Whether the two are common words that often follow one another: "coffee table".
+bool SpellingRule::makePhrase(const QString &left, const QString &right) const
+{
+    constexpr qsizetype shortest = 3;
+    constexpr int common = 9;
+    constexpr double attracted = 2.0; // factors of ten over its share of all words
+    if (left.size() < shortest || right.size() < shortest || m_lexicon.level(left) < common ||
+        m_lexicon.level(right) < common)
+        return false;
+    const LanguageModel::WordId second = m_model.idOf(right);
+    const LanguageModel::WordId first = m_model.idOf(left);
+    if (first == LanguageModel::unknown || second == LanguageModel::unknown)
+        return false;
+    return m_model.probability(second, first, LanguageModel::unknown) -
+               m_model.wordProbability(second) >=
+           attracted;
+}
+
 QString SpellingRule::correction(const Document &document, const Context &context, int index,
                                  bool doubtful) const
 {
     constexpr double costWeight = 0.25; // factors of ten for a tenth of a letter
-    constexpr double clear = 0.3;       // of the best candidate over the second
+    constexpr double clear = 0.15;      // of the best candidate over the second
     constexpr double sure = -1.0;
-    constexpr double surer = 1.0;
+    constexpr double surer = 0.6;
     constexpr double sureOfTwo = 0.0; // mistakes in one word
     constexpr double frequency = 0.1; // for each level of the word list
     constexpr int commonPart = 9;
@@ -105,7 +132,8 @@ QString SpellingRule::correction(const Document &document, const Context &contex
     for (qsizetype at = 2; at + 2 <= word.lower.size(); ++at) {
         const QString left = word.lower.left(at);
         const QString right = word.lower.mid(at);
-        if (!runsTogether(left) || m_lexicon.level(right) < commonPart)
+        if ((!runsTogether(left) || m_lexicon.level(right) < commonPart) &&
+            !(word.letters == LetterCase::Lower && makePhrase(left, right)))
             continue;
         const double score = context.score(index, 1, {left, right});
         if (score > best) {
@@ -145,6 +173,8 @@ void SpellingRule::check(const Document &document, EditList &edits) const
         if (!isCandidate(document, i) || document.isMentioned(i))
             continue;
         const Word &word = document.word(i);
+        if (i > 0 && word.joined && isForeignArticle(document.word(i - 1).lower))
+            continue;
         auto found = known.constFind(word.lower);
         if (found == known.constEnd())
             found = known.insert(word.lower, m_lexicon.knows(word.lower) ||

@@ -29,6 +29,7 @@ public:
     void check(const Document &document, EditList &edits) const override;
 
 private:
+    bool makePhrase(const QString &left, const QString &right) const;
     bool isCandidate(const Document &document, int index) const;
     QString correction(const Document &document, const Context &context, int index,
                        bool doubtful) const;

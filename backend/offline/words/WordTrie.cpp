@@ -29,6 +29,9 @@ constexpr int neighbouringKey = 8;
 constexpr int rarity = 2;  // for each level below the most common ...
 constexpr int rarest = 10; // ... in the comparison of candidates not below this many
 constexpr size_t maxCandidates = 12;
+constexpr int longWord = 7;
+constexpr int commonWord = 8;
+constexpr int veryLongWord = 9; // may hold three small mistakes: "imidiatly"
 
 bool isVowel(char c)
 {
@@ -92,8 +95,11 @@ struct WordTrie::Search {
     void offer(int cost, int level, int depth)
     {
         // Writers rarely miss the first letter; where it differs, it is a name.
+        // In a long and common word it may be another vowel: "inviroment".
         const bool swappedStart = path[0] == word[1] && path[1] == word[0];
-        if (path[0] != word[0] && !swappedStart)
+        const bool otherVowel =
+            isVowel(path[0]) && isVowel(word[0]) && length >= longWord && level >= commonWord;
+        if (path[0] != word[0] && !swappedStart && !otherVowel)
             return;
         const auto worse = [&](const Candidate &other) {
             return score(cost, level) < score(other.cost, other.level);
@@ -180,10 +186,11 @@ std::vector<WordTrie::Candidate> WordTrie::candidates(QStringView misspelling) c
         search.word[search.length++] = char(c.unicode());
     }
     // Short words have many neighbours: there only the commonest slips count.
-    search.limit = search.length <= 4   ? silentLetter
-                   : search.length <= 5 ? arbitrary
-                   : search.length <= 7 ? 2 * vowelForVowel
-                                        : arbitrary + silentLetter;
+    search.limit = search.length <= 4             ? silentLetter
+                   : search.length <= 5           ? arbitrary
+                   : search.length <= 7           ? 2 * vowelForVowel
+                   : search.length < veryLongWord ? arbitrary + silentLetter
+                                                  : 3 * vowelForVowel;
     search.rows[0][0] = 0;
     for (int j = 1; j <= search.length; ++j) {
         search.rows[0][j] = search.rows[0][j - 1] +
