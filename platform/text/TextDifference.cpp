@@ -3,11 +3,13 @@
 
 #include "platform/text/TextDifference.h"
 
+#include "platform/text/CommonSequence.h"
+
 #include <QHash>
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
-#include <optional>
+#include <iterator>
 #include <vector>
 
 namespace platform
@@ -16,9 +18,9 @@ namespace platform
 namespace
 {
 
-/// With more differences than this the texts have little in common, and looking for the rest takes
-/// longer than it saves.
-constexpr int maxDifferences = 1200;
+/// With more words and characters than this that are in one text alone, the texts have little in
+/// common, and many edits would take longer than they save.
+constexpr std::size_t maxDifferences = 1200;
 
 struct Token {
     qsizetype position = 0;
@@ -83,72 +85,28 @@ std::vector<Token> tokensOf(const QString &text, QHash<QStringView, int> &ids)
     return tokens;
 }
 
-/// A stretch of equal tokens: `length` from `before` on in the one text and from `after` on in the
-/// other.
-struct Match {
-    int before = 0;
-    int after = 0;
-    int length = 0;
-};
-
 using Tokens = std::vector<Token>;
 
-/// The shortest edit script as its equal stretches (E. W. Myers, "An O(ND) Difference Algorithm and
-/// Its Variations", 1986); nothing when it would have more than maxDifferences steps. Looks at the
-/// tokens from `first` to `beforeEnd` and `afterEnd`.
-std::optional<std::vector<Match>> matches(const Tokens &before, const Tokens &after, int first,
-                                          int beforeEnd, int afterEnd)
+std::vector<int> idsOf(const Tokens &tokens)
 {
-    const int n = beforeEnd - first;
-    const int m = afterEnd - first;
-    const int limit = std::min(n + m, maxDifferences);
-    const auto same = [&](int x, int y) {
-        return before[static_cast<std::size_t>(first + x)].id ==
-               after[static_cast<std::size_t>(first + y)].id;
-    };
-    // reached[d][k + d] is the furthest x on diagonal k (x - y) after d differences.
-    std::vector<std::vector<int>> reached;
-    const auto furthest = [&](int d, int k) {
-        const auto &row = reached[static_cast<std::size_t>(d)];
-        return k < -d || k > d ? -1 : row[static_cast<std::size_t>(k + d)];
-    };
-    const auto start = [&](int d, int k) {
-        if (d == 0)
-            return 0;
-        const int down = furthest(d - 1, k + 1);
-        const int right = furthest(d - 1, k - 1);
-        return std::max(down, right < 0 ? -1 : right + 1);
-    };
-    int differences = 0;
-    for (bool done = n == 0 && m == 0; !done; ++differences) {
-        if (differences > limit)
-            return std::nullopt;
-        reached.emplace_back(static_cast<std::size_t>(2 * differences + 1), -1);
-        for (int k = -differences; k <= differences && !done; k += 2) {
-            int x = start(differences, k);
-            int y = x - k;
-            if (x < 0 || x > n || y < 0 || y > m)
-                continue;
-            while (x < n && y < m && same(x, y))
-                ++x, ++y;
-            reached.back()[static_cast<std::size_t>(k + differences)] = x;
-            done = x == n && y == m;
-        }
-    }
-    std::vector<Match> found;
-    for (int d = differences - 1, x = n, y = m; d >= 0; --d) {
-        const int k = x - y;
-        const int from = start(d, k);
-        if (x > from)
-            found.push_back({first + from, first + from - k, x - from});
-        if (d == 0)
-            break;
-        const bool down = furthest(d - 1, k + 1) == from;
-        x = down ? from : from - 1;
-        y = x - (down ? k + 1 : k - 1);
-    }
-    std::reverse(found.begin(), found.end());
-    return found;
+    std::vector<int> ids;
+    ids.reserve(tokens.size());
+    for (const Token &token : tokens)
+        ids.push_back(token.id);
+    return ids;
+}
+
+/// Removes the common items that are not part of a common beginning or end. `end` is the place
+/// after the last item of both sequences.
+void keepBeginningAndEnd(std::vector<CommonItem> &common, const CommonItem &end)
+{
+    auto from = common.begin();
+    for (int i = 0; from != common.end() && *from == CommonItem(i, i); ++i)
+        ++from;
+    auto to = common.end();
+    for (int i = 1; to != from && *std::prev(to) == CommonItem(end.first - i, end.second - i); ++i)
+        --to;
+    common.erase(from, to);
 }
 
 qsizetype positionOf(const Tokens &tokens, int index, const QString &text)
@@ -164,36 +122,25 @@ QList<TextEdit> textDifference(const QString &before, const QString &after)
     QHash<QStringView, int> ids;
     const Tokens old = tokensOf(before, ids);
     const Tokens now = tokensOf(after, ids);
-    const auto oldSize = static_cast<int>(old.size());
-    const auto newSize = static_cast<int>(now.size());
-    const auto same = [&](int x, int y) {
-        return old[static_cast<std::size_t>(x)].id == now[static_cast<std::size_t>(y)].id;
-    };
-    int head = 0;
-    while (head < oldSize && head < newSize && same(head, head))
-        ++head;
-    int tail = 0;
-    while (tail < std::min(oldSize, newSize) - head && same(oldSize - tail - 1, newSize - tail - 1))
-        ++tail;
+    std::vector<CommonItem> common = commonSequence(idsOf(old), idsOf(now));
+    const auto end = CommonItem(static_cast<int>(old.size()), static_cast<int>(now.size()));
+    if (old.size() + now.size() - 2 * common.size() > maxDifferences)
+        keepBeginningAndEnd(common, end);
+    common.push_back(end);
 
     QList<TextEdit> edits;
-    int x = head;
-    int y = head;
-    const auto replace = [&](int toX, int toY) {
-        if (x == toX && y == toY)
-            return;
-        const qsizetype from = positionOf(old, x, before);
-        const qsizetype newFrom = positionOf(now, y, after);
-        edits.append({from, positionOf(old, toX, before) - from,
-                      after.sliced(newFrom, positionOf(now, toY, after) - newFrom)});
-    };
-    for (const Match &match :
-         matches(old, now, head, oldSize - tail, newSize - tail).value_or(std::vector<Match>())) {
-        replace(match.before, match.after);
-        x = match.before + match.length;
-        y = match.after + match.length;
+    int x = 0;
+    int y = 0;
+    for (const auto &[toX, toY] : common) {
+        if (x != toX || y != toY) {
+            const qsizetype from = positionOf(old, x, before);
+            const qsizetype newFrom = positionOf(now, y, after);
+            edits.append({from, positionOf(old, toX, before) - from,
+                          after.sliced(newFrom, positionOf(now, toY, after) - newFrom)});
+        }
+        x = toX + 1;
+        y = toY + 1;
     }
-    replace(oldSize - tail, newSize - tail);
     return edits;
 }
 

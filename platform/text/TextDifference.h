@@ -22,8 +22,8 @@ struct TextEdit {
 
 /// The edits that turn `before` into `after`, in the order of their positions and with something
 /// equal between each two. They cover whole words, and whole characters as the user sees them where
-/// there are no words. Texts that have little in common give one edit. Any thread; a few
-/// milliseconds for texts of 5,000 characters.
+/// there are no words. Texts that have little in common give one edit, between what both begin and
+/// both end with. Any thread; a few milliseconds for texts of 5,000 characters.
 QList<TextEdit> textDifference(const QString &before, const QString &after);
 
 /// The same edits with those that lie no further than `maxGap` units apart made one. What lies

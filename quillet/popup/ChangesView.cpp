@@ -24,7 +24,7 @@ ChangesView::ChangesView(QWidget *parent)
 }
 
 void ChangesView::showTexts(const QString &before, const QString &after,
-                            const QList<TextDifference::Change> &changes)
+                            const QList<platform::WordChange> &changes)
 {
     clear();
     m_spans.clear();
@@ -37,7 +37,7 @@ void ChangesView::showTexts(const QString &before, const QString &after,
     const QTextCharFormat come = PopupStyle::changeFormat(palette());
 
     qsizetype end = 0;
-    for (const TextDifference::Change &change : changes) {
+    for (const platform::WordChange &change : changes) {
         cursor.insertText(after.sliced(end, change.newFrom - end), plain);
         const int from = cursor.position();
         cursor.insertText(before.sliced(change.oldFrom, change.oldLength), gone);
@@ -50,7 +50,7 @@ void ChangesView::showTexts(const QString &before, const QString &after,
     moveCursor(QTextCursor::Start);
 }
 
-const TextDifference::Change *ChangesView::changeAt(const QPoint &point) const
+const platform::WordChange *ChangesView::changeAt(const QPoint &point) const
 {
     const int place = cursorForPosition(point).position();
     for (const Span &span : m_spans) {
@@ -73,6 +73,6 @@ void ChangesView::mouseReleaseEvent(QMouseEvent *event)
     QTextEdit::mouseReleaseEvent(event);
     if (event->button() != Qt::LeftButton || textCursor().hasSelection())
         return;
-    if (const TextDifference::Change *change = changeAt(event->position().toPoint()))
-        Q_EMIT takeBackWanted(TextDifference::Change(*change));
+    if (const platform::WordChange *change = changeAt(event->position().toPoint()))
+        Q_EMIT takeBackWanted(platform::WordChange(*change));
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "quillet/difference/TextDifference.h"
+#include "platform/text/WordChanges.h"
 
 #include <QTextEdit>
 
@@ -18,22 +18,22 @@ public:
 
     /// `changes` are those from `before` to `after`.
     void showTexts(const QString &before, const QString &after,
-                   const QList<TextDifference::Change> &changes);
+                   const QList<platform::WordChange> &changes);
 
 Q_SIGNALS:
-    void takeBackWanted(const TextDifference::Change &change);
+    void takeBackWanted(const platform::WordChange &change);
 
 protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    const TextDifference::Change *changeAt(const QPoint &point) const;
+    const platform::WordChange *changeAt(const QPoint &point) const;
 
     struct Span {
         int from;
         int to;
-        TextDifference::Change change;
+        platform::WordChange change;
     };
     QList<Span> m_spans;
 };

@@ -52,8 +52,8 @@ void alignByParagraph(QTextDocument &document)
 {
     QTextOption option = document.defaultTextOption();
     option.setTextDirection(Qt::LayoutDirectionAuto);
-    // The layout of plain text knows no leading edge. With both flags, no line is stretched, and one
-    // that runs from right to left is put at the right.
+    // The layout of plain text knows no leading edge. With both flags, no line is stretched, and
+    // one that runs from right to left is put at the right.
     option.setAlignment(Qt::AlignLeft | Qt::AlignJustify);
     document.setDefaultTextOption(option);
 }

@@ -147,9 +147,9 @@ void ResultArea::compare()
         return;
     }
     const QString text = m_textView->string();
-    const QList<TextDifference::Change> changes = TextDifference::changes(m_source, text);
-    const bool isRewriting = TextDifference::likeness(m_source, text) >= minLikenessForTint;
-    m_textView->markChanges(isRewriting ? changes : QList<TextDifference::Change>());
+    const QList<platform::WordChange> changes = platform::wordChanges(m_source, text);
+    const bool isRewriting = platform::likeness(m_source, text) >= minLikenessForTint;
+    m_textView->markChanges(isRewriting ? changes : QList<platform::WordChange>());
     m_textView->setAccessibleDescription(
         changes.isEmpty() ? localized("Nothing has changed.")
                           : localized("%1 changes. Ctrl+D shows them.").arg(changes.size()));
@@ -177,7 +177,7 @@ bool ResultArea::showsChanges() const
     return !m_changesView->isHidden();
 }
 
-void ResultArea::takeBack(const TextDifference::Change &change)
+void ResultArea::takeBack(const platform::WordChange &change)
 {
     if (!canCompare())
         return;

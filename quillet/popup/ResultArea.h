@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "quillet/difference/TextDifference.h"
+#include "platform/text/WordChanges.h"
 
 #include <QFrame>
 #include <QString>
@@ -64,7 +64,7 @@ protected:
 private:
     bool canCompare() const;
     void compare();
-    void takeBack(const TextDifference::Change &change);
+    void takeBack(const platform::WordChange &change);
     void placeToggle();
 
     ResultTextView *m_textView;

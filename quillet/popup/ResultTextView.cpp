@@ -140,11 +140,11 @@ bool ResultTextView::showsCharacterByCharacter() const
     return document()->characterCount() - 1 == string().size();
 }
 
-void ResultTextView::markChanges(const QList<TextDifference::Change> &changes)
+void ResultTextView::markChanges(const QList<platform::WordChange> &changes)
 {
     QList<QTextEdit::ExtraSelection> marks;
     const QTextCharFormat format = PopupStyle::changeFormat(palette());
-    for (const TextDifference::Change &change : changes) {
+    for (const platform::WordChange &change : changes) {
         if (change.newLength == 0 || marks.size() >= maxMarks)
             continue;
         QTextEdit::ExtraSelection mark;

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "quillet/difference/TextDifference.h"
+#include "platform/text/WordChanges.h"
 
 #include <QPlainTextEdit>
 
@@ -28,7 +28,7 @@ public:
     bool showsCharacterByCharacter() const;
 
     /// Tints what `changes` have put into the text; only while showsCharacterByCharacter().
-    void markChanges(const QList<TextDifference::Change> &changes);
+    void markChanges(const QList<platform::WordChange> &changes);
 
     /// Puts `text` in the place of a range of string(), as an edit of the user's; only while
     /// showsCharacterByCharacter().

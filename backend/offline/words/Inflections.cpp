@@ -62,7 +62,7 @@ std::optional<QString> Inflections::verbBase(const QString &word) const
     static constexpr VerbForm forms[] = {VerbForm::Base, VerbForm::Third, VerbForm::Past,
                                          VerbForm::Participle, VerbForm::Gerund};
     for (const VerbForm form : forms) {
-        if (const auto base = m_verbs.baseOf(word, form))
+        if (auto base = m_verbs.baseOf(word, form))
             return base;
     }
     if (isVerb(word))

@@ -93,14 +93,17 @@ TEST(TextDifference, AnyTextBecomesAnyOther)
 
 TEST(TextDifference, TextsWithLittleInCommonAreOneEdit)
 {
-    QString before;
-    QString after;
+    // Also where words between them are equal; what both begin and end with stays.
+    QString before = text("Dear all, ");
+    QString after = before;
     for (int i = 0; i < 3000; ++i) {
-        before += QStringLiteral("old%1 ").arg(i);
-        after += QStringLiteral("new%1 ").arg(i);
+        before += QStringLiteral("old%1 same%1 ").arg(i);
+        after += QStringLiteral("new%1 same%1 ").arg(i);
     }
-    const auto list = textDifference(before, after);
+    const auto list = textDifference(before + text("Bye"), after + text("Bye"));
     ASSERT_EQ(list.size(), 1);
+    EXPECT_EQ(list.first().position, 10);
+    EXPECT_EQ(list.first().end(), before.size() - text(" same2999 ").size());
     EXPECT_EQ(withEdits(before, list), after);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "quillet/difference/TextDifference.h"
+#include "platform/text/WordChanges.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-using TextDifference::Change;
-using TextDifference::changes;
+using platform::WordChange;
+using platform::wordChanges;
 
 namespace
 {
@@ -21,8 +21,8 @@ QStringList described(const QString &before, const QString &after)
     QStringList found;
     QString rebuilt;
     qsizetype end = 0;
-    const QList<Change> all = changes(before, after);
-    for (const Change &change : all) {
+    const QList<WordChange> all = wordChanges(before, after);
+    for (const WordChange &change : all) {
         rebuilt += before.sliced(end, change.oldFrom - end);
         rebuilt += after.sliced(change.newFrom, change.newLength);
         end = change.oldFrom + change.oldLength;
@@ -31,7 +31,7 @@ QStringList described(const QString &before, const QString &after)
     }
     rebuilt += before.sliced(end);
     EXPECT_EQ(rebuilt, after);
-    EXPECT_EQ(TextDifference::withoutChanges(before, after, all), before);
+    EXPECT_EQ(platform::withoutChanges(before, after, all), before);
     return found;
 }
 
@@ -50,7 +50,7 @@ QStringList described(const char *before, const char *after)
 
 } // namespace
 
-TEST(TextDifference, NamesTheWordsThatChange)
+TEST(WordChanges, NamesTheWordsThatChange)
 {
     EXPECT_EQ(described("", ""), QStringList());
     EXPECT_EQ(described("the same text.", "the same text."), QStringList());
@@ -66,7 +66,7 @@ TEST(TextDifference, NamesTheWordsThatChange)
               list({"👩🏽‍💻>👩"}));
 }
 
-TEST(TextDifference, IsRightForAnyTextsAndFindsFewChanges)
+TEST(WordChanges, IsRightForAnyTextsAndFindsFewChanges)
 {
     QRandomGenerator random(7);
     for (int round = 0; round < 200; ++round) {
@@ -82,7 +82,7 @@ TEST(TextDifference, IsRightForAnyTextsAndFindsFewChanges)
     }
 }
 
-TEST(TextDifference, LongTextsThatDifferEverywhereTakeNoTime)
+TEST(WordChanges, LongTextsThatDifferEverywhereTakeNoTime)
 {
     QRandomGenerator random(3);
     QStringList before;
@@ -102,10 +102,10 @@ TEST(TextDifference, LongTextsThatDifferEverywhereTakeNoTime)
     EXPECT_LT(timer.elapsed(), 20'000);
 }
 
-TEST(TextDifference, LikenessTellsARewritingFromATranslation)
+TEST(WordChanges, LikenessTellsARewritingFromATranslation)
 {
     const auto likeness = [](const char *before, const char *after) {
-        return TextDifference::likeness(QString::fromUtf8(before), QString::fromUtf8(after));
+        return platform::likeness(QString::fromUtf8(before), QString::fromUtf8(after));
     };
     EXPECT_EQ(likeness("", ""), 1);
     EXPECT_EQ(likeness("one two three four", "one two three five"), 0.75);
