@@ -10,7 +10,6 @@
 #include "platform/linux/focus/AtspiTextInput.h"
 #include "platform/linux/focus/AtspiTypingTarget.h"
 #include "platform/linux/reading/Attributes.h"
-#include "platform/linux/reading/Frame.h"
 #include "platform/linux/reading/TreeWalk.h"
 
 namespace platform::linux_
@@ -21,20 +20,10 @@ namespace
 
 const QString consentKey = QStringLiteral("accessibility/allowed");
 
-/// How long the states of an element that does not have the focus are believed.
-constexpr int factsLifetime = 50; // milliseconds
-constexpr int maxKnownFacts = 512;
-constexpr int maxDepth = 64;
-
 /// The element's data as `Data`, when that is what it is.
 template <typename Data> const Data *as(const AXUIElement &element)
 {
     return dynamic_cast<const Data *>(element.data());
-}
-
-AXUIElement remote(const ObjectRef &ref, std::uint32_t window = 0)
-{
-    return AXUIElement(std::make_shared<RemoteElement>(ref, window));
 }
 
 /// Whether the element's text can be replaced: by its application where that offers it, else by
@@ -53,9 +42,10 @@ AtspiAccessibility::AtspiAccessibility(Typist &typist, ActiveWindow &activeWindo
     , m_settings(settings)
     , m_bus(sessionBus)
     , m_focus(m_bus, activeWindow)
+    , m_reader(m_bus, m_focus, activeWindow)
 {
     connect(&m_bus, &AtspiBus::applicationLeft, this, [this](const QByteArray &busName) {
-        m_facts.removeIf([&](auto it) { return it.key().busName == busName; });
+        m_reader.forget(busName);
         m_answers.remove(busName);
     });
     connect(&m_bus, &AtspiBus::contentChanged, this,
@@ -132,24 +122,23 @@ AXError AtspiAccessibility::copyFocusedElement(AXValue &value)
 
 AXError AtspiAccessibility::copyElementWithKeyboard(AXValue &value)
 {
-    m_lastFocus = m_focus.current();
-    switch (m_lastFocus.kind) {
+    const FocusTracker::Focus &focus = m_reader.findFocus();
+    switch (focus.kind) {
     case FocusTracker::Kind::Unknown:
     case FocusTracker::Kind::Waiting:
         return AXError::CannotComplete;
     case FocusTracker::Kind::Nothing:
     case FocusTracker::Kind::Application:
-        value = AXUIElement(std::make_shared<ApplicationElement>(m_lastFocus.pid));
+        value = AXUIElement(std::make_shared<ApplicationElement>(focus.pid));
         return AXError::Success;
     case FocusTracker::Kind::Own:
         if (const AXUIElement own = OwnWindows::focusedElement())
             value = own;
         else
-            value = AXUIElement(std::make_shared<ApplicationElement>(m_lastFocus.pid));
+            value = AXUIElement(std::make_shared<ApplicationElement>(focus.pid));
         return AXError::Success;
     case FocusTracker::Kind::Element:
-        remember(m_lastFocus.element, m_lastFocus.facts);
-        value = remote(m_lastFocus.element, m_lastFocus.window);
+        value = m_reader.focusedElement();
         return AXError::Success;
     }
     return AXError::Failure;
@@ -176,7 +165,7 @@ AXError AtspiAccessibility::AXUIElementCopyAttributeValue(const AXUIElement &ele
         return AXError::Success;
     }
     if (const auto *other = as<RemoteElement>(element))
-        return copyRemoteValue(*other, attribute, value);
+        return m_reader.copyAttributeValue(*other, attribute, value);
     return AXError::IllegalArgument;
 }
 
@@ -196,143 +185,6 @@ AXError AtspiAccessibility::copyOwnValue(const OwnElement &element, const QStrin
         return AXError::NoValue;
     frame->translate(place->contents.topLeft() - OwnWindows::windowPosition(element));
     return AXError::Success;
-}
-
-AXError AtspiAccessibility::factsOf(const RemoteElement &element, AtspiApplication *&application,
-                                    ElementFacts &facts)
-{
-    application = m_bus.application(element.ref().busName);
-    if (!application)
-        return AXError::InvalidUIElement;
-    if (m_lastFocus.kind == FocusTracker::Kind::Element && m_lastFocus.element == element.ref()) {
-        facts = m_lastFocus.facts;
-        return AXError::Success;
-    }
-    // What an element is does not change while its application is silent.
-    const auto known = m_facts.constFind(element.ref());
-    if (known != m_facts.cend() &&
-        (known->since.elapsed() < factsLifetime || !application->isAnswering())) {
-        facts = known->facts;
-        return AXError::Success;
-    }
-    if (!fetchFacts(*application, element.ref().path, facts))
-        return application->isAnswering() ? AXError::InvalidUIElement : AXError::CannotComplete;
-    if (facts.has(atspi::State::Defunct))
-        return AXError::InvalidUIElement;
-    remember(element.ref(), facts);
-    return AXError::Success;
-}
-
-void AtspiAccessibility::remember(const ObjectRef &element, const ElementFacts &facts)
-{
-    if (m_facts.size() >= maxKnownFacts)
-        m_facts.clear();
-    KnownFacts &known = m_facts[element];
-    known.facts = facts;
-    known.since.start();
-}
-
-AXError AtspiAccessibility::copyRemoteValue(const RemoteElement &element, const QString &attribute,
-                                            AXValue &value)
-{
-    AtspiApplication *application = nullptr;
-    ElementFacts facts;
-    if (const AXError error = factsOf(element, application, facts); error != AXError::Success)
-        return error;
-    if (attribute == QLatin1String("AXRole")) {
-        value = axRole(facts);
-        return AXError::Success;
-    }
-    if (attribute == QLatin1String("AXEditable")) {
-        value = isEditable(facts);
-        return AXError::Success;
-    }
-    if (attribute == QLatin1String("AXSubrole")) {
-        if (isPassword(facts))
-            value = QStringLiteral("AXSecureTextField");
-        else if (isDocument(facts) && isEditable(facts))
-            value = QStringLiteral("AXEditor");
-        else
-            return AXError::AttributeUnsupported;
-        return AXError::Success;
-    }
-    if (!application->isAnswering())
-        return AXError::CannotComplete;
-    if (attribute == QLatin1String("AXValue")) {
-        if (hasTextValue(facts))
-            return readText(*application, element.ref().path, value);
-        if (isPassword(facts))
-            return AXError::NoValue;
-        if (!facts.has(ElementFacts::Value))
-            return AXError::AttributeUnsupported;
-        return readNumber(*application, element.ref().path, value);
-    }
-    if (attribute == QLatin1String("AXSelectedText") ||
-        attribute == QLatin1String("AXSelectedTextRange")) {
-        if (!hasTextValue(facts))
-            return isPassword(facts) ? AXError::NoValue : AXError::AttributeUnsupported;
-        return readSelection(*application, element.ref().path,
-                             attribute == QLatin1String("AXSelectedTextRange"), value);
-    }
-    if (attribute == QLatin1String("AXChildren"))
-        return copyChildren(*application, element.ref().path, value);
-    if (attribute == QLatin1String("AXFrame")) {
-        const auto window = m_focus.windowOf(element.ref().busName);
-        QRectF frame;
-        const AXError error = readFrame(*application, element.ref(), facts,
-                                        window ? m_activeWindow.geometry(*window) : std::nullopt,
-                                        m_activeWindow.isPlaceNeeded(), frame);
-        if (error == AXError::Success)
-            value = frame;
-        return error;
-    }
-    if (attribute == QLatin1String("AXFocusedUIElement") && isDocument(facts))
-        return copyFocusedBelow(element, value);
-    return AXError::AttributeUnsupported;
-}
-
-AXError AtspiAccessibility::copyChildren(AtspiApplication &application, const QByteArray &path,
-                                         AXValue &value)
-{
-    QList<ObjectRef> refs;
-    const AXError error = readChildren(application, path, refs);
-    if (error != AXError::Success)
-        return error;
-    QList<AXUIElement> children;
-    for (const ObjectRef &ref : std::as_const(refs))
-        children.append(remote(ref));
-    value = children;
-    return AXError::Success;
-}
-
-AXError AtspiAccessibility::copyFocusedBelow(const RemoteElement &element, AXValue &value)
-{
-    // The focused element of the desktop is the only one that anything can have.
-    const FocusTracker::Focus focus = m_focus.current();
-    if (focus.kind != FocusTracker::Kind::Element || focus.element == element.ref() ||
-        focus.element.busName != element.ref().busName)
-        return AXError::NoValue;
-    AtspiApplication *application = m_bus.application(element.ref().busName);
-    if (!application)
-        return AXError::InvalidUIElement;
-    ObjectRef above = focus.element;
-    for (int depth = 0; depth < maxDepth; ++depth) {
-        ObjectRef parent;
-        Pipeline pipeline(*application);
-        pipeline.property(
-            above.path, atspi::accessibleInterface, "Parent", "(so)",
-            [&](DBusMessage &reply) { parent = reply.readObject().value_or(ObjectRef()); });
-        if (!pipeline.wait())
-            return AXError::CannotComplete;
-        if (parent == element.ref()) {
-            value = remote(focus.element, focus.window);
-            return AXError::Success;
-        }
-        if (parent.isNull() || parent.busName != element.ref().busName)
-            break;
-        above = parent;
-    }
-    return AXError::NoValue;
 }
 
 AXError AtspiAccessibility::AXUIElementCopyAttributeNames(const AXUIElement &element,
@@ -357,7 +209,8 @@ AXError AtspiAccessibility::AXUIElementCopyAttributeNames(const AXUIElement &ele
         return AXError::IllegalArgument;
     AtspiApplication *application = nullptr;
     ElementFacts facts;
-    if (const AXError error = factsOf(*other, application, facts); error != AXError::Success)
+    if (const AXError error = m_reader.factsOf(*other, application, facts);
+        error != AXError::Success)
         return error;
     names = attributeNames(facts);
     return AXError::Success;
@@ -379,7 +232,8 @@ AXError AtspiAccessibility::AXUIElementIsAttributeSettable(const AXUIElement &el
     }
     AtspiApplication *application = nullptr;
     ElementFacts facts;
-    if (const AXError error = factsOf(*other, application, facts); error != AXError::Success)
+    if (const AXError error = m_reader.factsOf(*other, application, facts);
+        error != AXError::Success)
         return error;
     settable = attribute == QLatin1String("AXValue") && isValueSettable(facts);
     return AXError::Success;
@@ -409,7 +263,7 @@ void AtspiAccessibility::AXUIElementSetAttributeValue(
     AtspiApplication *application = nullptr;
     ElementFacts facts;
     if (error == AXError::Success)
-        error = factsOf(*other, application, facts);
+        error = m_reader.factsOf(*other, application, facts);
     if (error != AXError::Success) {
         refuse(error);
         return;
@@ -472,10 +326,11 @@ bool AtspiAccessibility::copyTreeText(const AXUIElement &element,
     if (!hasConsent() || !application)
         return false;
     // Of all inputs, only the one that has the focus is the user's subject.
-    const bool isFocused = m_lastFocus.kind == FocusTracker::Kind::Element &&
-                           m_lastFocus.element.busName == other->ref().busName;
-    readTreeText(*application, other->ref().path,
-                 isFocused ? m_lastFocus.element.path : QByteArray(), std::move(completion));
+    const FocusTracker::Focus &focus = m_reader.lastFocus();
+    const bool isFocused =
+        focus.kind == FocusTracker::Kind::Element && focus.element.busName == other->ref().busName;
+    readTreeText(*application, other->ref().path, isFocused ? focus.element.path : QByteArray(),
+                 std::move(completion));
     return true;
 }
 
@@ -484,17 +339,18 @@ std::unique_ptr<TypingTarget> AtspiAccessibility::typingTarget(const AXUIElement
     const auto *other = as<RemoteElement>(element);
     AtspiApplication *application = nullptr;
     ElementFacts facts;
-    if (!other || !hasConsent() || factsOf(*other, application, facts) != AXError::Success)
+    if (!other || !hasConsent() || m_reader.factsOf(*other, application, facts) != AXError::Success)
         return nullptr;
     return AtspiTypingTarget::of(m_bus, m_focus, other->ref(), std::move(facts), other->window());
 }
 
 QString AtspiAccessibility::adviceForFocusedApplication()
 {
-    if (m_lastFocus.kind != FocusTracker::Kind::Application)
+    const FocusTracker::Focus &focus = m_reader.lastFocus();
+    if (focus.kind != FocusTracker::Kind::Application)
         return {};
     // It is on the bus and active, and yet nothing in its windows has the focus.
-    const QList<AtspiApplication *> applications = m_bus.applications(m_lastFocus.pid);
+    const QList<AtspiApplication *> applications = m_bus.applications(focus.pid);
     for (const AtspiApplication *application : applications) {
         if (application->toolkit() == "Chromium")
             return tr("This application shows Quillet only its window: quit it and start it with "

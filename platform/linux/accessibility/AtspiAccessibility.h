@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/Accessibility.h"
+#include "platform/linux/accessibility/ElementReader.h"
 #include "platform/linux/atspi/AtspiBus.h"
 #include "platform/linux/focus/FocusTracker.h"
 #include "platform/linux/reading/EditableAnswers.h"
@@ -18,7 +19,6 @@ namespace platform::linux_
 
 class ConsentWindow;
 class OwnElement;
-class RemoteElement;
 class TypingTarget;
 class Typist;
 
@@ -68,20 +68,9 @@ public:
     std::unique_ptr<TypingTarget> typingTarget(const AXUIElement &element);
 
 private:
-    struct KnownFacts {
-        ElementFacts facts;
-        QElapsedTimer since;
-    };
-
     AXError copyFocusedElement(AXValue &value);
     AXError copyElementWithKeyboard(AXValue &value);
     AXError copyOwnValue(const OwnElement &element, const QString &attribute, AXValue &value);
-    AXError copyRemoteValue(const RemoteElement &element, const QString &attribute, AXValue &value);
-    AXError factsOf(const RemoteElement &element, AtspiApplication *&application,
-                    ElementFacts &facts);
-    void remember(const ObjectRef &element, const ElementFacts &facts);
-    AXError copyChildren(AtspiApplication &application, const QByteArray &path, AXValue &value);
-    AXError copyFocusedBelow(const RemoteElement &element, AXValue &value);
     bool hasConsent() const;
     void applyConsent();
 
@@ -90,9 +79,8 @@ private:
     QSettings &m_settings;
     AtspiBus m_bus;
     FocusTracker m_focus;
-    QHash<ObjectRef, KnownFacts> m_facts;
+    ElementReader m_reader;
     EditableAnswers m_answers;
-    FocusTracker::Focus m_lastFocus;
     /// The element that was last found to have the keyboard, in case that a panel borrows it.
     AXUIElement m_lender;
     QPointer<ConsentWindow> m_consentWindow;
