@@ -119,7 +119,7 @@ std::optional<QString> ResultArea::textToApply() const
 {
     if (m_isGrowing || (m_answer && isNote(*m_answer)))
         return std::nullopt;
-    const QString text = m_textView->string();
+    QString text = m_textView->string();
     // Without an answer, a part of one may be here; it counts only where the user has edited it.
     if (!m_answer && !m_textView->document()->isModified())
         return std::nullopt;

@@ -21,7 +21,7 @@ constexpr qsizetype charactersThatDecide = 20'000;
 LanguageDetector::LanguageDetector()
 {
     for (const QList<QString> &row : resourceTable(u"function-words.tsv")) {
-        const auto language = qint8(m_languages.size());
+        const auto language = quint8(m_languages.size());
         m_languages.append(row.at(0));
         for (const QString &word : row.at(1).split(u' '))
             m_words[word].push_back(language);
@@ -39,7 +39,7 @@ void LanguageDetector::weigh(const QString &lower, Evidence &evidence) const
     const auto found = m_words.constFind(lower);
     if (found == m_words.constEnd())
         return;
-    for (const qint8 language : *found)
+    for (const quint8 language : *found)
         evidence.m_scores[size_t(language)] += 1.0 / double(found->size());
 }
 

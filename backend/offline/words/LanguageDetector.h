@@ -45,7 +45,7 @@ public:
 
 private:
     QStringList m_languages;
-    QHash<QString, std::vector<qint8>> m_words;
+    QHash<QString, std::vector<quint8>> m_words;
 };
 
 } // namespace offline

@@ -46,7 +46,7 @@ constexpr Listener listeners[] = {
 
 QByteArray sessionAddressFromEnvironment()
 {
-    const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     if (!address.isEmpty())
         return address;
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");

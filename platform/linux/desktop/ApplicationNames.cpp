@@ -60,7 +60,7 @@ std::optional<QString> ApplicationNames::nameOf(std::int32_t pid, const QString 
         return known->name;
 
     const std::optional<ProgramEntry> entry = entryOfProcess(pid, windowClass);
-    const QString name = entry && !entry->name.isEmpty() ? entry->name : process->comm;
+    QString name = entry && !entry->name.isEmpty() ? entry->name : process->comm;
     if (m_known.size() >= mostKnown)
         m_known.clear();
     m_known.insert(pid, {process->startTime, windowClass, name});

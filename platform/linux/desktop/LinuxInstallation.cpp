@@ -144,7 +144,7 @@ int LinuxInstallation::runModalAlert(const QString &messageText, const QString &
 
 QString LinuxInstallation::copyBundle(const QString &from, const QString &to)
 {
-    const QString error = copyFolder(from, to);
+    QString error = copyFolder(from, to);
     if (error.isEmpty())
         writeDesktopEntry(to);
     return error;

@@ -77,7 +77,7 @@ QString textProperty(sd_bus *bus, const Object &object, const char *interface, c
     if (sd_bus_get_property_string(bus, object.first.constData(), object.second.constData(),
                                    interface, name, nullptr, &value) < 0)
         return {};
-    const QString text = QString::fromUtf8(value);
+    QString text = QString::fromUtf8(value);
     std::free(value);
     return text;
 }
