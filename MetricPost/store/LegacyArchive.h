@@ -46,7 +46,7 @@ public:
     /// Reads every file that is there. A file that cannot be read is logged and counts as empty.
     Contents unarchiveFromLegacy() const;
 
-    /// Removes the files, those that could not be read too.
+    /// Removes the files, including those that could not be read.
     void remove() const;
 
 private:

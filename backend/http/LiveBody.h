@@ -29,7 +29,7 @@ public:
     /// The bytes to send when there has been nothing to send for a while; empty without marks.
     QByteArray pad() const;
     /// The bytes that complete the body as `whole`. Nothing when what was sent cannot be withdrawn
-    /// any more: the connection must then break off, so that no client takes it for the answer.
+    /// any more: the connection must then be cut, so that no client takes the text for the answer.
     std::optional<QByteArray> complete(const QByteArray &whole, const HttpHeaders &headers);
 
 private:

@@ -6,8 +6,8 @@
 #include <QList>
 #include <QString>
 
-/// A part of a text. Parts that are not for the model are the white space around
-/// those that are; all of them together are the text again.
+/// A part of a text. The parts that are not for the model hold the white space around the
+/// others. All parts together are the text.
 struct TextPart {
     QString text;
     bool forModel = false;

@@ -17,7 +17,7 @@ LINE = re.compile(r"::test_(\S+)|longest pause (\d+) ms")
 
 
 def longest_pauses(printed):
-    """The pauses in milliseconds that each test has told of."""
+    """The pauses in milliseconds that each test has printed."""
     pauses, name = {}, None
     for test, pause in LINE.findall(printed):
         if test:

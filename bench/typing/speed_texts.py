@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: The Quillet authors
 # SPDX-License-Identifier: Apache-2.0
-"""Texts as people write them, for the speed of typing: sentences in paragraphs. Programs lay out a
-whole paragraph anew with each key, so that one endless line measures them and not the typing."""
+"""Texts as people write them, for the speed of typing: sentences in paragraphs. Programs lay out the
+whole paragraph again with each key, so one endless line would measure them and not the typing."""
 
 import random
 

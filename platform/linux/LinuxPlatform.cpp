@@ -102,8 +102,8 @@ void prepareProcess()
     mallopt(M_ARENA_MAX, 1);
     linux_::chooseWindowSystem();
     // Reading the configuration of fonts takes longer than anything else that the first window
-    // needs, and need not wait until the X server has answered. Whoever asks for a font meanwhile
-    // gets its own copy.
+    // needs, and need not wait until the X server has answered. A thread that asks for a font
+    // meanwhile gets its own copy.
     static const std::jthread fonts([] { FcInit(); });
 }
 

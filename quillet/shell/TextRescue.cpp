@@ -14,10 +14,10 @@
 namespace
 {
 
-/// More than this is not copied into this process for the sake of bringing it back.
+/// A larger content of the clipboard is not copied into this process to be brought back.
 constexpr qsizetype maxFormerSize = 16 * 1024 * 1024;
 
-/// What is on the clipboard, as far as it is small enough to be kept; null when there is nothing.
+/// A copy of what is on the clipboard; null when that is nothing, or too large to be kept.
 std::shared_ptr<QMimeData> copyOf(const QMimeData *content)
 {
     auto copy = std::make_shared<QMimeData>();

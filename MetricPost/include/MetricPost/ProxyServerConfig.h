@@ -30,7 +30,7 @@ public:
     virtual ProxyServerResource resourceForProxyServer(const QString &instanceName) = 0;
 };
 
-/// A server of one's own in front of the analytics service; its address takes the place of the
+/// A proxy server in front of the analytics service. Requests go to its address instead of the
 /// service's.
 struct ProxyServerConfig {
     QString serverURL;

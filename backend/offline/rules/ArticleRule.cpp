@@ -49,8 +49,8 @@ std::optional<bool> wordOpensWithVowel(const QString &lower)
     return QStringView(u"aeiou").contains(lower.front());
 }
 
-/// Initialisms are spelt out when nobody can pronounce them; of the others only
-/// those that are known to be.
+/// Initialisms that cannot be pronounced are spelt out; of the others, only those that
+/// are known to be.
 std::optional<bool> initialsOpenWithVowel(const QString &initials)
 {
     static const QSet<QString> spelt = setOf(QStringLiteral(

@@ -10,7 +10,7 @@
 namespace offline
 {
 
-/// A word written twice ("the the"), among the words that nobody repeats on
+/// A word written twice ("the the"), for words that are never repeated on
 /// purpose; "had had" and "that that" stay.
 class DoubledWordRule : public Rule
 {

@@ -16,8 +16,8 @@
 namespace offline
 {
 
-/// Misspelt words of sentences in other languages than English, as far as a
-/// Hunspell dictionary for them is installed; in German also nouns without their
+/// Misspelt words of sentences in languages other than English, where a Hunspell
+/// dictionary for the language is installed; in German also nouns without their
 /// capital and "das" for "dass". Only what is one letter away from one known word
 /// is changed. Each sentence has its own language; English words in it, names and
 /// capitals stay.

@@ -185,7 +185,7 @@ void PhraseRule::add(const QString &phrase, const QString &replacement, VerbForm
     phrases.push_back(entry);
 }
 
-/// Whether the phrase means here what the table takes it for.
+/// Whether the phrase has the meaning here that the table gives it.
 bool PhraseRule::mayChange(const Phrase &phrase, const Document &document, int at) const
 {
     const Word &first = document.word(at);

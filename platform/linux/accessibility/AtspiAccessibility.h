@@ -81,7 +81,7 @@ private:
     FocusTracker m_focus;
     ElementReader m_reader;
     EditableAnswers m_answers;
-    /// The element that was last found to have the keyboard, in case that a panel borrows it.
+    /// The element that last had the keyboard: the answer while a panel borrows the keyboard.
     AXUIElement m_lender;
     QPointer<ConsentWindow> m_consentWindow;
     std::function<void(bool)> m_consentChanged;

@@ -336,8 +336,8 @@ void AtspiBus::pauseEvents(const QByteArray &busName, std::function<void()> know
         tellOfPause();
 }
 
-// The registry first: it is from there that Qt's programs learn it. Whoever answers, were it with
-// an error, has handled what the bus sent before.
+// The registry first: Qt's programs learn it from there. A program that answers, even with an
+// error, has handled what the bus sent before.
 void AtspiBus::tellOfPause()
 {
     if (!m_calls)

@@ -59,8 +59,8 @@ QByteArray textOf(const QByteArray &command, Word word)
     return text;
 }
 
-/// Behind which word of the command the program's own options may stand: behind the program, which
-/// env(1) and Flatpak's "run" put other words before.
+/// The word of the command after which the program's own options may stand: the program, which may
+/// follow env(1) or Flatpak's "run" and their words.
 std::optional<Word> programWord(const QByteArray &command, const QList<Word> &words)
 {
     bool afterRun = false;

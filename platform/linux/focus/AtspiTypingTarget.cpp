@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr qint32 longestBeforeCaret = 256;
-/// What a frame that takes the focus can get at the most.
+/// At most this many keys reach a frame that takes the focus.
 constexpr std::size_t maxKeysInPage = 8;
 
 } // namespace

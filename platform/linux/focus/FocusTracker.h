@@ -53,7 +53,7 @@ public:
     /// known which of its elements has the focus.
     Focus current();
 
-    /// Whether the element still has the focus, as far as is known without asking anyone.
+    /// Whether the element still has the focus, by what is known without asking a program.
     bool hasFocus(const ObjectRef &element);
     /// The same, in the window with that number.
     bool hasFocus(const ObjectRef &element, quint32 window);

@@ -29,7 +29,7 @@ public:
     FlowControl(Pings &pings, TypingTarget &target, bool countable, bool oneByOne,
                 const Clock &clock);
 
-    /// Tells of keys just sent and the UTF-16 code units in them.
+    /// Counts keys that were just sent and the UTF-16 code units in them.
     void sent(std::size_t keys, std::size_t utf16Units);
     /// Takes note of what has arrived. The input is asked, which costs it time, where the flow
     /// depends on it or something else that is `wanted`.

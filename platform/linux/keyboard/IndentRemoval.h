@@ -37,7 +37,7 @@ public:
 
 private:
     TypingTarget &m_target;
-    /// The line break of the last call, and whether it is done with.
+    /// The line break of the last call, and whether its indent is gone.
     std::size_t m_line = 0;
     bool m_done = false;
     /// How much there was to delete before the last BackSpace.

@@ -26,10 +26,10 @@ public:
     void start(WindowId focus);
     void stop();
 
-    /// Tells of a press that we are about to send.
+    /// Announces a press that we are about to send.
     void expectPress(std::uint8_t keycode) { m_expected.push_back(keycode); }
 
-    /// Tells of a ping that we are about to send; the answers to window managers' own pings arrive
+    /// Announces a ping that we are about to send; the answers to window managers' own pings arrive
     /// in the same way.
     void expectPong(WindowId window, std::uint32_t number) { m_pings[window].sent = number; }
 

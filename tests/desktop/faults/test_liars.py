@@ -69,7 +69,7 @@ def test_unusable_text(witness, attack, lie):
     witness.opens_popup()
     witness.clicks_in_popup(OPTION)
     witness.stays_alive(3)
-    # Whoever sends invalid text is thrown off the bus, and the popup goes with it.
+    # A program that sends invalid text is thrown off the bus, and the popup goes with it.
     if lie != "invalid-text":
         witness.clicks_in_popup(CANCEL)
         witness.clicks_floating_button()

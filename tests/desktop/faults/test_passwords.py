@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: The Quillet authors
 # SPDX-License-Identifier: Apache-2.0
-"""Passwords are none of Quillet's business: no button, and nobody asks for them."""
+"""Passwords are none of Quillet's business: no button, and no question for them."""
 
 import pathlib
 import sys

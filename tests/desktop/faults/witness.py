@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: The Quillet authors
 # SPDX-License-Identifier: Apache-2.0
 """Watches Quillet through a fault without the accessibility bus: by its windows, their pixels and
-the looks at the focus that it tells of."""
+the looks at the focus that it prints."""
 
 import json
 import re

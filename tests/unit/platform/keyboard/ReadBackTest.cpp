@@ -54,7 +54,7 @@ TEST(ReadBack, GivesUpACountThatDoesNotFollow)
     ReadBack readBack(5, 0);
     readBack.observe(5, 1, 0ms);
     readBack.observe(5, 1500, 30000ms);
-    EXPECT_TRUE(readBack.useful()) << "so many keys may keep a program busy before it tells of one";
+    EXPECT_TRUE(readBack.useful()) << "so many keys may keep a program busy before it reports one";
     readBack.observe(5, 10, 30000ms);
     EXPECT_FALSE(readBack.useful());
 
