@@ -10,7 +10,7 @@
 #include "platform/linux/focus/AtspiTextInput.h"
 #include "platform/linux/focus/AtspiTypingTarget.h"
 #include "platform/linux/reading/Attributes.h"
-#include "platform/linux/reading/TreeWalk.h"
+#include "platform/linux/reading/TreeText.h"
 
 namespace platform::linux_
 {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "platform/linux/reading/TreeText.h"
 #include "platform/linux/reading/TreeWalk.h"
 #include "platform/linux/reading/Attributes.h"
 #include "platform/linux/reading/EditableAnswers.h"
