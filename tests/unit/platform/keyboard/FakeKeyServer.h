@@ -10,6 +10,7 @@
 #include <QString>
 
 #include <deque>
+#include <functional>
 #include <string>
 
 #include <xkbcommon/xkbcommon.h>
@@ -186,11 +187,16 @@ public:
     qint64 before = 0;
     qint64 selected = 0;
     std::optional<std::size_t> maxUnconfirmed;
+    /// How often it was asked, and what happens meanwhile.
+    int counts = 0;
+    std::function<void()> onCount = [] {};
 
     bool hasFocus() override { return focused; }
     bool isReadyForKeys() override { return ready; }
     std::optional<qint64> characterCount() override
     {
+        ++counts;
+        onCount();
         if (!countable)
             return std::nullopt;
         const auto shown = static_cast<qint64>(std::min(shows, m_server.typed.size()));
