@@ -183,13 +183,13 @@ void Application::createObserver()
 
 void Application::askAboutServer(const FoundServer &server)
 {
-    m_serverQuestion.ask(
-        {server.address, server.ownerName, server.model}, [this, server](bool agreed) {
-            m_foundServers->answer(server, agreed, [this](bool stored) {
-                if (!stored)
-                    m_notice.tell(localized("Your answer could not be stored."));
-            });
-        });
+    m_serverQuestion.ask({server.address, server.ownerName, server.model},
+                         [this, server](bool agreed) {
+                             m_foundServers->answer(server, agreed, [this](bool stored) {
+                                 if (!stored)
+                                     m_notice.tell(localized("Your answer could not be stored."));
+                             });
+                         });
 }
 
 void Application::watchInBackground()
