@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: The Quillet authors
 # SPDX-License-Identifier: Apache-2.0
-"""Texts as people write them, for the speed of typing: sentences in paragraphs. Programs lay out the
+"""Texts as people write them, for the speed of typing: sentences in paragraphs. Programs lay out a
 whole paragraph again with each key, so one endless line would measure them and not the typing."""
 
 import random
