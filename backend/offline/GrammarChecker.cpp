@@ -74,7 +74,7 @@ void GrammarChecker::addRule(const RuleFile &file, const Verbs &verbs)
         {u"missing-article"_qs, [] { return std::make_unique<MissingArticleRule>(); }},
         {u"hyphens"_qs, [] { return std::make_unique<HyphenRule>(); }},
         {u"split-words"_qs, [this] { return std::make_unique<SplitWordRule>(m_lexicon); }},
-        {u"names"_qs, [] { return std::make_unique<ProperNounRule>(); }},
+        {u"names"_qs, [this] { return std::make_unique<ProperNounRule>(m_lexicon); }},
         {u"introductions"_qs, [] { return std::make_unique<IntroductionRule>(); }},
     };
     const auto engine = engines.constFind(file.engine);

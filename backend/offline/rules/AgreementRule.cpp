@@ -53,6 +53,10 @@ Number numberOf(const Analysis &analysis, int last)
     const auto isPlain = [&](int first) { return opensClause(analysis, first - 1); };
     if (word == u"he" || word == u"she" || word == u"it")
         return isPlain(last) ? Number::Singular : Number::Unknown;
+    // Whatever "and" joins them to, these are a plural subject.
+    const bool added = last > 0 && analysis.joins(last) && analysis.lower(last - 1) == u"and";
+    if (added && (word == u"we" || word == u"they"))
+        return Number::Plural;
     if (word == u"we" || word == u"they" || word == u"you")
         return isPlain(last) ? Number::Plural : Number::Unknown;
     if (word == u"i")

@@ -88,7 +88,7 @@ bool CapitalRule::opensCarelessly(const Document &document, size_t number) const
     const Sentence &sentence = document.sentences()[number];
     const Word &first = document.word(sentence.first);
     if (!sentence.english || first.letters != LetterCase::Lower || first.hyphenated ||
-        m_lexicon.level(first.lower) < commonOpening)
+        (m_lexicon.level(first.lower) < commonOpening && !isSpokenOpening(first.lower)))
         return false;
     const QStringView gap = document.gapBefore(sentence.first);
     if (!gap.isEmpty() && !gap.back().isSpace())

@@ -5,6 +5,8 @@
 
 #include "backend/offline/Resources.h"
 
+#include <QSet>
+
 namespace offline
 {
 
@@ -15,18 +17,35 @@ namespace
 bool isPossessive(const Analysis &analysis, int index)
 {
     const QString &word = analysis.lower(index);
-    if ((word != u"you're" && word != u"they're") || !analysis.joins(index + 1) ||
-        !analysis.joins(index + 2))
+    if ((word != u"you're" && word != u"they're") || !analysis.joins(index + 1))
         return false;
     constexpr TagSet nouns = {Tag::Nn, Tag::Nns};
     constexpr TagSet others = {Tag::Jj, Tag::Vbg, Tag::Vbn, Tag::Rb, Tag::In, Tag::Dt, Tag::Prp};
     constexpr TagSet finite = {Tag::Vbz, Tag::Vbd, Tag::Vbp, Tag::Md};
+    // "send me you're invoice", "about you're order": no clause follows these.
+    static const QSet<QString> governing = {
+        QStringLiteral("me"),   QStringLiteral("us"),    QStringLiteral("him"),
+        QStringLiteral("them"), QStringLiteral("about"), QStringLiteral("of"),
+        QStringLiteral("in"),   QStringLiteral("on"),    QStringLiteral("with"),
+        QStringLiteral("for"),  QStringLiteral("from"),  QStringLiteral("at"),
+        QStringLiteral("by"),   QStringLiteral("to"),    QStringLiteral("into")};
+    // "Tell them you're late": a clause does follow.
+    static const QSet<QString> telling = {QStringLiteral("tell"),   QStringLiteral("tells"),
+                                          QStringLiteral("told"),   QStringLiteral("show"),
+                                          QStringLiteral("showed"), QStringLiteral("assure"),
+                                          QStringLiteral("remind"), QStringLiteral("promise")};
+    const bool governed = analysis.joins(index) && governing.contains(analysis.lower(index - 1)) &&
+                          (index < 2 || !telling.contains(analysis.lower(index - 2)));
     const TagSet possible = analysis.inflections.possible(analysis.lower(index + 1));
-    return nouns.has(analysis.tag(index + 1)) && !possible.hasAny(others) &&
+    if (possible.hasAny(others))
+        return false;
+    if (governed && (possible.has(Tag::Nn) || possible.isEmpty()))
+        return true;
+    return nouns.has(analysis.tag(index + 1)) && analysis.joins(index + 2) &&
            finite.has(analysis.tag(index + 2));
 }
 
-constexpr double clearlyPossessive = -1.0;
+constexpr double clearlyPossessive = -2.0;
 
 } // namespace
 

@@ -10,7 +10,22 @@
 namespace offline
 {
 
-ProperNounRule::ProperNounRule()
+namespace
+{
+
+/// Whether the word before neither describes nor counts the one at `index`: "a
+/// mohawk" and "gum arabic" are things.
+bool standsAlone(const Analysis &analysis, int index)
+{
+    constexpr TagSet before = {Tag::In,  Tag::Of,  Tag::To,  Tag::Cc,  Tag::Vb,
+                               Tag::Vbd, Tag::Vbz, Tag::Vbp, Tag::Vbg, Tag::Uh};
+    return analysis.joins(index) && before.has(analysis.tag(index - 1));
+}
+
+} // namespace
+
+ProperNounRule::ProperNounRule(const Lexicon &lexicon)
+    : m_lexicon(lexicon)
 {
     for (const QList<QString> &row : resourceTable(u"proper-nouns.tsv")) {
         for (const QString &name : row.at(0).split(u' '))
@@ -25,15 +40,16 @@ void ProperNounRule::check(const Analysis &analysis, EditList &edits) const
         QStringView name = word.lower;
         if (name.endsWith(u"'s"))
             name.chop(2);
-        const auto found = m_names.constFind(name.toString());
-        if (word.letters != LetterCase::Lower || found == m_names.constEnd() ||
-            !analysis.mayChange(i))
+        if (word.letters != LetterCase::Lower || !analysis.mayChange(i))
             continue;
-        const bool spelt = std::any_of(found->begin(), found->end(),
-                                       [](QChar letter) { return letter.isUpper(); });
+        const auto found = m_names.constFind(name.toString());
+        const bool spelt =
+            found != m_names.constEnd() &&
+            std::any_of(found->begin(), found->end(), [](QChar c) { return c.isUpper(); });
         if (spelt)
             edits.replace(word.start, name.size(), *found);
-        else
+        else if (found != m_names.constEnd() ||
+                 (standsAlone(analysis, i) && m_lexicon.isName(name.toString())))
             edits.replace(word.start, 1, analysis.document.text().mid(word.start, 1).toUpper());
     }
 }

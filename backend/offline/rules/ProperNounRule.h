@@ -5,6 +5,8 @@
 
 #include "backend/offline/rules/LanguageRule.h"
 
+#include "backend/offline/words/Lexicon.h"
+
 #include <QHash>
 
 namespace offline
@@ -15,10 +17,12 @@ namespace offline
 class ProperNounRule : public LanguageRule
 {
 public:
-    ProperNounRule();
+    /// `lexicon` must outlive the rule.
+    explicit ProperNounRule(const Lexicon &lexicon);
     void check(const Analysis &analysis, EditList &edits) const override;
 
 private:
+    const Lexicon &m_lexicon;
     QHash<QString, QString> m_names; ///< as written, by their lower case
 };
 

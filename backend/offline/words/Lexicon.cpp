@@ -113,6 +113,16 @@ bool Lexicon::knows(const QString &lower) const
     return m_data->britishDictionary().knows(lower);
 }
 
+bool Lexicon::isName(const QString &lower) const
+{
+    constexpr qsizetype shortest = 4;
+    const Data &known = data();
+    if (lower.size() < shortest || known.trie.level(lower) >= 0 || known.extra.contains(lower) ||
+        m_data->american.knows(lower))
+        return false;
+    return m_data->american.knows(lower.left(1).toUpper() + lower.mid(1));
+}
+
 int Lexicon::level(QStringView lower) const
 {
     return data().trie.level(lower);

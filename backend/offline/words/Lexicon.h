@@ -35,6 +35,9 @@ public:
     /// Whether a word in lower case (straight apostrophes) is an English word.
     bool knows(const QString &lower) const;
 
+    /// Whether the dictionaries know a lower-case word only with a capital: "paris".
+    bool isName(const QString &lower) const;
+
     /// How common a lower-case word is: 15 to 0, -1 for not in the list.
     int level(QStringView lower) const;
 
