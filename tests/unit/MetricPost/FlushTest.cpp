@@ -79,6 +79,15 @@ TEST_F(Flushing, SendsBatchesInOrderUpToTheFirstFailure)
     EXPECT_EQ(flush.flushBatchSize(), 1);
 }
 
+TEST_F(Flushing, AnAnswerThatDoesNotComeIsGivenUp)
+{
+    sandbox.transport->answerWith([](int) { return std::nullopt; });
+    FlushRequest hasty(u"http://collector.test"_qs, sandbox.requestSurroundings(),
+                       std::chrono::milliseconds(1));
+    EXPECT_FALSE(hasty.sendRequest("[]", FlushType::events, true, {}, {}, false));
+    EXPECT_EQ(sandbox.transport->abandoned(), 1);
+}
+
 TEST_F(Flushing, ARefusedRecordIsFoundAndSetAside)
 {
     const auto hasPoison = [](const URLRequest &sent) {

@@ -67,7 +67,7 @@ HTTPTransport::Cancel FakeTransport::start(const URLRequest &request, Completion
     }
     if (outcome)
         completion(*outcome);
-    return [] {};
+    return [this, isOpen = !outcome] { m_abandoned += isOpen; };
 }
 
 void FakeTransport::answerWith(const std::function<std::optional<HTTPOutcome>(int)> &answers)

@@ -49,8 +49,10 @@ public:
     /// The same with the request; the requests are then not kept.
     void answerRequests(const std::function<HTTPOutcome(const URLRequest &)> &answers);
     QList<URLRequest> requests() const;
+    int abandoned() const { return m_abandoned; }
 
 private:
+    std::atomic<int> m_abandoned = 0;
     mutable std::mutex m_mutex;
     // No shared list: its reference count is no order that the thread sanitizer would accept.
     std::vector<URLRequest> m_requests;

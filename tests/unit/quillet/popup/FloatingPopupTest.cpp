@@ -358,6 +358,7 @@ TEST(ResultArea, AGrowingAnswerIsWrittenOnlyWhenItIsComplete)
     edited.appendPiece(QStringLiteral("one "));
     edited.textView()->insertPlainText(QStringLiteral("my "));
     edited.appendPiece(QStringLiteral("two"));
+    EXPECT_FALSE(edited.textToApply()) << "an edited part is no answer either";
     edited.showAnswer(QStringLiteral("one two"));
     EXPECT_EQ(edited.textToApply(), QStringLiteral("my one two")) << "the edit stays";
 }
