@@ -201,7 +201,7 @@ private:
 
     bool open(bool isDictionary)
     {
-        if (m_open.size() == std::size_t(JSONHandler::maximumDepth))
+        if (m_open.size() == std::size_t(JSONHandler::maxDepth))
             return false;
         m_open.push_back({isDictionary, {}, {}, {}});
         return true;
@@ -226,7 +226,7 @@ private:
 
 std::optional<QByteArray> JSONHandler::encodeAPIData(const MetricPostType &object)
 {
-    auto text = serialize(object, maximumDepth + 1, std::numeric_limits<qsizetype>::max());
+    auto text = serialize(object, maxDepth + 1, std::numeric_limits<qsizetype>::max());
     if (!text)
         MetricPostLogger::warn([] { return QStringLiteral("couldn't serialize object"); });
     return text;
@@ -234,7 +234,7 @@ std::optional<QByteArray> JSONHandler::encodeAPIData(const MetricPostType &objec
 
 std::optional<QByteArray> JSONHandler::serializeJSONObject(const MetricPostType &object)
 {
-    return serialize(object, maximumDepth, maximumBytes);
+    return serialize(object, maxDepth, maxBytes);
 }
 
 std::optional<MetricPostType> JSONHandler::deserializeData(QByteArrayView data)
@@ -247,7 +247,7 @@ std::optional<MetricPostType> JSONHandler::deserializeData(QByteArrayView data)
 
 std::optional<MetricPostType> JSONHandler::parse(QByteArrayView data, TopLevel topLevel)
 {
-    if (data.size() > maximumBytes)
+    if (data.size() > maxBytes)
         return std::nullopt;
     try {
         ValueBuilder builder;

@@ -16,14 +16,14 @@ namespace metricpost
 /// The codec for everything that is stored or sent. Any thread.
 ///
 /// Integers of 64 bits and doubles survive a round trip exactly. Nothing throws: what cannot be
-/// coded is logged and yields nothing. Objects and arrays nested deeper than maximumDepth and
-/// texts longer than maximumBytes are refused in both directions, so whatever was stored can
+/// coded is logged and yields nothing. Objects and arrays nested deeper than maxDepth and
+/// texts longer than maxBytes are refused in both directions, so whatever was stored can
 /// be read again and no hostile file can exhaust the stack or the memory.
 class JSONHandler
 {
 public:
-    static constexpr int maximumDepth = 256;
-    static constexpr qsizetype maximumBytes = 32 * 1024 * 1024;
+    static constexpr int maxDepth = 256;
+    static constexpr qsizetype maxBytes = 32 * 1024 * 1024;
 
     enum class TopLevel { Container, AnyValue };
 

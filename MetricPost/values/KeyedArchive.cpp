@@ -275,7 +275,7 @@ private:
 std::optional<QByteArray> KeyedArchive::archive(const MetricPostType &value)
 {
     QByteArray bytes(header, sizeof header);
-    if (!Writer(bytes).write(value, maximumDepth))
+    if (!Writer(bytes).write(value, maxDepth))
         return std::nullopt;
     return bytes;
 }
@@ -286,7 +286,7 @@ std::optional<MetricPostType> KeyedArchive::unarchive(QByteArrayView data)
     if (!data.startsWith(expected))
         return std::nullopt;
     Reader reader(data.sliced(expected.size()));
-    auto value = reader.read(maximumDepth);
+    auto value = reader.read(maxDepth);
     return value && reader.atEnd() ? value : std::nullopt;
 }
 

@@ -27,11 +27,11 @@ namespace metricpost
 ///     'o' boxed number: a 'b', 'i', 'w' or 'd' value
 ///
 /// Reading admits exactly this: an unknown tag or version, broken UTF-8, a length beyond the
-/// data, bytes left over and nesting beyond maximumDepth refuse the whole archive.
+/// data, bytes left over and nesting beyond maxDepth refuse the whole archive.
 class KeyedArchive
 {
 public:
-    static constexpr int maximumDepth = 64;
+    static constexpr int maxDepth = 64;
 
     /// Optionals are archived as what they wrap. Nothing for a value outside the set.
     static std::optional<QByteArray> archive(const MetricPostType &value);

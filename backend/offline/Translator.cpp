@@ -20,7 +20,7 @@ namespace offline
 namespace
 {
 
-constexpr int longestStep = 20'000; // milliseconds
+constexpr int maxStep = 20'000; // milliseconds
 
 struct Language {
     QString name;
@@ -227,11 +227,11 @@ std::optional<QString> Translator::run(const QString &mode, const QString &text)
     process.setArguments({QStringLiteral("-u"), mode});
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start();
-    if (!process.waitForStarted(longestStep))
+    if (!process.waitForStarted(maxStep))
         return std::nullopt;
     process.write(text.toUtf8());
     process.closeWriteChannel();
-    if (!process.waitForFinished(longestStep)) {
+    if (!process.waitForFinished(maxStep)) {
         process.terminate(); // lets it clean up
         if (!process.waitForFinished(1000))
             process.kill();

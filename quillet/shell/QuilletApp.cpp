@@ -38,7 +38,7 @@ QuilletApp::QuilletApp(Parts parts)
     , m_appDelegate(m_parts.platform, m_parts.notice)
     , m_windowDelegateHolder(m_parts.platform.workspace())
 {
-    m_goesOn = ensureRunningFromApplications(m_parts.platform.installation(),
+    m_mayRun = ensureRunningFromApplications(m_parts.platform.installation(),
                                              QCoreApplication::arguments().mid(1));
     m_showOnboarding = m_parts.request == StartRequest::Wizard ||
                        !m_parts.defaults.value(QStringLiteral("onboardingSeen"), false).toBool();
@@ -48,7 +48,7 @@ QuilletApp::~QuilletApp() = default;
 
 int QuilletApp::run()
 {
-    if (!m_goesOn ||
+    if (!m_mayRun ||
         m_instance.claim(m_parts.startupId, m_parts.request) == SingleInstance::Role::Later)
         return 0;
     connect(&m_instance, &SingleInstance::activationRequested, this,

@@ -79,7 +79,7 @@ private:
     Parts m_parts;
     AppDelegate m_appDelegate;
     WindowDelegateHolder m_windowDelegateHolder;
-    bool m_goesOn = false;
+    bool m_mayRun = false;
     bool m_showOnboarding = false;
     SingleInstance m_instance;
     std::unique_ptr<QWidget> m_window;

@@ -25,7 +25,7 @@ using namespace std::chrono_literals;
 
 // One line each way: the request's word and the startup id, and the answer that it has arrived.
 constexpr char received[] = "received\n";
-constexpr qint64 longestLine = 4096;
+constexpr qint64 maxLineLength = 4096;
 constexpr std::chrono::milliseconds patience = 5s;
 constexpr std::chrono::milliseconds betweenTries = 50ms;
 
@@ -120,11 +120,11 @@ void SingleInstance::accept()
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         const auto read = [this, socket] {
             if (!socket->canReadLine()) {
-                if (socket->bytesAvailable() > longestLine)
+                if (socket->bytesAvailable() > maxLineLength)
                     socket->abort();
                 return;
             }
-            const QByteArray line = socket->readLine(longestLine).trimmed() + ' ';
+            const QByteArray line = socket->readLine(maxLineLength).trimmed() + ' ';
             socket->write(received);
             socket->disconnectFromServer();
             const auto end = line.indexOf(' ');

@@ -16,7 +16,7 @@ namespace offline
 namespace
 {
 
-constexpr qsizetype longestWord = 40;
+constexpr qsizetype maxWordLength = 40;
 
 /// Words that end with a full stop inside a sentence.
 bool isAbbreviation(const QString &lower)
@@ -115,7 +115,7 @@ void Document::addWord(qsizetype start, qsizetype end)
     word.hyphenated = hyphen(start - 1) || hyphen(end);
     const QStringView spelt = QStringView(m_text).mid(start, word.length);
     const bool readable =
-        word.length <= longestWord && std::all_of(spelt.begin(), spelt.end(), [](QChar c) {
+        word.length <= maxWordLength && std::all_of(spelt.begin(), spelt.end(), [](QChar c) {
             return isApostrophe(c) || (c.isLetter() && c.script() == QChar::Script_Latin);
         });
     if (readable) {

@@ -14,7 +14,7 @@ namespace offline
 namespace
 {
 
-constexpr qsizetype longestTag = 300;
+constexpr qsizetype maxTagLength = 300;
 
 /// Walks a text line by line and notes what is not prose.
 class Scanner
@@ -134,7 +134,7 @@ private:
         const QChar next = m_text[at + 1];
         if (!next.isLetter() && next != u'/' && next != u'!')
             return at;
-        const qsizetype limit = std::min(end, at + longestTag);
+        const qsizetype limit = std::min(end, at + maxTagLength);
         for (qsizetype i = at + 1; i < limit; ++i) {
             if (m_text[i] == u'>')
                 return i + 1;

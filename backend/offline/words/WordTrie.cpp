@@ -15,7 +15,7 @@ namespace offline
 namespace
 {
 
-constexpr int longestWord = 24;
+constexpr int maxWordLength = 24;
 constexpr int shortestCorrected = 3;
 
 // Costs of the mistakes, in tenths of an arbitrary letter.
@@ -81,13 +81,13 @@ int looseLetter(char letter, char before)
 /// One search: rows of the edit-distance table, one for each letter of the path
 /// from the root, and the best candidates so far.
 struct WordTrie::Search {
-    using Row = std::array<int, longestWord + 2>;
+    using Row = std::array<int, maxWordLength + 2>;
 
-    char word[longestWord + 1] = {};
+    char word[maxWordLength + 1] = {};
     int length = 0;
     int limit = 0;
-    std::array<Row, longestWord + 4> rows;
-    char path[longestWord + 4] = {};
+    std::array<Row, maxWordLength + 4> rows;
+    char path[maxWordLength + 4] = {};
     std::vector<Candidate> best; ///< the best first
 
     static int score(int cost, int level) { return cost + std::min(15 - level, rarest) * rarity; }
@@ -117,7 +117,7 @@ void WordTrie::load(QByteArrayView list)
 {
     m_nodes.assign(1, Node{0});
     m_nodes.reserve(160'000);
-    char word[longestWord + 1] = {};
+    char word[maxWordLength + 1] = {};
     qsizetype at = 0;
     while (at < list.size()) {
         int level = 0;
@@ -161,7 +161,7 @@ qint32 WordTrie::childOf(qint32 node, char letter) const
 
 int WordTrie::level(QStringView word) const
 {
-    if (word.isEmpty() || word.size() > longestWord || m_nodes.empty())
+    if (word.isEmpty() || word.size() > maxWordLength || m_nodes.empty())
         return -1;
     qint32 node = 0;
     for (const QChar c : word) {
@@ -176,7 +176,7 @@ int WordTrie::level(QStringView word) const
 
 std::vector<WordTrie::Candidate> WordTrie::candidates(QStringView misspelling) const
 {
-    if (misspelling.size() < shortestCorrected || misspelling.size() > longestWord ||
+    if (misspelling.size() < shortestCorrected || misspelling.size() > maxWordLength ||
         m_nodes.empty())
         return {};
     Search search;
@@ -203,7 +203,7 @@ std::vector<WordTrie::Candidate> WordTrie::candidates(QStringView misspelling) c
 void WordTrie::descend(Search &search, qint32 node, int depth) const
 {
     static const SubstitutionTable substitutions;
-    if (depth >= longestWord)
+    if (depth >= maxWordLength)
         return;
     for (qint32 child = m_nodes[size_t(node)].child; child != 0;
          child = m_nodes[size_t(child)].sibling) {

@@ -43,7 +43,7 @@ std::optional<Process> readProcess(std::int32_t pid)
 }
 
 // Processes come and go; what is not asked for any more is forgotten now and then.
-constexpr qsizetype mostKnown = 256;
+constexpr qsizetype maxKnown = 256;
 
 } // namespace
 
@@ -61,7 +61,7 @@ std::optional<QString> ApplicationNames::nameOf(std::int32_t pid, const QString 
 
     const std::optional<ProgramEntry> entry = entryOfProcess(pid, windowClass);
     QString name = entry && !entry->name.isEmpty() ? entry->name : process->comm;
-    if (m_known.size() >= mostKnown)
+    if (m_known.size() >= maxKnown)
         m_known.clear();
     m_known.insert(pid, {process->startTime, windowClass, name});
     return name;

@@ -12,7 +12,7 @@ namespace platform::linux_
 namespace
 {
 
-constexpr qint32 longestBeforeCaret = 256;
+constexpr qint32 maxBeforeCaret = 256;
 /// At most this many keys reach a frame that takes the focus.
 constexpr std::size_t maxKeysInPage = 8;
 
@@ -72,7 +72,7 @@ bool AtspiTypingTarget::isReadyForKeys()
 {
     if (!m_begun) {
         m_begun = true;
-        if (m_focus.saysFocus(m_element))
+        if (m_focus.reportsFocus(m_element))
             m_ownWord = std::make_shared<OwnWord>();
     }
     if (!m_ownWord)
@@ -230,7 +230,7 @@ std::optional<QString> AtspiTypingTarget::textBeforeCaret()
             if (const std::optional<QByteArray> bytes = reply.readBytes())
                 text = QString::fromUtf8(*bytes);
         },
-        "ii", std::max(0, *caret - longestBeforeCaret), *caret);
+        "ii", std::max(0, *caret - maxBeforeCaret), *caret);
     return before.wait() ? text : std::nullopt;
 }
 

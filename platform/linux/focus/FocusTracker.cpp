@@ -20,9 +20,9 @@ namespace
 /// How long the states of the focused element are believed without asking.
 constexpr int refreshInterval = 200; // milliseconds
 /// An application that has left such a question open for longer does not answer.
-constexpr int refreshPatience = 1000;    // milliseconds
-constexpr int firstSearchPause = 400;    // milliseconds
-constexpr int longestSearchPause = 6000; // milliseconds
+constexpr int refreshPatience = 1000; // milliseconds
+constexpr int firstSearchPause = 400; // milliseconds
+constexpr int maxSearchPause = 6000;  // milliseconds
 constexpr int deepestHost = 64;
 /// Firefox fetches a page's attributes only when they are first asked for, and answers without them
 /// until it has them.
@@ -203,7 +203,7 @@ void FocusTracker::search(AtspiApplication &application, ApplicationFocus &focus
         return;
     }
     const int pause =
-        std::min(firstSearchPause << std::min(focus.fruitlessSearches, 5), longestSearchPause);
+        std::min(firstSearchPause << std::min(focus.fruitlessSearches, 5), maxSearchPause);
     if (focus.searched && focus.sinceSearch.elapsed() < pause)
         return;
     focus.searching = true;
@@ -316,7 +316,7 @@ bool FocusTracker::hasFocus(const ObjectRef &element, quint32 window)
     return hasFocus(element) && (!m_activeWindow.isAvailable() || window == m_window);
 }
 
-bool FocusTracker::saysFocus(const ObjectRef &element) const
+bool FocusTracker::reportsFocus(const ObjectRef &element) const
 {
     const auto it = m_focus.constFind(element.busName);
     return it != m_focus.cend() && it->verified && it->reported == element && !it->unconfirmed;

@@ -58,8 +58,8 @@ public:
     /// The same, in the window with that number.
     bool hasFocus(const ObjectRef &element, quint32 window);
 
-    /// Whether the element is known to say itself that it has the focus, so that asking it tells.
-    bool saysFocus(const ObjectRef &element) const;
+    /// Whether the element itself has reported the focus, so that its state can be relied on.
+    bool reportsFocus(const ObjectRef &element) const;
 
     /// The active window, when it belongs to the application's process.
     std::optional<quint32> windowOf(const QByteArray &busName);

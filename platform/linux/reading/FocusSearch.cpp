@@ -16,10 +16,10 @@ using atspi::State;
 namespace
 {
 
-constexpr int mostElements = 4000;
-constexpr int mostInFlight = 48;
+constexpr int maxElements = 4000;
+constexpr int maxInFlight = 48;
 /// Lists that are longer than any user interface's are data: spreadsheets claim billions.
-constexpr int mostChildren = 1000;
+constexpr int maxChildren = 1000;
 
 enum MatchType : std::int32_t { All = 1, Any = 2 };
 constexpr std::uint32_t canonicalOrder = 1;
@@ -56,7 +56,7 @@ struct Search : std::enable_shared_from_this<Search> {
         application->call(atspi::rootPath, atspi::accessibleInterface, "GetChildren",
                           [self = shared_from_this()](DBusMessage &reply) {
                               const auto children = reply.readObjects();
-                              if (children && children->size() <= mostChildren)
+                              if (children && children->size() <= maxChildren)
                                   self->askWindows(*children);
                           });
     }
@@ -121,9 +121,9 @@ struct Search : std::enable_shared_from_this<Search> {
 
     void walk()
     {
-        while (completion && !queue.isEmpty() && outstanding < mostInFlight) {
+        while (completion && !queue.isEmpty() && outstanding < maxInFlight) {
             const QByteArray path = queue.takeFirst();
-            if (seen.contains(path) || seen.size() >= mostElements)
+            if (seen.contains(path) || seen.size() >= maxElements)
                 continue;
             seen.insert(path);
             struct Visit {
@@ -153,7 +153,7 @@ struct Search : std::enable_shared_from_this<Search> {
                             self->finish(self->ref(path));
                     }
                     const int count = reply.enterVariant("i") ? reply.readInt32().value_or(0) : 0;
-                    if (self->completion && count > 0 && count <= mostChildren)
+                    if (self->completion && count > 0 && count <= maxChildren)
                         self->askChildren(path);
                     self->walk();
                 },

@@ -19,8 +19,8 @@ namespace
 {
 
 /// Beyond these a tree is broken or lies.
-constexpr int mostElements = 20'000;
-constexpr int deepest = 100;
+constexpr int maxElements = 20'000;
+constexpr int maxDepth = 100;
 
 class Lines
 {
@@ -173,7 +173,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
 
     void read(TextNode *node, const QByteArray &path, int depth)
     {
-        if (++elements > mostElements || depth > deepest || seen.contains(path)) {
+        if (++elements > maxElements || depth > maxDepth || seen.contains(path)) {
             failed = true;
             return;
         }
@@ -211,7 +211,7 @@ struct Reading : std::enable_shared_from_this<Reading> {
         ask(path, atspi::accessibleInterface, "GetChildren",
             [this, node, depth](DBusMessage &reply) {
                 const auto children = reply.readObjects().value_or(QList<ObjectRef>());
-                if (children.size() > mostElements) {
+                if (children.size() > maxElements) {
                     failed = true;
                     return;
                 }

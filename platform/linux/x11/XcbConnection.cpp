@@ -30,7 +30,7 @@ xcb_screen_t *screenOf(xcb_connection_t *connection, int number)
 }
 
 // More than any property that we read holds.
-constexpr quint32 maximumItems = 4096;
+constexpr quint32 maxItems = 4096;
 
 } // namespace
 
@@ -108,7 +108,7 @@ xcb_atom_t XcbConnection::atom(const QByteArray &name)
 QList<quint32> XcbConnection::items(xcb_window_t window, const QByteArray &property)
 {
     const auto cookie = xcb_get_property(m_connection, false, window, atom(property),
-                                         XCB_GET_PROPERTY_TYPE_ANY, 0, maximumItems);
+                                         XCB_GET_PROPERTY_TYPE_ANY, 0, maxItems);
     const XcbPtr<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_connection, cookie, nullptr));
     if (!reply || reply->format != 32)
@@ -120,7 +120,7 @@ QList<quint32> XcbConnection::items(xcb_window_t window, const QByteArray &prope
 QByteArray XcbConnection::bytes(xcb_window_t window, const QByteArray &property)
 {
     const auto cookie = xcb_get_property(m_connection, false, window, atom(property),
-                                         XCB_GET_PROPERTY_TYPE_ANY, 0, maximumItems);
+                                         XCB_GET_PROPERTY_TYPE_ANY, 0, maxItems);
     const XcbPtr<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_connection, cookie, nullptr));
     if (!reply || reply->format != 8)

@@ -190,12 +190,12 @@ TEST(Json, HostileInputIsRefused)
     EXPECT_TRUE(refused("7"));
     EXPECT_TRUE(refused(""));
     const auto lists = [](int depth) { return QByteArray(depth, '[') + QByteArray(depth, ']'); };
-    EXPECT_FALSE(refused(lists(JSONHandler::maximumDepth)));
-    EXPECT_TRUE(refused(lists(JSONHandler::maximumDepth + 1)));
+    EXPECT_FALSE(refused(lists(JSONHandler::maxDepth)));
+    EXPECT_TRUE(refused(lists(JSONHandler::maxDepth + 1)));
     EXPECT_TRUE(log.contains(u"error exception decoding object data"_qs));
 
     // What may be stored can be read, up to the limit; a batch nests one deeper.
-    const MetricPostType deepest = nestedLists(JSONHandler::maximumDepth);
+    const MetricPostType deepest = nestedLists(JSONHandler::maxDepth);
     const auto stored = JSONHandler::serializeJSONObject(deepest);
     ASSERT_TRUE(stored);
     EXPECT_TRUE(JSONHandler::deserializeData(*stored));
@@ -231,7 +231,7 @@ TEST(Archive, KeepsEveryKindOfValue)
     ASSERT_TRUE(back);
     EXPECT_TRUE(back->equals(oneOfEach())) << qPrintable(back->description());
     EXPECT_FALSE(KeyedArchive::archive(MetricPostType::unsupported(u"T"_qs, u"x"_qs)));
-    EXPECT_FALSE(KeyedArchive::archive(nestedLists(KeyedArchive::maximumDepth + 1)));
+    EXPECT_FALSE(KeyedArchive::archive(nestedLists(KeyedArchive::maxDepth + 1)));
 }
 
 TEST(Archive, RefusesWhatItDidNotWrite)

@@ -123,7 +123,7 @@ TEST_F(Tracking, AClaimThatTheElementDoesNotConfirmIsNotBelieved)
     editor.focus("/b");
     Q_EMIT applications.focusChanged(editor.ref("/a"), true);
     EXPECT_EQ(tracker.current().element, editor.ref("/b"));
-    EXPECT_TRUE(tracker.saysFocus(editor.ref("/b")));
+    EXPECT_TRUE(tracker.reportsFocus(editor.ref("/b")));
 
     Q_EMIT applications.focusChanged(editor.ref("/gone"), true);
     EXPECT_EQ(tracker.current().element, editor.ref("/b"));
