@@ -47,6 +47,19 @@ constexpr qsizetype maxKnown = 256;
 
 } // namespace
 
+std::optional<RunningApplication> ApplicationNames::application(std::int32_t pid,
+                                                                const QString &windowClass)
+{
+    const std::optional<QString> name = nameOf(pid, windowClass);
+    if (!name)
+        return {};
+    RunningApplication application;
+    application.processIdentifier = pid;
+    if (!name->isEmpty())
+        application.localizedName = name;
+    return application;
+}
+
 std::optional<QString> ApplicationNames::nameOf(std::int32_t pid, const QString &windowClass)
 {
     const std::optional<Process> process = readProcess(pid);

@@ -30,14 +30,7 @@ std::optional<RunningApplication> WaylandWorkspace::runningApplication(std::int3
         if (active && active->pids.contains(pid))
             applicationId = m_source->activeApplicationId();
     }
-    const std::optional<QString> name = m_names.nameOf(pid, applicationId);
-    if (!name)
-        return {};
-    RunningApplication application;
-    application.processIdentifier = pid;
-    if (!name->isEmpty())
-        application.localizedName = name;
-    return application;
+    return m_names.application(pid, applicationId);
 }
 
 std::optional<std::int32_t> WaylandWorkspace::frontmostApplication()

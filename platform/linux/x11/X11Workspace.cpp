@@ -57,14 +57,7 @@ std::optional<RunningApplication> X11Workspace::runningApplication(std::int32_t 
                 windowClass = QString::fromUtf8(parts[1]);
         }
     }
-    const std::optional<QString> name = m_names.nameOf(pid, windowClass);
-    if (!name)
-        return {};
-    RunningApplication application;
-    application.processIdentifier = pid;
-    if (!name->isEmpty())
-        application.localizedName = name;
-    return application;
+    return m_names.application(pid, windowClass);
 }
 
 std::optional<std::int32_t> X11Workspace::frontmostApplication()
