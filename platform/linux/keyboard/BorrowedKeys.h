@@ -24,8 +24,8 @@ namespace platform::linux_
 /// While keys are borrowed none repeats: between the press and the release of a typed key a machine
 /// that stands still would have the server type it again.
 ///
-/// Only the map of XTEST's own keyboard changes. The user's keyboard keeps its map, and the server
-/// shows that one to everybody as soon as the user presses a key.
+/// Only the map of XTEST's own keyboard changes. The user's keyboard keeps its map, and the
+/// server shows that map to all clients as soon as the user presses a key.
 ///
 /// The keys form four banks, so that one can be mapped again while the keys of others are still on
 /// their way. Every change of the map is one request, made from a fresh copy while the server is

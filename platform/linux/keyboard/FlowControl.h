@@ -15,12 +15,12 @@
 namespace platform::linux_
 {
 
-/// How far a text has come, and how many keys may follow: so many that the program has always some
-/// to handle, so few that none of its queues grows. One object for each text. Main thread only.
+/// Counts the keys of a text that have arrived, and decides how many may follow: enough to keep the
+/// program busy, and no more than its queues can take. One object for each text. Main thread only.
 ///
-/// A key is sent, then taken from the server by the program, which the answer to a ping shows, then
-/// shown in the input, which the length of its text shows. Where one of the two is not to be had it
-/// is taken to be as the other; where neither is, the keys go by time.
+/// The program takes a sent key from the server; the answer to a ping shows that. Then the input
+/// shows it; the length of its text shows that. Where one of the two counts is unknown, it is taken
+/// to equal the other. Where both are unknown, keys are sent at a fixed pace.
 class FlowControl
 {
 public:
@@ -31,8 +31,8 @@ public:
 
     /// Counts keys that were just sent and the UTF-16 code units in them.
     void sent(std::size_t keys, std::size_t utf16Units);
-    /// Takes note of what has arrived. The input is asked, which costs it time, where the flow
-    /// depends on it or something else that is `wanted`.
+    /// Updates the count of what has arrived. Asks the input, which costs it time, only where the
+    /// flow depends on the answer, or the caller wants it (`wanted`).
     void update(bool wanted);
 
     /// How many keys may be sent now.

@@ -13,8 +13,8 @@
 namespace platform::linux_
 {
 
-/// Tells from the length of the input's text how many of the keys that were sent have arrived in
-/// it. Times are of any steady clock. A plain value.
+/// Computes from the length of the input's text how many of the sent keys have arrived in it. Times
+/// are of any steady clock. A plain value.
 class ReadBack
 {
 public:
@@ -22,8 +22,8 @@ public:
     /// The count before typing, absent when the input does not say, and how much of it is selected.
     ReadBack(std::optional<qint64> countBefore, qint64 selected);
 
-    /// Takes a new reading, `sent` keys having been sent by then. `replaced`: what was selected is
-    /// not there any more, as was asked before the count.
+    /// Takes a new reading. `sent`: the number of keys that were sent before it. `replaced`: the
+    /// selection was gone already when the input was asked for the count.
     void observe(std::optional<qint64> count, std::size_t sent, Milliseconds now,
                  bool replaced = false);
 
@@ -42,8 +42,8 @@ public:
         std::size_t codePoints = 0;
         std::size_t utf16Units = 0;
     };
-    /// By how much the input has grown beyond what was sent, at the last reading, when all of it
-    /// has arrived: what an editor has added by itself. Where the unit is in doubt, the lesser one.
+    /// By how much the input has grown beyond what was sent, once all of it has arrived: what an
+    /// editor has added by itself. Where the unit is unknown, the smaller of the two results.
     qint64 excess(Sent sent) const;
     /// Takes that as belonging there.
     void acceptExcess(Sent sent) { m_base += excess(sent); }
@@ -54,7 +54,7 @@ public:
         return m_lastChange ? now - *m_lastChange : Milliseconds(0);
     }
 
-    /// How many answers since then have told the same count.
+    /// How many answers since then had the same count.
     int sameAnswers() const { return m_sameAnswers; }
 
 private:
