@@ -44,7 +44,7 @@ FocusTracker::FocusTracker(Applications &bus, ActiveWindow &activeWindow, QObjec
 
 void FocusTracker::onFocusChanged(const ObjectRef &element, bool focused)
 {
-    // Only noted: thousands of these a second cost next to nothing until somebody asks.
+    // Only recorded: thousands of these a second cost almost nothing until the focus is asked for.
     ApplicationFocus &focus = m_focus[element.busName];
     if (focused) {
         focus.order = ++m_order;

@@ -37,7 +37,7 @@ QByteArray firstLine(const QString &path)
 
 QByteArray currentIbusAddress()
 {
-    if (const QByteArray address = qgetenv("IBUS_ADDRESS"); !address.isEmpty())
+    if (QByteArray address = qgetenv("IBUS_ADDRESS"); !address.isEmpty())
         return address;
     QByteArray machine = firstLine(QStringLiteral("/var/lib/dbus/machine-id"));
     if (machine.isEmpty())

@@ -59,8 +59,8 @@ public:
     std::size_t bankCapacity() const;
     std::size_t wholeCapacity() const;
 
-    /// Characters, no more than there is room for, and the bank whose keys are to type them, or all
-    /// keys without one. The first characters are the quickest to type.
+    /// Characters, at most as many as there is room for, and the bank whose keys type them; without
+    /// a bank, all keys do. The first characters are the quickest to type.
     struct Load {
         std::optional<int> bank;
         const std::vector<char32_t> &characters;

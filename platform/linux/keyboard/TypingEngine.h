@@ -14,9 +14,9 @@
 namespace platform::linux_
 {
 
-/// Types one text after the other: waits until it may, types, and drains, which is to wait until
-/// the keys on their way have been taken so that the keyboard map can be restored. Works in pieces
-/// of a few milliseconds, each called by the owner of the event loop. The server's thread only.
+/// Types one text after the other: waits until it may type, types, and drains. To drain is to wait
+/// until the program has taken the sent keys, so that the keyboard map can be restored. Works in
+/// steps of a few milliseconds, which the owner of the event loop calls. The server's thread only.
 class TypingEngine
 {
 public:
@@ -30,8 +30,8 @@ public:
     void type(std::unique_ptr<TypingTarget> target, const QList<KeyboardEvent> &events,
               std::function<void(TypingResult)> completion);
 
-    /// Does what can be done now, and tells after how long to call again; nothing when there is
-    /// nothing to do. Call it too when the server has sent something.
+    /// Does what can be done now. Returns the time after which to call again; nothing when there is
+    /// no more to do. Call it also when the server has sent something.
     std::optional<Milliseconds> step();
 
     /// Stops typing for good. True once the keys on their way have been taken and the map is as it
