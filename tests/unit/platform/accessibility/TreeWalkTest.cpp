@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Quillet authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "platform/linux/reading/TreeText.h"
 #include "platform/linux/reading/TreeWalk.h"
 #include "platform/linux/reading/Attributes.h"
 #include "platform/linux/reading/EditableAnswers.h"
 #include "platform/linux/reading/FocusSearch.h"
+#include "platform/linux/reading/TreeText.h"
 #include "support/FakeProgram.h"
 #include "support/WaitUntil.h"
 
