@@ -5,6 +5,7 @@
 
 #include "platform/Workspace.h"
 #include "platform/linux/ports/ActiveWindow.h"
+#include "platform/linux/ports/WindowWatch.h"
 
 namespace platform::linux_
 {
@@ -17,6 +18,8 @@ public:
 
     virtual Workspace &workspace() = 0;
     virtual ActiveWindow &activeWindow() = 0;
+    /// Null where the window system notices nothing of other programs' windows.
+    virtual WindowWatch *windowWatch() { return nullptr; }
 };
 
 } // namespace platform::linux_

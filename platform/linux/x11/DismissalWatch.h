@@ -15,6 +15,8 @@ namespace platform::linux_
 {
 
 class FloatingPanels;
+class KeyboardLoan;
+class PointerWatch;
 
 /// Tells when the user wants an open panel gone: Escape is pressed, in any window, or a
 /// mouse button outside all panels. Escape is grabbed only while the panel is shown; a click is
@@ -23,21 +25,22 @@ class DismissalWatch : public QObject
 {
     Q_OBJECT
 public:
-    DismissalWatch(XcbConnection &connection, FloatingPanels &panels);
+    /// All must outlive this object.
+    DismissalWatch(XcbConnection &connection, FloatingPanels &panels, PointerWatch &pointer,
+                   KeyboardLoan &keyboard);
 
     /// Watches until `panel` leaves the screen or another panel is watched.
     void watch(QWidget *panel, std::function<void()> dismissed);
 
 private:
     void stop();
-    void selectClicks(bool wanted);
-    void handle(const xcb_generic_event_t *event);
+    void notePress(quint32 button, xcb_timestamp_t time);
     void dismiss();
 
     XcbConnection &m_connection;
     FloatingPanels &m_panels;
-    /// Major opcode of XInput 2; 0 where the server has none.
-    quint8 m_xinput = 0;
+    PointerWatch &m_pointer;
+    KeyboardLoan &m_keyboard;
     QPointer<QWidget> m_panel;
     std::function<void()> m_dismissed;
     std::unique_ptr<KeyGrab> m_escape;

@@ -191,14 +191,7 @@ void FloatingPanels::raisePanels()
     if (!m_connection)
         return;
     xcb_connection_t *c = m_connection->get();
-    const XcbPtr<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(c, xcb_query_tree(c, m_connection->root()), nullptr));
-    if (!tree)
-        return;
-    const xcb_window_t *first = xcb_query_tree_children(tree.get());
-    const QList<xcb_window_t> bottomToTop(first,
-                                          first + xcb_query_tree_children_length(tree.get()));
-
+    const QList<xcb_window_t> bottomToTop = m_connection->childrenOf(m_connection->root());
     QList<xcb_window_t> raised;
     bool covered = false;
     for (const xcb_window_t window : bottomToTop) {
@@ -206,7 +199,7 @@ void FloatingPanels::raisePanels()
         if (panel && panel->isVisible())
             raised.append(window);
         else if (!raised.isEmpty() && !covered)
-            covered = isApplicationWindow(window, 0);
+            covered = m_connection->isApplicationTopLevel(window);
     }
     if (!covered)
         return;
@@ -215,31 +208,6 @@ void FloatingPanels::raisePanels()
         xcb_configure_window(c, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     }
     xcb_flush(c);
-}
-
-// Menus, tool tips and screen lockers are override-redirect too and may cover us; a window
-// manager's frame is known by the application's window in it, which carries WM_STATE
-// (ICCCM 4.1.3.1).
-bool FloatingPanels::isApplicationWindow(xcb_window_t window, int depth)
-{
-    xcb_connection_t *c = m_connection->get();
-    const XcbPtr<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, window), nullptr));
-    if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-        attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
-        return false;
-    if ((depth == 0 && !attributes->override_redirect) || m_connection->item(window, "WM_STATE"))
-        return true;
-    constexpr int deepestClient = 2; // frame, wrapper, application
-    if (depth == deepestClient)
-        return false;
-    const XcbPtr<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(c, xcb_query_tree(c, window), nullptr));
-    if (!tree)
-        return false;
-    const xcb_window_t *child = xcb_query_tree_children(tree.get());
-    return std::any_of(child, child + xcb_query_tree_children_length(tree.get()),
-                       [this, depth](xcb_window_t w) { return isApplicationWindow(w, depth + 1); });
 }
 
 } // namespace platform::linux_

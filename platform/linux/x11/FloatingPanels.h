@@ -51,7 +51,6 @@ private:
     void updateDrawing(QWidget *panel);
     void setShape(QWidget *panel, const QList<QRect> &pixels);
     void raisePanels();
-    bool isApplicationWindow(xcb_window_t window, int depth);
     static xcb_window_t windowOf(const QWidget *panel);
 
     XcbConnection *m_connection;

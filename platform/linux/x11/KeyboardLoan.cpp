@@ -65,6 +65,7 @@ void KeyboardLoan::take(QWidget *panel)
         m_activeWindow = m_panels.panelWith(active) ? xcb_window_t(XCB_NONE) : active;
     }
     m_formerLender = XCB_NONE;
+    m_clickTime = XCB_CURRENT_TIME;
     m_isLost = false;
     watchBorrower(panel);
     panel->windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, false);
@@ -89,6 +90,7 @@ void KeyboardLoan::watchBorrower(QWidget *panel)
 void KeyboardLoan::giveBack(std::function<void(bool)> completion)
 {
     if (m_lender == XCB_NONE) {
+        m_clickTime = XCB_CURRENT_TIME;
         // Where giving back has failed before, the lender may have got the keyboard since.
         const bool isFine = m_formerLender == XCB_NONE || isWith(m_formerLender);
         if (completion)
@@ -111,7 +113,8 @@ void KeyboardLoan::giveBack(std::function<void(bool)> completion)
     m_insist.start();
     m_deadline.start();
     // A window that is not viewable does not take it; minimised, it may come back.
-    m_server.setInputFocus(m_lender);
+    m_server.setInputFocus(m_lender,
+                           m_clickTime == XCB_CURRENT_TIME ? XCB_CURRENT_TIME : m_clickTime - 1);
     check();
 }
 
@@ -167,7 +170,9 @@ void KeyboardLoan::insist()
         finish(false);
         return;
     }
-    if (m_activeWindow != XCB_NONE && m_server.windowManagerSupports(activeWindowProperty))
+    // A late request would undo what the click has brought about.
+    if (m_clickTime == XCB_CURRENT_TIME && m_activeWindow != XCB_NONE &&
+        m_server.windowManagerSupports(activeWindowProperty))
         m_server.sendToWindowManager(m_activeWindow, activeWindowProperty,
                                      {sourcePager, m_server.serverTime(), 0});
     check();
@@ -180,6 +185,7 @@ void KeyboardLoan::finish(bool returned)
     if (m_returning && m_lender != XCB_INPUT_FOCUS_POINTER_ROOT)
         m_server.deselect(m_lender, lenderEvents);
     m_returning = false;
+    m_clickTime = XCB_CURRENT_TIME;
     m_isLost = false;
     m_formerLender = returned ? xcb_window_t(XCB_NONE) : m_lender;
     m_lender = XCB_NONE;

@@ -38,6 +38,11 @@ public:
     /// another window has the focus, or the lender has not got it after two seconds.
     void giveBack(std::function<void(bool)> completion);
 
+    /// The user has clicked at `time`, and the click decides who has the keyboard from then on:
+    /// what is given back by the next giveBack() counts as given just before it, so that the X
+    /// server lets the window manager's answer to the click win, in whichever order they come.
+    void yieldTo(xcb_timestamp_t time) { m_clickTime = time; }
+
     /// True while a panel has the keyboard, or the lender is about to get it.
     bool isOut();
 
@@ -62,6 +67,8 @@ private:
     /// Another window took the focus from the panel.
     bool m_isLost = false;
     bool m_returning = false;
+    /// The click that the next return comes from; XCB_CURRENT_TIME for none.
+    xcb_timestamp_t m_clickTime = XCB_CURRENT_TIME;
     std::vector<std::function<void(bool)>> m_completions;
     QTimer m_insist;
     QTimer m_deadline;

@@ -48,12 +48,18 @@ public:
     /// Where the window lies on the root window, without its frame, in pixels.
     virtual std::optional<QRect> placeOf(xcb_window_t window) = 0;
     virtual xcb_window_t parentOf(xcb_window_t window) = 0;
+    /// From the bottom to the top.
+    virtual QList<xcb_window_t> childrenOf(xcb_window_t window) = 0;
+    /// Whether this child of the root window is an application's, or the window manager's frame
+    /// around one, and is shown; in contrast to a menu, a tool tip or a screen locker.
+    virtual bool isApplicationTopLevel(xcb_window_t window) = 0;
 
     /// The window that has the keyboard (GetInputFocus); XCB_NONE or XCB_INPUT_FOCUS_POINTER_ROOT
     /// where no window has.
     virtual xcb_window_t inputFocus() = 0;
-    /// A window that is not viewable does not get it.
-    virtual void setInputFocus(xcb_window_t window) = 0;
+    /// A window that is not viewable does not get it, and neither does one when the focus has
+    /// changed after `time`, in the X server's milliseconds (SetInputFocus).
+    virtual void setInputFocus(xcb_window_t window, xcb_timestamp_t time = XCB_CURRENT_TIME) = 0;
 
     /// The X server's time now, in its milliseconds.
     virtual xcb_timestamp_t serverTime() = 0;

@@ -29,11 +29,14 @@ X11WindowSystem::X11WindowSystem(QString sessionLimitation)
     if (m_connection) {
         m_keyboard.emplace(*m_connection, m_panels);
         m_activeWindow = std::make_unique<X11ActiveWindow>(*m_connection, m_panels, *m_keyboard);
+        m_pointer.emplace(*m_connection);
+        m_windowWatch.emplace(*m_connection, m_panels, &*m_pointer);
     } else {
         m_activeWindow = std::make_unique<UnknownActiveWindow>();
     }
     m_workspace.emplace(m_connection.get(), m_panels, m_keyboard ? &*m_keyboard : nullptr,
-                        *m_activeWindow, std::move(sessionLimitation));
+                        m_pointer ? &*m_pointer : nullptr, *m_activeWindow,
+                        std::move(sessionLimitation));
 }
 
 X11WindowSystem::~X11WindowSystem() = default;

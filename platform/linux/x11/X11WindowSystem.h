@@ -6,6 +6,8 @@
 #include "platform/linux/ports/WindowSystem.h"
 #include "platform/linux/x11/FloatingPanels.h"
 #include "platform/linux/x11/KeyboardLoan.h"
+#include "platform/linux/x11/PointerWatch.h"
+#include "platform/linux/x11/X11WindowWatch.h"
 #include "platform/linux/x11/X11Workspace.h"
 #include "platform/linux/x11/XcbConnection.h"
 
@@ -28,12 +30,15 @@ public:
 
     ActiveWindow &activeWindow() override { return *m_activeWindow; }
     Workspace &workspace() override { return *m_workspace; }
+    WindowWatch *windowWatch() override { return m_windowWatch ? &*m_windowWatch : nullptr; }
 
 private:
     std::unique_ptr<XcbConnection> m_connection;
     FloatingPanels m_panels;
     std::optional<KeyboardLoan> m_keyboard;
     std::unique_ptr<ActiveWindow> m_activeWindow;
+    std::optional<PointerWatch> m_pointer;
+    std::optional<X11WindowWatch> m_windowWatch;
     std::optional<X11Workspace> m_workspace;
 };
 

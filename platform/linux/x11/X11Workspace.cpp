@@ -30,8 +30,8 @@ constexpr quint32 sourcePager = 2;
 } // namespace
 
 X11Workspace::X11Workspace(XcbConnection *connection, FloatingPanels &panels,
-                           KeyboardLoan *keyboard, ActiveWindow &activeWindow,
-                           QString sessionLimitation)
+                           KeyboardLoan *keyboard, PointerWatch *pointer,
+                           ActiveWindow &activeWindow, QString sessionLimitation)
     : m_connection(connection)
     , m_panels(panels)
     , m_keyboard(keyboard)
@@ -39,7 +39,8 @@ X11Workspace::X11Workspace(XcbConnection *connection, FloatingPanels &panels,
     , m_sessionLimitation(std::move(sessionLimitation))
 {
     if (m_connection)
-        m_dismissal = std::make_unique<DismissalWatch>(*m_connection, m_panels);
+        m_dismissal =
+            std::make_unique<DismissalWatch>(*m_connection, m_panels, *pointer, *m_keyboard);
 }
 
 X11Workspace::~X11Workspace() = default;

@@ -26,10 +26,11 @@ class X11Workspace : public QObject, public Workspace
 {
     Q_OBJECT
 public:
-    /// All must outlive this object; `connection` and `keyboard` may be null. `sessionLimitation`:
-    /// what is missing here, because the X11 server is only a part of the session.
+    /// All must outlive this object; `connection`, `keyboard` and `pointer` are null where
+    /// there is no X server. `sessionLimitation`: what is missing here, because the X11 server is
+    /// only a part of the session.
     X11Workspace(XcbConnection *connection, FloatingPanels &panels, KeyboardLoan *keyboard,
-                 ActiveWindow &activeWindow, QString sessionLimitation = {});
+                 PointerWatch *pointer, ActiveWindow &activeWindow, QString sessionLimitation = {});
     ~X11Workspace() override;
 
     /// Named by the desktop entry that starts the program where one is found, else by the process.

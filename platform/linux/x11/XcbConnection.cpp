@@ -8,6 +8,7 @@
 #include <QSocketNotifier>
 
 #include <X11/Xlib.h>
+#include <algorithm>
 #include <xcb/res.h>
 
 namespace platform::linux_
@@ -198,6 +199,41 @@ xcb_window_t XcbConnection::parentOf(xcb_window_t window)
     return tree ? tree->parent : xcb_window_t(XCB_NONE);
 }
 
+QList<xcb_window_t> XcbConnection::childrenOf(xcb_window_t window)
+{
+    const XcbPtr<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, window), nullptr));
+    if (!tree)
+        return {};
+    const xcb_window_t *first = xcb_query_tree_children(tree.get());
+    return {first, first + xcb_query_tree_children_length(tree.get())};
+}
+
+bool XcbConnection::isApplicationTopLevel(xcb_window_t window)
+{
+    return holdsApplication(window, 0);
+}
+
+// Menus, tool tips and screen lockers are override-redirect; so are some window managers' frames,
+// which are known by the application's window in them: it carries WM_STATE (ICCCM 4.1.3.1).
+bool XcbConnection::holdsApplication(xcb_window_t window, int depth)
+{
+    const XcbPtr<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        m_connection, xcb_get_window_attributes(m_connection, window), nullptr));
+    if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+        attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
+        return false;
+    if ((depth == 0 && !attributes->override_redirect) || item(window, "WM_STATE"))
+        return true;
+    constexpr int deepestClient = 2; // frame, wrapper, application
+    if (depth == deepestClient)
+        return false;
+    const QList<xcb_window_t> children = childrenOf(window);
+    return std::any_of(children.cbegin(), children.cend(), [this, depth](xcb_window_t child) {
+        return holdsApplication(child, depth + 1);
+    });
+}
+
 xcb_window_t XcbConnection::inputFocus()
 {
     const XcbPtr<xcb_get_input_focus_reply_t> reply(
@@ -205,12 +241,10 @@ xcb_window_t XcbConnection::inputFocus()
     return reply ? reply->focus : xcb_window_t(XCB_NONE);
 }
 
-void XcbConnection::setInputFocus(xcb_window_t window)
+void XcbConnection::setInputFocus(xcb_window_t window, xcb_timestamp_t time)
 {
-    // Not the time of a click: what took the focus last may be newer, and the server ignores
-    // requests that are older.
     const auto cookie =
-        xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+        xcb_set_input_focus_checked(m_connection, XCB_INPUT_FOCUS_PARENT, window, time);
     const XcbPtr<xcb_generic_error_t> refused(xcb_request_check(m_connection, cookie));
 }
 

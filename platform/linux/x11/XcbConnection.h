@@ -50,8 +50,10 @@ public:
     bool isViewable(xcb_window_t window) override;
     std::optional<QRect> placeOf(xcb_window_t window) override;
     xcb_window_t parentOf(xcb_window_t window) override;
+    QList<xcb_window_t> childrenOf(xcb_window_t window) override;
+    bool isApplicationTopLevel(xcb_window_t window) override;
     xcb_window_t inputFocus() override;
-    void setInputFocus(xcb_window_t window) override;
+    void setInputFocus(xcb_window_t window, xcb_timestamp_t time) override;
     xcb_timestamp_t serverTime() override;
     bool select(xcb_window_t window, quint32 eventMask) override;
     void deselect(xcb_window_t window, quint32 eventMask) override;
@@ -63,6 +65,7 @@ private:
     XcbConnection(xcb_connection_t *connection, int screenNumber);
     void dispatch();
     void askForResources();
+    bool holdsApplication(xcb_window_t window, int depth);
     quint32 selected(xcb_window_t window) const;
 
     xcb_connection_t *m_connection;

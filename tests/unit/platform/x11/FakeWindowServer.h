@@ -23,6 +23,8 @@ public:
     QHash<xcb_window_t, xcb_window_t> parents;
     QHash<xcb_window_t, QRect> places;
     QSet<xcb_window_t> viewable;
+    /// From the bottom to the top.
+    QList<xcb_window_t> stack;
     xcb_window_t focus = rootWindow;
     bool hasManager = true;
     /// Whom the window manager was asked to activate.
@@ -38,6 +40,7 @@ public:
         parents.insert(window, rootWindow);
         places.insert(window, place);
         viewable.insert(window);
+        stack.append(window);
     }
     void setActive(xcb_window_t window)
     {
@@ -72,9 +75,25 @@ public:
         hasManager = false;
         destroy(managerWindow);
     }
-    /// Another client, or the user, moves the focus.
-    void moveFocus(xcb_window_t window)
+    /// The window manager, or the user, moves and resizes a window beside the root window.
+    void move(xcb_window_t window, const QRect &place)
     {
+        places.insert(window, place);
+        xcb_configure_notify_event_t event{};
+        event.response_type = XCB_CONFIGURE_NOTIFY;
+        event.event = rootWindow;
+        event.window = window;
+        event.x = std::int16_t(place.x());
+        event.y = std::int16_t(place.y());
+        event.width = std::uint16_t(place.width());
+        event.height = std::uint16_t(place.height());
+        deliver(&event);
+    }
+    /// Another client, or the user, moves the focus.
+    void moveFocus(xcb_window_t window, xcb_timestamp_t time = XCB_CURRENT_TIME)
+    {
+        if (time != XCB_CURRENT_TIME)
+            m_focusTime = time;
         const xcb_window_t former = std::exchange(focus, window);
         xcb_focus_out_event_t event{};
         event.response_type = XCB_FOCUS_OUT;
@@ -133,9 +152,21 @@ public:
         ++questions;
         return focus;
     }
-    void setInputFocus(xcb_window_t window) override
+    QList<xcb_window_t> childrenOf(xcb_window_t window) override
+    {
+        QList<xcb_window_t> children;
+        for (const xcb_window_t each : std::as_const(stack)) {
+            if (parents.value(each) == window)
+                children.append(each);
+        }
+        return children;
+    }
+    bool isApplicationTopLevel(xcb_window_t window) override { return viewable.contains(window); }
+    void setInputFocus(xcb_window_t window, xcb_timestamp_t time) override
     {
         focused.append(window);
+        if (time != XCB_CURRENT_TIME && time < m_focusTime)
+            return;
         if (viewable.contains(window) || !parents.contains(window))
             moveFocus(window);
     }
@@ -164,6 +195,7 @@ private:
     }
 
     xcb_window_t m_active = XCB_NONE;
+    xcb_timestamp_t m_focusTime = 0;
     QList<QByteArray> m_atoms;
     QSet<xcb_window_t> m_selected;
 };

@@ -61,6 +61,36 @@ TEST_F(Borrowed, TheLenderGetsTheKeyboardBack)
     EXPECT_EQ(server.focused, QList<xcb_window_t>{editor});
 }
 
+TEST_F(Borrowed, AClickThatEndsTheLoanDecidesWhoHasTheKeyboard)
+{
+    xcb_timestamp_t click = 5000;
+    for (const bool managerIsFirst : {true, false}) {
+        click += 1000;
+        server.focus = editor;
+        loan.take(&panel);
+        server.setActive(editor);
+        if (managerIsFirst) {
+            // Seen by the X server, but not yet by us, at the time of the request.
+            const QSignalBlocker late(server);
+            server.moveFocus(other, click);
+            server.focus = window();
+        }
+        loan.yieldTo(click);
+        giveBack();
+        if (managerIsFirst) {
+            EXPECT_EQ(server.focus, window())
+                << "the request is older than the answer to the click";
+            server.focus = other;
+        } else {
+            EXPECT_EQ(server.focus, editor) << "until the answer comes";
+            server.moveFocus(other, click);
+        }
+        EXPECT_TRUE(waitUntil([this] { return !loan.isOut(); }));
+        EXPECT_EQ(server.focus, other);
+        EXPECT_TRUE(server.activated.isEmpty()) << "nothing asks for the lender afterwards";
+    }
+}
+
 TEST_F(Borrowed, APanelThatLeavesGivesItBackByItself)
 {
     panel.hide();
