@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/Accessibility.h"
+#include "platform/FrameWatch.h"
 #include "platform/Installation.h"
 #include "platform/KeyboardEvents.h"
 #include "platform/ProgramAccess.h"
@@ -25,6 +26,8 @@ public:
     virtual KeyboardEvents &keyboard() = 0;
     virtual Workspace &workspace() = 0;
     virtual Installation &installation() = 0;
+    /// Null where the system cannot follow an element.
+    virtual FrameWatch *frameWatch() { return nullptr; }
     /// Null where the system knows no switches of programs.
     virtual ProgramAccess *programAccess() { return nullptr; }
 };

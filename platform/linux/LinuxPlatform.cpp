@@ -6,6 +6,7 @@
 #include "platform/linux/SessionChoice.h"
 #include "platform/linux/WindowSystems.h"
 #include "platform/linux/accessibility/AtspiAccessibility.h"
+#include "platform/linux/accessibility/ElementFrames.h"
 #include "platform/linux/desktop/DesktopProgramAccess.h"
 #include "platform/linux/desktop/LinuxInstallation.h"
 #include "platform/linux/diagnosis/LinuxDiagnosis.h"
@@ -57,6 +58,7 @@ public:
     KeyboardEvents &keyboard() override { return m_keyboard; }
     Workspace &workspace() override { return m_windowSystem->workspace(); }
     Installation &installation() override { return m_installation; }
+    FrameWatch *frameWatch() override { return &m_frames; }
     ProgramAccess *programAccess() override { return &m_programAccess; }
 
 private:
@@ -68,6 +70,8 @@ private:
     std::unique_ptr<linux_::Typist> m_typist = linux_::createTypist(m_inputMethods);
     linux_::AtspiAccessibility m_accessibility{*m_typist, m_windowSystem->activeWindow(),
                                                m_settings};
+    linux_::ElementFrames m_frames{m_accessibility, m_windowSystem->activeWindow(),
+                                   m_windowSystem->windowWatch()};
     LinuxKeyboard m_keyboard{m_accessibility, *m_typist};
 };
 

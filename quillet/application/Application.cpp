@@ -149,9 +149,9 @@ void Application::createObserver()
         const auto isExcluded = [this](const QString &program) {
             return m_userSettings.isExcluded(program);
         };
-        FloatingButtonManager::prepareShared({m_platform->accessibility(), m_platform->keyboard(),
-                                              m_platform->workspace(), *m_writing,
-                                              SharedMetricPost::shared(), isExcluded});
+        FloatingButtonManager::prepareShared(
+            {m_platform->accessibility(), m_platform->keyboard(), m_platform->workspace(),
+             *m_writing, SharedMetricPost::shared(), isExcluded, m_platform->frameWatch()});
         FloatingButtonManager &manager = FloatingButtonManager::shared();
         connect(&manager, &FloatingButtonManager::textApplied, this,
                 [this](const QString &text, const platform::WriteOutcome &outcome) {

@@ -62,7 +62,9 @@ void DragFriendlyButton::mouseReleaseEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton)
         return;
     m_longPress.stop();
-    if (!m_didDrag && !m_wasLong)
+    if (m_didDrag)
+        Q_EMIT dragged();
+    else if (!m_wasLong)
         Q_EMIT clicked();
 }
 

@@ -27,6 +27,8 @@ public:
 
 Q_SIGNALS:
     void clicked();
+    /// The user has let go of the button elsewhere.
+    void dragged();
     /// A press of the other mouse button, or a long one of the first.
     void menuWanted();
 

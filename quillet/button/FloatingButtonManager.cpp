@@ -43,6 +43,16 @@ double mainScreenHeight()
     return ScreenCoordinates::current().mainScreen.height();
 }
 
+/// Where the button of an input belongs, in toolkit coordinates.
+QRect buttonPlace(const QRectF &inputFrame)
+{
+    const double size = ButtonPlacement::buttonSize;
+    const QPointF origin = ButtonPlacement::panelOrigin(inputFrame, mainScreenHeight());
+    return ScreenCoordinates::current()
+        .toolkitFromBottomLeft(QRectF(origin, QSizeF(size, size)))
+        .toRect();
+}
+
 } // namespace
 
 FloatingButtonManager::FloatingButtonManager(const Collaborators &collaborators, QObject *parent)
@@ -84,18 +94,21 @@ void FloatingButtonManager::show(const AXUIElement &element)
     hide();
     m_element = element;
     m_scope.reset();
-    const auto frame = getFrame(m_collaborators.accessibility, element);
-    if (!frame)
-        return;
+    if (const auto frame = getFrame(m_collaborators.accessibility, element))
+        makeButton(*frame);
+    // An input that is out of sight at first gets its button when it comes into sight.
+    if (m_collaborators.frames)
+        m_collaborators.frames->watch(
+            element, [this](const std::optional<QRectF> &inputFrame) { follow(inputFrame); });
+}
 
-    const double screenHeight = mainScreenHeight();
-    const double size = ButtonPlacement::buttonSize;
-    const QRectF panelFrame(ButtonPlacement::panelOrigin(*frame, screenHeight), QSizeF(size, size));
-
+void FloatingButtonManager::makeButton(const QRectF &inputFrame)
+{
     m_buttonWindow = new NonActivatingPanel;
     m_buttonWindow->setWindowTitle(QStringLiteral("Quillet"));
-    m_buttonWindow->setGeometry(
-        ScreenCoordinates::current().toolkitFromBottomLeft(panelFrame).toRect());
+    const QRect place = buttonPlace(inputFrame);
+    m_corner = place.topLeft();
+    m_buttonWindow->setGeometry(place.translated(m_distances.of(m_element)));
     m_collaborators.workspace.preparePanel(m_buttonWindow, false);
 
     auto *button = new DragFriendlyButton(
@@ -106,13 +119,45 @@ void FloatingButtonManager::show(const AXUIElement &element)
     button->setGeometry(m_buttonWindow->rect());
     connect(button, &DragFriendlyButton::clicked, this, &FloatingButtonManager::buttonClicked);
     connect(button, &DragFriendlyButton::menuWanted, this, &FloatingButtonManager::showMenu);
+    connect(button, &DragFriendlyButton::dragged, this, &FloatingButtonManager::keepDistance);
 
     m_buttonWindow->show();
     m_buttonWindow->raise();
 }
 
+void FloatingButtonManager::follow(const std::optional<QRectF> &inputFrame)
+{
+    const bool isHeld = QGuiApplication::mouseButtons() & Qt::LeftButton;
+    if (!inputFrame) {
+        if (m_buttonWindow && !isHeld)
+            m_buttonWindow->hide();
+        return;
+    }
+    if (!m_buttonWindow) {
+        makeButton(*inputFrame);
+        return;
+    }
+    m_corner = buttonPlace(*inputFrame).topLeft();
+    // The user's hand decides; keepDistance() comes when it lets go.
+    if (isHeld)
+        return;
+    m_buttonWindow->move(m_corner + m_distances.of(m_element));
+    if (!m_buttonWindow->isVisible()) {
+        m_buttonWindow->show();
+        m_buttonWindow->raise();
+    }
+}
+
+void FloatingButtonManager::keepDistance()
+{
+    if (m_buttonWindow)
+        m_distances.keep(m_element, m_buttonWindow->pos() - m_corner);
+}
+
 void FloatingButtonManager::hide()
 {
+    if (m_collaborators.frames)
+        m_collaborators.frames->watch({}, {});
     if (m_sidePanel)
         m_sidePanel->close();
     if (m_buttonWindow) {

@@ -4,8 +4,10 @@
 #pragma once
 
 #include "platform/Accessibility.h"
+#include "platform/FrameWatch.h"
 #include "platform/KeyboardEvents.h"
 #include "platform/Workspace.h"
+#include "quillet/button/ButtonDistances.h"
 #include "quillet/button/FormerTexts.h"
 #include "quillet/focus/AccessibilityObserver.h"
 #include "quillet/popup/FloatingPopup.h"
@@ -35,6 +37,8 @@ public:
         EventTracker &tracker;
         /// Whether the user keeps Quillet out of the program of this name.
         std::function<bool(const QString &program)> isExcluded = {};
+        /// Null where the system cannot follow an element.
+        platform::FrameWatch *frames = nullptr;
     };
 
     explicit FloatingButtonManager(const Collaborators &collaborators, QObject *parent = nullptr);
@@ -84,6 +88,9 @@ private:
         QString text;
     };
     std::optional<Scope> selectionOf(const platform::AXUIElement &element);
+    void makeButton(const QRectF &inputFrame);
+    void follow(const std::optional<QRectF> &inputFrame);
+    void keepDistance();
     void preparePopup();
     QRectF buttonFrame() const;
     QString programOfInput();
@@ -97,6 +104,9 @@ private:
 
     const Collaborators m_collaborators;
     QPointer<NonActivatingPanel> m_buttonWindow;
+    /// Where the button belongs by its input's place; toolkit coordinates.
+    QPoint m_corner;
+    ButtonDistances m_distances;
     platform::AXUIElement m_element;
     /// Absent: all of the text.
     std::optional<Scope> m_scope;

@@ -131,6 +131,20 @@ private:
     }
 };
 
+class Frames : public platform::FrameWatch
+{
+public:
+    AXUIElement watched;
+    std::function<void(const std::optional<QRectF> &)> moved;
+
+    void watch(const AXUIElement &element,
+               std::function<void(const std::optional<QRectF> &)> tell) override
+    {
+        watched = element;
+        moved = std::move(tell);
+    }
+};
+
 class KeyboardEvents : public platform::KeyboardEvents
 {
 public:

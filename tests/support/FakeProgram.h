@@ -7,6 +7,7 @@
 #include "platform/linux/atspi/CallChannel.h"
 
 #include <QHash>
+#include <QRect>
 #include <QStringList>
 
 #include <deque>
@@ -31,6 +32,7 @@ public:
         QString text = {};
         QList<std::pair<QByteArray, QByteArray>> attributes = {};
         QByteArray parent = {};
+        QRect extents = {};
     };
 
     QByteArray busName = ":1.7";
@@ -147,6 +149,9 @@ private:
                                          "org.a11y.atspi.Collection") >= 0;
         if (member == "GetInterfaces")
             return sd_bus_message_append(reply, "as", 1, "org.a11y.atspi.Text") >= 0;
+        if (member == "GetExtents")
+            return sd_bus_message_append(reply, "(iiii)", element.extents.x(), element.extents.y(),
+                                         element.extents.width(), element.extents.height()) >= 0;
         if (member == "GetChildren")
             return appendRefs(reply, element.children);
         if (member == "GetText")

@@ -61,6 +61,7 @@ public:
     QString adviceForFocusedApplication() override;
 
     AtspiBus &bus() { return m_bus; }
+    FocusTracker &focusTracker() { return m_focus; }
 
     /// The element as an input to type into, in the window in which it had the focus when its
     /// handle was made; nothing for what is no element of another application, for a terminal and

@@ -288,11 +288,41 @@ void FocusTracker::refresh(AtspiApplication &application, ApplicationFocus &focu
                     it->verified = false;
             });
     }
+    if (focus.element == m_watched)
+        askPlace(application, focus.facts);
     if (focus.element != focus.reported)
         application.call(focus.element.path, atspi::accessibleInterface, "GetState",
                          [asked](DBusMessage &reply) { asked(reply, false); });
     application.call(focus.reported.path, atspi::accessibleInterface, "GetState",
                      [asked](DBusMessage &reply) { asked(reply, true); });
+}
+
+void FocusTracker::watchExtents(const ObjectRef &element)
+{
+    m_watched = element;
+    m_watchedPlace.reset();
+}
+
+void FocusTracker::askPlace(AtspiApplication &application, const ElementFacts &facts)
+{
+    // GTK 4 knows no place on the screen.
+    const auto coordinates =
+        facts.toolkit == "GTK" ? atspi::CoordType::Window : atspi::CoordType::Screen;
+    application.call(
+        m_watched.path, atspi::componentInterface, "GetExtents",
+        [this, watched = m_watched, isHidden = isHidden(facts)](DBusMessage &reply) {
+            if (watched != m_watched || !reply.enterStruct("iiii"))
+                return;
+            const auto x = reply.readInt32().value_or(0);
+            const auto y = reply.readInt32().value_or(0);
+            const auto width = reply.readInt32().value_or(0);
+            const Place place{QRect(x, y, width, reply.readInt32().value_or(0)), isHidden};
+            const bool isOther = m_watchedPlace && *m_watchedPlace != place;
+            m_watchedPlace = place;
+            if (isOther)
+                Q_EMIT extentsChanged();
+        },
+        "u", quint32(coordinates));
 }
 
 bool FocusTracker::hasFocus(const ObjectRef &element)

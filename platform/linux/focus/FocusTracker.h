@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
+#include <QRect>
 
 #include <optional>
 
@@ -64,6 +65,14 @@ public:
     /// The active window, when it belongs to the application's process.
     std::optional<quint32> windowOf(const QByteArray &busName);
 
+    /// Has the extents of this element asked for too, whenever its states are, for as long as it
+    /// has the focus; a null reference ends it.
+    void watchExtents(const ObjectRef &element);
+
+Q_SIGNALS:
+    /// The watched element has other extents, or is shown or hidden.
+    void extentsChanged();
+
 private:
     struct ApplicationFocus {
         /// What the application reported, and the editable region that it lies in.
@@ -92,12 +101,22 @@ private:
     void refresh(AtspiApplication &application, ApplicationFocus &focus);
     AtspiApplication *applicationOf(const QList<qint32> &pids);
     void forgetChecks();
+    /// What tells whether the watched element has moved.
+    struct Place {
+        QRect extents;
+        bool isHidden = false;
+        friend bool operator==(const Place &, const Place &) = default;
+    };
+    void askPlace(AtspiApplication &application, const ElementFacts &facts);
 
     Applications &m_bus;
     ActiveWindow &m_activeWindow;
     QHash<QByteArray, ApplicationFocus> m_focus;
     QByteArray m_lastReporter;
     quint64 m_order = 0;
+    ObjectRef m_watched;
+    /// What the watched element last said; nothing before.
+    std::optional<Place> m_watchedPlace;
     quint32 m_window = 0;
     qint32 m_windowPid = 0;
     qint32 m_answeredPid = 0;

@@ -84,6 +84,21 @@ QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens)
         QRectF(place, QSizeF(pixels.size()) / on->scale));
 }
 
+QRect toPixels(const QRectF &points, const QList<ScreenGeometry> &screens)
+{
+    if (screens.isEmpty())
+        return points.toRect();
+    const QRectF place = points.translated(screens.first().geometry.topLeft());
+    const ScreenGeometry *on = &screens.first();
+    for (const ScreenGeometry &screen : screens) {
+        if (QRectF(screen.geometry).contains(place.center()))
+            on = &screen;
+    }
+    const QPointF origin = on->geometry.topLeft();
+    return QRectF((place.topLeft() - origin) * on->scale + origin, place.size() * on->scale)
+        .toRect();
+}
+
 QList<ScreenGeometry> currentScreens()
 {
     QList<ScreenGeometry> screens;

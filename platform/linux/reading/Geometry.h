@@ -40,6 +40,9 @@ QRect ontoScreen(const QRect &element, const QRect &topLevel, const WindowPlace 
 /// Turns device pixels into points from the top left of the main screen, the first of `screens`.
 QRectF toPoints(const QRect &pixels, const QList<ScreenGeometry> &screens);
 
+/// The way back, for a place on one of the screens.
+QRect toPixels(const QRectF &points, const QList<ScreenGeometry> &screens);
+
 /// The screens as Qt sees them now, the main one first.
 QList<ScreenGeometry> currentScreens();
 

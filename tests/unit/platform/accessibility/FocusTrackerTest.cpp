@@ -93,6 +93,32 @@ protected:
     FocusTracker tracker{applications, windows};
 };
 
+TEST_F(Tracking, TheWatchedElementIsAskedForItsPlaceWithItsStates)
+{
+    editor.focus("/a");
+    editor.program.elements["/a"].extents = QRect(10, 10, 100, 100);
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    ASSERT_EQ(tracker.current().element, editor.ref("/a"));
+    int changes = 0;
+    QObject::connect(&tracker, &FocusTracker::extentsChanged, &tracker, [&] { ++changes; });
+    const auto tick = [this] {
+        QThread::msleep(210); // the states are believed for that long
+        tracker.current();
+        editor.program.serve();
+    };
+    tracker.watchExtents(editor.ref("/a"));
+    tick();
+    tick();
+    EXPECT_EQ(changes, 0);
+    editor.program.elements["/a"].extents.moveTop(40);
+    tick();
+    EXPECT_EQ(changes, 1);
+    tracker.watchExtents({});
+    editor.program.calls.clear();
+    tick();
+    EXPECT_FALSE(editor.program.calls.contains(QStringLiteral("/a GetExtents")));
+}
+
 TEST_F(Tracking, AFocusThatTwoProgramsClaimIsWhereTheActiveWindowIs)
 {
     editor.focus("/a");

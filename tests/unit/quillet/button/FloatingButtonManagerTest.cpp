@@ -64,7 +64,8 @@ protected:
     fake::Tracker tracker;
     QList<WriteOutcome> outcomes;
     QStringList notWritten;
-    FloatingButtonManager manager{{ax, keyboard, workspace, writing, tracker}};
+    fake::Frames frames;
+    FloatingButtonManager manager{{ax, keyboard, workspace, writing, tracker, {}, &frames}};
 };
 
 void send(QWidget *to, QEvent::Type type, Qt::MouseButtons buttons)
@@ -93,6 +94,53 @@ TEST_F(ManagerTest, ShowsOneButtonAtTheInput)
 
     use(makeElement("AXTextArea"));
     EXPECT_FALSE(manager.buttonWindow()) << "an input without a frame has no button";
+}
+
+TEST_F(ManagerTest, TheButtonFollowsItsInput)
+{
+    auto input = makeElement("AXTextArea");
+    input->set("AXFrame", QRectF(100, 200, 300, 40));
+    manager.show(AXUIElement(input));
+    EXPECT_EQ(frames.watched, AXUIElement(input));
+    manager.buttonClicked();
+    const QPointer<FloatingPopup> popup = manager.popup();
+    const QRect popupPlace = popup->popupWindow()->geometry();
+
+    frames.moved(std::nullopt);
+    EXPECT_FALSE(manager.buttonWindow()->isVisible());
+    frames.moved(QRectF(0, 0, 100, 100));
+    EXPECT_TRUE(manager.buttonWindow()->isVisible());
+    EXPECT_EQ(manager.buttonWindow()->pos(), QPoint(70, 5));
+    ASSERT_TRUE(popup && popup->popupWindow()) << "following closes no popup";
+    EXPECT_EQ(popup->popupWindow()->geometry(), popupPlace);
+
+    manager.hide();
+    EXPECT_FALSE(frames.watched);
+
+    auto hidden = makeElement("AXTextArea");
+    manager.show(AXUIElement(hidden));
+    ASSERT_FALSE(manager.buttonWindow());
+    frames.moved(QRectF(0, 0, 200, 100));
+    ASSERT_TRUE(manager.buttonWindow()) << "an input that comes into sight later";
+    EXPECT_EQ(manager.buttonWindow()->pos(), QPoint(170, 5));
+}
+
+TEST_F(ManagerTest, ADraggedButtonKeepsItsDistanceForItsInput)
+{
+    auto input = makeElement("AXTextArea");
+    input->set("AXFrame", QRectF(0, 0, 100, 100));
+    auto other = makeElement("AXTextArea");
+    other->set("AXFrame", QRectF(0, 300, 200, 100));
+    manager.show(AXUIElement(input));
+    manager.buttonWindow()->move(90, 25);
+    Q_EMIT manager.buttonWindow()->findChild<DragFriendlyButton *>()->dragged();
+
+    frames.moved(QRectF(50, 0, 100, 100));
+    EXPECT_EQ(manager.buttonWindow()->pos(), QPoint(140, 25));
+    manager.show(AXUIElement(other));
+    EXPECT_EQ(manager.buttonWindow()->pos(), QPoint(170, 305));
+    manager.show(AXUIElement(input));
+    EXPECT_EQ(manager.buttonWindow()->pos(), QPoint(90, 25)) << "also when the focus returns";
 }
 
 TEST_F(ManagerTest, AClickTogglesThePopupAndAHideDropsIt)
