@@ -101,6 +101,9 @@ TEST_F(HttpServerTest, SendsPiecesAsTheyComeAndTheRestAtTheEnd)
     EXPECT_TRUE(client.sees("\r\n8\r\n and end\r\n0\r\n\r\n")) << client.seen.constData();
     // The next request on the same connection is answered whole.
     client.write(get());
+    request(1);
+    request().piece({"late", false});
+    request().complete({200, "late"});
     request(1).complete({404, "no"});
     EXPECT_TRUE(client.sees("Content-Length: 6\r\n\r\n\u24d8 no")) << client.seen.constData();
     EXPECT_EQ(client.seen.count("404"), 1);
@@ -203,6 +206,57 @@ TEST_F(HttpServerTest, LetsTheOldestIdleConnectionGo)
     EXPECT_TRUE(known.sees("again"));
     responds[1].complete({200, "done"});
     EXPECT_TRUE(busy.sees("done"));
+}
+
+TEST_F(HttpServerTest, TheConnectionThatHasBeenIdleLongestGoesFirst)
+{
+    HttpLimits limits;
+    limits.maxConnections = 3;
+    start(limits);
+    Client first(*server, get());
+    request().complete({200, "a"});
+    EXPECT_TRUE(first.sees("\r\n\r\na"));
+    Client second(*server, get());
+    request(1).complete({200, "b"});
+    EXPECT_TRUE(second.sees("\r\n\r\nb"));
+    first.write(get());
+    request(2).complete({200, "c"});
+    EXPECT_TRUE(first.sees("\r\n\r\nc"));
+    const Client third(*server, get());
+    EXPECT_TRUE(second.isClosed());
+    request(3);
+    EXPECT_EQ(first.state(), QAbstractSocket::ConnectedState);
+}
+
+TEST_F(HttpServerTest, AnIdleConnectionIsClosedAfterAWhile)
+{
+    HttpLimits limits;
+    limits.request = 50ms;
+    start(limits);
+    Client client(*server, get());
+    request().complete({200, "yes"});
+    EXPECT_TRUE(client.sees("yes"));
+    EXPECT_TRUE(client.isClosed());
+}
+
+TEST_F(HttpServerTest, ClientsBeyondTheLimitWaitForThoseThatAreBeingAnswered)
+{
+    HttpLimits limits;
+    limits.maxConnections = 2;
+    start(limits);
+    Client first(*server, get("Connection: close\r\n"));
+    request();
+    Client second(*server, get());
+    request(1);
+    Client third(*server, get());
+    EXPECT_EQ(requests.size(), 2);
+    responds[0].complete({200, "one"});
+    EXPECT_TRUE(first.sees("one"));
+    EXPECT_TRUE(first.isClosed());
+    request(2).complete({200, "three"});
+    EXPECT_TRUE(third.sees("three"));
+    responds[1].complete({200, "two"});
+    EXPECT_TRUE(second.sees("two"));
 }
 
 TEST_F(HttpServerTest, RefusesABodyWithoutALength)

@@ -334,6 +334,20 @@ TEST_F(ManagerTest, TheShortcutLeavesAloneWhatIsNoInput)
     manager.openForFocusedInput();
     EXPECT_FALSE(manager.popup());
     EXPECT_TRUE(opens(makeElement("AXTextField")));
+
+    QString excluded = QStringLiteral("Editor");
+    FloatingButtonManager::Collaborators all{ax, keyboard, workspace, writing, tracker};
+    all.isExcluded = [&](const QString &program) { return program == excluded; };
+    FloatingButtonManager careful(all);
+    workspace.running.insert(9, {9, QStringLiteral("Editor")});
+    auto input = makeElement("AXTextField", 9);
+    input->set("AXFrame", QRectF(100, 200, 300, 40));
+    ax.focus(input);
+    careful.openForFocusedInput();
+    EXPECT_FALSE(careful.popup()) << "the user wants Quillet to stay out of it";
+    excluded.clear();
+    careful.openForFocusedInput();
+    EXPECT_TRUE(careful.popup());
 }
 
 TEST_F(ManagerTest, TheMenuOffersTheSelectionAndToStayOut)

@@ -67,10 +67,13 @@ TEST(VerticalStack, NothingIsSqueezed)
     stack.addFixedSpacer(20);
     stack.addWidget(second);
     stack.addSpacer();
+    QWidget *third = block(10, 10);
+    stack.addWidget(third);
     stack.setGeometry(QRect(0, 0, 100, 100));
     EXPECT_EQ(first->geometry(), QRect(45, 0, 10, 80));
     EXPECT_EQ(second->geometry(), QRect(45, 140, 10, 80));
-    EXPECT_EQ(stack.sizeHint(), QSize(10, 80 + 20 + 20 + 20 + 80 + 20 + 8));
+    EXPECT_EQ(third->geometry(), QRect(45, 140 + 80 + 20 + 8 + 20, 10, 10));
+    EXPECT_EQ(stack.sizeHint(), QSize(10, third->y() + 10));
 }
 
 TEST(VerticalStack, TextIsAsWideAsItsLinesAndWrapsWhenItMust)
