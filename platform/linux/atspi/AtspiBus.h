@@ -72,6 +72,9 @@ Q_SIGNALS:
     void contentChanged(const QByteArray &busName);
 
 private:
+    /// Starting the service can take a while on a busy machine. Microseconds.
+    static constexpr quint64 serviceLimit = 30'000'000;
+
     void connectSession();
     void askForBus();
     void connectBus(const QByteArray &address);
@@ -81,7 +84,7 @@ private:
     void drop(DBusConnection **connection);
     void startListening();
     void listenAgain();
-    void tellOfPause();
+    void announcePause();
     void registerListeners();
     void addName(const QByteArray &name);
     void removeName(const QByteArray &name);
@@ -106,7 +109,7 @@ private:
     /// The listener that has ended, while the bus still knows it.
     QByteArray m_leavingName;
     /// The applications that have to know that the listening has ended, and what to call then.
-    std::vector<std::pair<QByteArray, std::function<void()>>> m_toldOfPause;
+    std::vector<std::pair<QByteArray, std::function<void()>>> m_awaitingPause;
     QElapsedTimer m_sinceListening;
     QTimer m_resume;
     bool m_asking = false;

@@ -84,7 +84,7 @@ public:
     /// Called with each key, before the program takes it.
     std::function<void()> onKey = [] {};
 
-    void addKey(std::uint8_t keycode, std::vector<std::uint32_t> keysyms)
+    void addKey(std::uint8_t keycode, const std::vector<std::uint32_t> &keysyms)
     {
         const int type = keysyms.size() > 1 ? 1 : 0;
         map.keys[keycode].groups = {{type, keysyms}};
