@@ -36,7 +36,7 @@ public:
     };
 
     QByteArray busName = ":1.7";
-    /// By path. One that is not here is gone.
+    /// By path. One that is not here is gone; "/foreign" belongs to another program.
     QHash<QByteArray, Element> elements;
     bool hasCollection = false;
     /// Holds all answers back.
@@ -231,7 +231,8 @@ private:
     {
         sd_bus_message_open_container(reply, 'a', "(so)");
         for (const QByteArray &path : paths)
-            sd_bus_message_append(reply, "(so)", busName.constData(), path.constData());
+            sd_bus_message_append(reply, "(so)", path == "/foreign" ? ":1.99" : busName.constData(),
+                                  path.constData());
         return sd_bus_message_close_container(reply) >= 0;
     }
 

@@ -132,6 +132,8 @@ TEST_F(Tracking, AFocusThatTwoProgramsClaimIsWhereTheActiveWindowIs)
     EXPECT_FALSE(tracker.windowOf(liar.program.busName));
     EXPECT_EQ(tracker.windowOf(editor.program.busName), 1U);
 
+    windows.active = ActiveWindow::Window{5, {100}};
+    EXPECT_FALSE(tracker.hasFocus(editor.ref("/a"))) << "not in another window of the program";
     windows.active = ActiveWindow::Window{2, {200}};
     EXPECT_FALSE(tracker.hasFocus(editor.ref("/a"))) << "at once, before the next look";
     EXPECT_EQ(tracker.current().element, liar.ref("/b"));
@@ -142,6 +144,27 @@ TEST_F(Tracking, AFocusThatTwoProgramsClaimIsWhereTheActiveWindowIs)
     EXPECT_EQ(tracker.current().kind, Kind::Nothing);
     windows.active = ActiveWindow::Window{4, {getpid()}};
     EXPECT_EQ(tracker.current().kind, Kind::Own);
+}
+
+TEST_F(Tracking, OfSeveralConnectionsOfAProcessTheOneThatReportsIsAsked)
+{
+    Running first{":1.3", 100};
+    Running last{":1.4", 100};
+    applications.running = {&first, &editor, &last};
+    editor.focus("/a");
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+}
+
+TEST_F(Tracking, AProgramWithoutAFocusedElementIsNotSearchedAllTheTime)
+{
+    EXPECT_EQ(tracker.current().kind, Kind::Application);
+    const auto asked = editor.program.calls.size();
+    for (int tick = 0; tick < 20; ++tick)
+        tracker.current();
+    EXPECT_LT(editor.program.calls.size(), 3 * asked);
+    editor.focus("/b");
+    EXPECT_TRUE(waitUntil([this] { return tracker.current().element == editor.ref("/b"); }));
 }
 
 TEST_F(Tracking, AClaimThatTheElementDoesNotConfirmIsNotBelieved)
