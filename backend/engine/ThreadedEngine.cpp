@@ -6,13 +6,12 @@
 #include "commands/Catalogue.h"
 
 #include <QThread>
-#include <atomic>
 
 namespace
 {
 
 struct Shared {
-    std::atomic<bool> cancelled = false;
+    std::stop_source stop;
     /// Touched by the event loop's thread only.
     Engine::Done done;
 };
@@ -26,7 +25,7 @@ public:
     }
     ~ThreadedJob() override
     {
-        m_shared->cancelled = true;
+        m_shared->stop.request_stop();
         m_shared->done = nullptr;
     }
 
@@ -59,9 +58,11 @@ std::unique_ptr<PendingWork> ThreadedEngine::answer(const EngineRequest &request
                          commandKind(request.command) != CommandKind::Translate;
     QThreadPool &pool = isShort ? m_short : m_long;
     pool.start([this, shared, request] {
-        if (shared->cancelled)
+        if (shared->stop.stop_requested())
             return;
-        const EngineAnswer answer = m_compute(request);
+        const EngineAnswer answer = m_compute(request, shared->stop.get_token());
+        if (shared->stop.stop_requested())
+            return;
         QMetaObject::invokeMethod(
             &m_context,
             [shared, answer] {

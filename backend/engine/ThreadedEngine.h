@@ -8,19 +8,22 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <stop_token>
+
 /// Makes an engine of a function that computes: each request runs on a thread of
 /// a pool, so that the event loop stays free. Short texts have threads of their
-/// own, so that long ones and translations do not hold them up. A cancelled request that has begun
-/// is computed to its end and dropped.
+/// own, so that long ones and translations do not hold them up. A cancelled request makes room for
+/// the next: what has begun is asked to stop.
 class ThreadedEngine : public Engine
 {
 public:
-    using Compute = std::function<EngineAnswer(const EngineRequest &)>;
+    using Compute = std::function<EngineAnswer(const EngineRequest &, const std::stop_token &)>;
 
     /// Up to this length a text counts as short, in UTF-16 units.
     static constexpr qsizetype maxShortText = 1000;
 
-    /// `compute` is called from several threads at once.
+    /// `compute` is called from several threads at once. It returns soon after a stop is requested,
+    /// and what it then returns is dropped.
     explicit ThreadedEngine(Compute compute);
     /// Waits for what is being computed.
     ~ThreadedEngine() override;

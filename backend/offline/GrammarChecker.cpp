@@ -84,7 +84,7 @@ void GrammarChecker::addRule(const RuleFile &file, const Verbs &verbs)
         m_languageRules.push_back(languageEngines.value(file.engine)());
 }
 
-QString GrammarChecker::corrected(const QString &text) const
+QString GrammarChecker::corrected(const QString &text, const std::stop_token &stop) const
 {
     // What one correction makes right may show another mistake; and the result of
     // all of them must be one that they leave alone.
@@ -94,24 +94,29 @@ QString GrammarChecker::corrected(const QString &text) const
         const QString before = result;
         for (size_t i = 0; i < m_stages.size(); ++i) {
             if (i == Finish)
-                result = afterLanguageRules(result);
-            result = afterStage(m_stages[i], result);
+                result = afterLanguageRules(result, stop);
+            result = afterStage(m_stages[i], result, stop);
         }
-        if (result == before)
+        if (result == before || stop.stop_requested())
             break;
     }
     return result;
 }
 
-QString GrammarChecker::afterLanguageRules(const QString &text) const
+QString GrammarChecker::afterLanguageRules(const QString &text, const std::stop_token &stop) const
 {
+    if (stop.stop_requested())
+        return text;
     const Document document(text, m_lexicon, m_detector);
     const std::vector<Tag> tags = m_tagger.tags(document);
     const Context context(m_model, document);
     const Analysis analysis{document, context, tags, m_inflections};
     EditList edits;
-    for (const auto &rule : m_languageRules)
+    for (const auto &rule : m_languageRules) {
+        if (stop.stop_requested())
+            return text;
         rule->check(analysis, edits);
+    }
     dropNewMistakes(document, edits);
     return edits.applied(text);
 }
@@ -123,12 +128,18 @@ QString GrammarChecker::withArticles(const QString &text) const
     return edits.applied(text);
 }
 
-QString GrammarChecker::afterStage(const Rules &rules, const QString &text) const
+QString GrammarChecker::afterStage(const Rules &rules, const QString &text,
+                                   const std::stop_token &stop) const
 {
+    if (stop.stop_requested())
+        return text;
     const Document document(text, m_lexicon, m_detector);
     EditList edits;
-    for (const auto &rule : rules)
+    for (const auto &rule : rules) {
+        if (stop.stop_requested())
+            return text;
         rule->check(document, edits);
+    }
     dropNewMistakes(document, edits);
     return edits.applied(text);
 }

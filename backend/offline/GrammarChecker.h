@@ -12,6 +12,7 @@
 #include "backend/offline/words/Verbs.h"
 
 #include <memory>
+#include <stop_token>
 #include <vector>
 
 namespace offline
@@ -29,7 +30,8 @@ public:
     GrammarChecker(const Lexicon &lexicon, const LanguageDetector &detector, const Verbs &verbs,
                    const QStringList &off);
 
-    QString corrected(const QString &text) const;
+    /// After a stop is requested it leaves off between two rules.
+    QString corrected(const QString &text, const std::stop_token &stop = {}) const;
 
     /// Only the articles, for a text whose words have been replaced.
     QString withArticles(const QString &text) const;
@@ -38,8 +40,8 @@ private:
     using Rules = std::vector<std::unique_ptr<Rule>>;
 
     void addRule(const RuleFile &file, const Verbs &verbs);
-    QString afterStage(const Rules &rules, const QString &text) const;
-    QString afterLanguageRules(const QString &text) const;
+    QString afterStage(const Rules &rules, const QString &text, const std::stop_token &stop) const;
+    QString afterLanguageRules(const QString &text, const std::stop_token &stop) const;
 
     LanguageModel m_model;
     Tagger m_tagger;

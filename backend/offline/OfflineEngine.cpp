@@ -91,10 +91,12 @@ public:
     }
 
     /// The text with its mistakes corrected and the phrases of a table replaced.
-    QString rephrased(const QString &text, const PhraseRule &phrases)
+    QString rephrased(const QString &text, const PhraseRule &phrases, const std::stop_token &stop)
     {
-        const QString corrected = english().grammar.corrected(text);
+        const QString corrected = english().grammar.corrected(text, stop);
         EditList edits;
+        if (stop.stop_requested())
+            return corrected;
         phrases.check(Document(corrected, lexicon, detector), edits);
         return edits.isEmpty() ? corrected
                                : english().grammar.withArticles(edits.applied(corrected));
@@ -131,7 +133,8 @@ void OfflineEngine::warmUp() const
     d->lexicon.load();
 }
 
-OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text) const
+OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text,
+                                    const std::stop_token &stop) const
 {
     static const QHash<QString, PhraseRule Private::English::*> rephrasings = {
         {QStringLiteral("quick-improve"), &Private::English::safe},
@@ -165,12 +168,12 @@ OfflineAnswer OfflineEngine::answer(const QString &command, const QString &text)
     if (text.isEmpty())
         return {true, QString()};
     if (translation) {
-        const Translator::Result result = d->translator().translate(text, command);
+        const Translator::Result result = d->translator().translate(text, command, stop);
         return {result.supported, result.text, result.remark};
     }
     if (command == u"check-grammar")
-        return {true, d->english().grammar.corrected(text)};
+        return {true, d->english().grammar.corrected(text, stop)};
     if (command == u"emojify")
         return changed(text, d->emojified(text));
-    return changed(text, d->rephrased(text, d->english().*(*rephrasing)));
+    return changed(text, d->rephrased(text, d->english().*(*rephrasing), stop));
 }

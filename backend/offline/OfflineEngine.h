@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <stop_token>
 
 /// Where the engine finds what is installed beside it.
 struct OfflinePaths {
@@ -49,8 +50,10 @@ public:
     /// Answers a writing command such as "check-grammar" or "french". An empty
     /// text has an empty answer. Never throws; a translation may block for the
     /// time that Apertium takes, at most 20 seconds for each of at most three
-    /// steps.
-    OfflineAnswer answer(const QString &command, const QString &text) const;
+    /// steps. After a stop is requested it returns soon, and what it returns is
+    /// of no use.
+    OfflineAnswer answer(const QString &command, const QString &text,
+                         const std::stop_token &stop = {}) const;
 
     /// Loads the dictionaries and tables now, for instance on a thread of their
     /// own, so that the first answer need not wait for them.

@@ -5,6 +5,7 @@
 
 #include "backend/offline/text/ProtectedSpans.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
@@ -12,7 +13,9 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <deque>
+#include <unistd.h>
 
 namespace offline
 {
@@ -20,7 +23,8 @@ namespace offline
 namespace
 {
 
-constexpr int maxStep = 20'000; // milliseconds
+constexpr int maxStep = 20'000;       // milliseconds
+constexpr int timeBetweenLooks = 100; // milliseconds
 
 struct Language {
     QString name;
@@ -220,21 +224,29 @@ QStringList Translator::route(const QString &from, const QString &to, const QSet
     return routes[goal];
 }
 
-std::optional<QString> Translator::run(const QString &mode, const QString &text) const
+std::optional<QString> Translator::run(const QString &mode, const QString &text,
+                                       const std::stop_token &stop) const
 {
     QProcess process;
     process.setProgram(m_program);
     process.setArguments({QStringLiteral("-u"), mode});
     process.setStandardErrorFile(QProcess::nullDevice());
+    process.setChildProcessModifier([] { ::setpgid(0, 0); });
     process.start();
     if (!process.waitForStarted(maxStep))
         return std::nullopt;
     process.write(text.toUtf8());
     process.closeWriteChannel();
-    if (!process.waitForFinished(maxStep)) {
-        process.terminate(); // lets it clean up
+    const QDeadlineTimer deadline(maxStep);
+    while (!stop.stop_requested() && !deadline.hasExpired() &&
+           !process.waitForFinished(timeBetweenLooks) && process.state() != QProcess::NotRunning) {
+    }
+    if (process.state() != QProcess::NotRunning) {
+        // Apertium is a pipeline of programs.
+        const auto group = pid_t(process.processId());
+        ::kill(-group, SIGTERM); // lets it clean up
         if (!process.waitForFinished(1000))
-            process.kill();
+            ::kill(-group, SIGKILL);
         process.waitForFinished(1000);
         return std::nullopt;
     }
@@ -243,7 +255,8 @@ std::optional<QString> Translator::run(const QString &mode, const QString &text)
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
-Translator::Result Translator::translate(const QString &text, const QString &language) const
+Translator::Result Translator::translate(const QString &text, const QString &language,
+                                         const std::stop_token &stop) const
 {
     const QString from = m_detector.languageOf(text);
     if (from == language)
@@ -280,7 +293,7 @@ Translator::Result Translator::translate(const QString &text, const QString &lan
     std::optional<QString> result = masked.text();
     for (const QString &step : steps) {
         if (result)
-            result = run(step, *result);
+            result = run(step, *result, stop);
     }
     if (result)
         result = masked.unmasked(*result);

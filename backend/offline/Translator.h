@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <stop_token>
 
 namespace offline
 {
@@ -34,12 +35,15 @@ public:
 
     static bool offers(const QString &language);
 
-    /// Blocks while Apertium works, at most 20 seconds a step.
-    Result translate(const QString &text, const QString &language) const;
+    /// Blocks while Apertium works, at most 20 seconds a step. After a stop is
+    /// requested it ends Apertium and has no translation.
+    Result translate(const QString &text, const QString &language,
+                     const std::stop_token &stop = {}) const;
 
 private:
     static QStringList route(const QString &from, const QString &to, const QSet<QString> &modes);
-    std::optional<QString> run(const QString &mode, const QString &text) const;
+    std::optional<QString> run(const QString &mode, const QString &text,
+                               const std::stop_token &stop) const;
 
     QString m_program;
     QSet<QString> m_modes; ///< installed

@@ -13,7 +13,7 @@ namespace
 TEST(ThreadedEngine, AnswersShortTextsWhileLongOnesAndTranslationsAreWorkedOn)
 {
     QSemaphore finish;
-    ThreadedEngine engine([&](const EngineRequest &request) {
+    ThreadedEngine engine([&](const EngineRequest &request, const std::stop_token &) {
         if (request.command != u"check-grammar")
             finish.acquire();
         return EngineAnswer{200, request.text.left(9)};
@@ -38,6 +38,28 @@ TEST(ThreadedEngine, AnswersShortTextsWhileLongOnesAndTranslationsAreWorkedOn)
     QThread::msleep(100);
     QCoreApplication::processEvents();
     EXPECT_EQ(answers, QStringList({u"a line"_qs, u"xxxxxxxxx"_qs}));
+}
+
+TEST(ThreadedEngine, WhatIsCancelledMakesRoomForWhatWaits)
+{
+    std::atomic<int> begun = 0;
+    ThreadedEngine engine([&](const EngineRequest &request, const std::stop_token &stop) {
+        ++begun;
+        while (request.text == u"long" && !stop.stop_requested())
+            QThread::msleep(1);
+        return EngineAnswer{200, request.text};
+    });
+    QStringList answers;
+    const auto take = [&](const EngineAnswer &answer) { answers += answer.text; };
+    const int threads = std::max(4, QThread::idealThreadCount());
+    std::vector<std::unique_ptr<PendingWork>> works;
+    for (int i = 0; i < threads; ++i)
+        works.push_back(engine.answer({u"french"_qs, u"long"_qs}, take));
+    ASSERT_TRUE(waitUntil([&] { return begun == threads; }));
+    const auto next = engine.answer({u"french"_qs, u"short"_qs}, take);
+    works.clear();
+    ASSERT_TRUE(waitUntil([&] { return !answers.isEmpty(); }));
+    EXPECT_EQ(answers, QStringList{u"short"_qs});
 }
 
 } // namespace

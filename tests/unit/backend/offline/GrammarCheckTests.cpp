@@ -67,4 +67,14 @@ TEST(GrammarCheck, SurvivesAnyInput)
     EXPECT_TRUE(checked(wrong) == right);
 }
 
+TEST(GrammarCheck, LeavesOffWhenItIsStopped)
+{
+    std::stop_source stop;
+    stop.request_stop();
+    const QString text = u"She go there becuase i definately told her."_qs;
+    for (const QString &command : {u"check-grammar"_qs, u"concise"_qs})
+        EXPECT_NE(engine().answer(command, text).text,
+                  engine().answer(command, text, stop.get_token()).text);
+}
+
 } // namespace

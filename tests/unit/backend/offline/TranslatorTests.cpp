@@ -4,10 +4,13 @@
 #include "backend/offline/OfflineEngine.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <thread>
 
 namespace
 {
@@ -158,6 +161,27 @@ TEST(Translate, TellsTheLanguagesApart)
     const char *brief = "La reunió és dilluns a les deu.\nSi us plau, porta l'informe.";
     EXPECT_EQ(translated(apertium, "catalan", brief).text.toStdString(), brief);
     EXPECT_EQ(apertium.arguments(), "");
+}
+
+TEST(Translate, AStopEndsApertium)
+{
+    const FakeApertium apertium({"eng-spa"}, "; sleep 60 | sleep 60");
+    const OfflineEngine engine(apertium.paths());
+    std::stop_source stop;
+    QElapsedTimer timer;
+    timer.start();
+    OfflineAnswer answer;
+    std::thread translating([&] {
+        answer =
+            engine.answer(u"spanish"_qs, u"This is the house that we saw."_qs, stop.get_token());
+    });
+    while (apertium.arguments().empty() && !timer.hasExpired(60'000))
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    timer.restart();
+    stop.request_stop();
+    translating.join();
+    EXPECT_FALSE(answer.supported);
+    EXPECT_LT(timer.elapsed(), 15'000) << "Apertium itself is given up after 20 seconds";
 }
 
 } // namespace
