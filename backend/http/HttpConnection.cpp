@@ -173,7 +173,7 @@ void HttpConnection::dispatch()
     m_prefersLive = request.prefersLive && m_takesChunks;
     m_admitted = m_admitted || m_admission.admits(request);
     m_deadline.stop();
-    if (m_prefersLive)
+    if (m_takesChunks)
         m_silence.start();
     const quint64 serial = ++m_serial;
     const QPointer<HttpConnection> self(this);
@@ -198,8 +198,7 @@ void HttpConnection::take(const HttpPiece &piece)
         return;
     sendLiveHead();
     m_socket.write(m_live->piece(piece.text, piece.startsOver));
-    if (m_prefersLive)
-        m_silence.start();
+    m_silence.start();
 }
 
 void HttpConnection::complete(const HttpResponse &response)
@@ -236,20 +235,31 @@ void HttpConnection::finish()
     }
 }
 
+// Shows a client that waits that work goes on.
 void HttpConnection::pad()
 {
-    sendLiveHead();
-    m_socket.write(m_live->pad());
+    if (m_prefersLive) {
+        sendLiveHead();
+        m_socket.write(m_live->pad());
+    } else {
+        writeNothing();
+    }
 }
 
-void HttpConnection::probe()
+// Bytes that every client of HTTP/1.1 passes over (RFC 9112 §7.1, RFC 9110 §15.2).
+void HttpConnection::writeNothing()
 {
-    // The client has closed its half, or the whole: a byte that changes nothing brings a reset
-    // when nothing reads it any more.
     if (m_live)
         m_socket.write("0"); // of the next chunk's size
     else if (m_takesChunks)
         m_socket.write("HTTP/1.1 100 Continue\r\n\r\n");
+}
+
+void HttpConnection::probe()
+{
+    // The client has closed its half, or the whole: bytes bring a reset when nothing reads them any
+    // more.
+    writeNothing();
     if (m_socket.hasReset())
         close();
     else

@@ -52,6 +52,7 @@ private:
     void finish();
     void pad();
     void probe();
+    void writeNothing();
     void send(const HttpResponse &response);
     void sendLiveHead();
     void drainThenClose();

@@ -42,7 +42,7 @@ struct HttpLimits {
     std::chrono::milliseconds request{60'000};
     /// For a new client to show that it is admitted.
     std::chrono::milliseconds admission{5'000};
-    /// The longest silence while an answer is worked on, for clients that prefer "live".
+    /// The longest silence while an answer is worked on.
     std::chrono::milliseconds silence{8'000};
     qsizetype maxStrangersHead = 64 * 1024;
     std::size_t maxConnections = 256;

@@ -5,6 +5,8 @@
 #include "backend/http/AccessPolicy.h"
 #include "support/WaitUntil.h"
 
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QTcpSocket>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -138,6 +140,21 @@ TEST_F(HttpServerTest, ShowsThatWorkGoesOn)
     EXPECT_TRUE(live.sees(QByteArray("1\r\n\0\r\n1\r\n\0\r\n", 12)));
     request().complete({200, "text"});
     EXPECT_TRUE(live.sees("4\r\ntext\r\n0\r\n\r\n")) << live.seen.constData();
+
+    // To others with what HTTP/1.1 passes over, before the answer and in it.
+    QNetworkAccessManager network;
+    const std::unique_ptr<QNetworkReply> plain(network.get(
+        QNetworkRequest(QUrl(u"http://127.0.0.1:%1/with/pass/x"_qs.arg(server->serverPort())))));
+    request(1);
+    Client bytes(*server, get());
+    EXPECT_TRUE(bytes.sees("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 100 Continue\r\n\r\n"));
+    request(2).piece({"te"});
+    EXPECT_TRUE(bytes.sees("2\r\nte\r\n00"));
+    for (const qsizetype number : {1, 2})
+        responds[number].complete({200, "text"});
+    EXPECT_TRUE(bytes.sees("02\r\nxt\r\n0\r\n\r\n")) << bytes.seen.constData();
+    EXPECT_TRUE(waitUntil([&] { return plain->isFinished(); }));
+    EXPECT_EQ(plain->readAll(), "text");
 }
 
 TEST_F(HttpServerTest, CancelsForAClientThatLeavesAndAnswersOneThatHasSentItsLast)
