@@ -161,8 +161,8 @@ int main(int argc, char **argv)
                          .value(QStringLiteral("rules/off"))
                          .toStringList();
     const OfflineEngine rules(paths);
-    ThreadedEngine offline([&rules](const EngineRequest &request) {
-        const OfflineAnswer answer = rules.answer(request.command, request.text);
+    ThreadedEngine offline([&rules](const EngineRequest &request, const std::stop_token &stop) {
+        const OfflineAnswer answer = rules.answer(request.command, request.text, stop);
         return EngineAnswer{answer.supported ? 200 : 501,
                             answer.supported ? answer.text : asNote(answer.text),
                             {},
@@ -178,6 +178,7 @@ int main(int argc, char **argv)
 
     if (!options.child) {
         const QByteArray secret = qgetenv("QUILLET_BACKEND_SECRET");
+        forgetVariable("QUILLET_BACKEND_SECRET");
         if (secret.isEmpty() && !options.address.isLoopback()) {
             quitWith(QStringLiteral("an address that other machines can reach needs a secret in "
                                     "QUILLET_BACKEND_SECRET"));

@@ -3,6 +3,8 @@
 
 #include "process/ProcessGuard.h"
 
+#include <cstdlib>
+#include <cstring>
 #ifdef __linux__
 #include <sys/prctl.h>
 #endif
@@ -15,4 +17,11 @@ void guardProcessMemory()
 #if defined(__linux__) && !defined(QUILLET_SANITIZED)
     ::prctl(PR_SET_DUMPABLE, 0);
 #endif
+}
+
+void forgetVariable(const char *name)
+{
+    if (char *const value = std::getenv(name))
+        std::memset(value, 0, std::strlen(value));
+    ::unsetenv(name);
 }

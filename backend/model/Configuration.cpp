@@ -3,6 +3,8 @@
 
 #include "backend/model/Configuration.h"
 
+#include "process/ProcessGuard.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -261,8 +263,7 @@ ConfigurationFile::Environment ConfigurationFile::processEnvironment()
         if (!variable.isEmpty())
             result.insert(variable, process.value(variable));
     }
-    // Out of sight of programs that this one starts, and of /proc.
-    qunsetenv("QUILLET_MODEL_KEY");
+    forgetVariable("QUILLET_MODEL_KEY");
     return result;
 }
 
