@@ -292,14 +292,12 @@ void FloatingPopup::showResults(const QString &command)
     m_delegate->getText([self, command](const QString &text) {
         if (!self)
             return;
+        self->request(command, text);
+        // At once; the backend may answer this in words of its own, or hardly at all.
         if (worksOnText(command) && text.trimmed().isEmpty()) {
-            self->m_tracker.track(QStringLiteral("Execute"),
-                                  {{QStringLiteral("command"), command}});
             self->tellFailure(localized("There is no text in this input yet. Write something, then "
                                         "choose the command again."));
-            return;
         }
-        self->request(command, text);
     });
 }
 
