@@ -163,9 +163,11 @@ private:
     {
         QNetworkRequest request(url);
         request.setTransferTimeout(int(m_service->m_timeWithoutData.count()));
-        request.setRawHeader("Prefer", "live");
-        // Compression would hold pieces back.
-        request.setRawHeader("Accept-Encoding", "identity");
+        if (m_beginning) {
+            request.setRawHeader("Prefer", "live");
+            // Compression would hold pieces back.
+            request.setRawHeader("Accept-Encoding", "identity");
+        }
         request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                              QNetworkRequest::SameOriginRedirectPolicy);
         m_reply = m_service->m_session.get(request);
@@ -176,7 +178,7 @@ private:
     void read()
     {
         if (!m_answer)
-            m_answer.emplace(m_reply->rawHeader("Preference-Applied") == "live");
+            m_answer.emplace(m_beginning && m_reply->rawHeader("Preference-Applied") == "live");
         const QByteArray bytes = m_reply->isOpen() ? m_reply->readAll() : QByteArray();
         m_size += bytes.size();
         if (m_size > maxAnswerSize) {

@@ -95,8 +95,9 @@ public:
     /// larger than maxAnswerSize bytes.
     void get(const QString &from, const QMap<QString, QString> &parameters, Completion completion);
 
-    /// As get(), and meanwhile hands each piece of the answer to `beginning` as it comes. The
-    /// completed text counts: it can differ from the pieces. Calls back from the event loop only.
+    /// As get(), and meanwhile hands each piece of the answer to `beginning` as it comes, which the
+    /// request asks for in a header field. The completed text counts: it can differ from the
+    /// pieces. Calls back from the event loop only.
     [[nodiscard]] std::unique_ptr<BackendRequest>
     getAsItComes(const QString &from, const QMap<QString, QString> &parameters, Beginning beginning,
                  AnswerCompletion completion);

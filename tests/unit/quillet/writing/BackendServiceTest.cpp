@@ -98,9 +98,22 @@ TEST_F(BackendServiceTest, UnderstandsTheMarksOfALiveAnswerOnlyWhereTheyWereAnno
     const QByteArray body("wrong\0\x18r\0ight\x1eQuillet-Writer: a%20model\r\n", 41);
     const QByteArray live =
         "HTTP/1.1 200 OK\r\nPreference-Applied: live\r\nConnection: close\r\n\r\n";
-    EXPECT_EQ(success(live + body), QStringLiteral("right"));
+    const auto asItComes = [this](const QByteArray &answer) {
+        server.answer = [answer](const QByteArray &) { return answer; };
+        QString text;
+        const auto request = service.getAsItComes(
+            server.url("/generate"), {}, [](const AnswerPiece &) {},
+            [&](const BackendService::AnswerResult &result) {
+                text = std::get<BackendAnswer>(result).text;
+            });
+        EXPECT_TRUE(waitUntil([&] { return !text.isEmpty(); }));
+        return text;
+    };
+    EXPECT_EQ(asItComes(live + body), QStringLiteral("right"));
     EXPECT_TRUE(server.requests.last().contains("Prefer: live"));
-    EXPECT_EQ(success(HttpStub::reply("a\x18z")), QStringLiteral("a\u0018z"));
+    EXPECT_EQ(asItComes(HttpStub::reply("a\x18z")), QStringLiteral("a\u0018z"));
+    EXPECT_EQ(success(live + body), QString::fromLatin1(body)) << "it did not ask for them";
+    EXPECT_FALSE(server.requests.last().contains("Prefer:"));
 }
 
 TEST_F(BackendServiceTest, FollowsNoRedirectToAnotherServerAndRepeatsNoAddress)
