@@ -5,6 +5,7 @@
 
 #include "platform/linux/x11/FloatingPanels.h"
 #include "platform/linux/x11/KeyboardLoan.h"
+#include "platform/linux/x11/WindowProperties.h"
 
 #include <utility>
 
@@ -132,12 +133,8 @@ std::optional<WindowPlace> X11ActiveWindow::geometry(std::uint32_t window)
     const auto surface = m_server.placeOf(window);
     if (!surface)
         return std::nullopt;
-    QRect contents = *surface;
-    // Left, right, top, bottom.
-    const QList<quint32> shadow = m_server.items(window, "_GTK_FRAME_EXTENTS");
-    if (shadow.size() >= 4)
-        contents.adjust(int(shadow[0]), int(shadow[2]), -int(shadow[1]), -int(shadow[3]));
-    return WindowPlace{contents, *surface};
+    return WindowPlace{withoutShadow(*surface, m_server.items(window, "_GTK_FRAME_EXTENTS")),
+                       *surface};
 }
 
 bool X11ActiveWindow::isKeyboardLent()

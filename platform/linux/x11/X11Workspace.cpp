@@ -5,6 +5,7 @@
 
 #include "platform/linux/desktop/OpenUrl.h"
 #include "platform/linux/x11/StartupNotification.h"
+#include "platform/linux/x11/WindowProperties.h"
 
 #include <QCoreApplication>
 #include <QCursor>
@@ -52,10 +53,7 @@ std::optional<RunningApplication> X11Workspace::runningApplication(std::int32_t 
         // The window class says more than the process where one program has many faces.
         const auto active = m_activeWindow.activeWindow();
         if (active && active->pids.contains(pid)) {
-            // WM_CLASS is two strings, instance and class, each with its NUL (ICCCM 4.1.2.5).
-            const QList<QByteArray> parts = m_connection->bytes(active->id, "WM_CLASS").split('\0');
-            if (parts.size() > 1)
-                windowClass = QString::fromUtf8(parts[1]);
+            windowClass = windowClassOf(m_connection->bytes(active->id, "WM_CLASS"));
         }
     }
     return m_names.application(pid, windowClass);
