@@ -3,20 +3,27 @@
 
 // A process that the tests lock a store with, kill, or starve of disk space.
 //   metricpost_child lock FILE MILLISECONDS    holds the write lock that long
-//   metricpost_child track FOLDER TOKEN        tracks without end; prints a dot for each committed
-//   row metricpost_child starve FOLDER TOKEN       tracks while files cannot grow
+//   metricpost_child track FOLDER TOKEN        tracks without end; prints a dot for each row stored
+//   metricpost_child starve FOLDER TOKEN       tracks while files cannot grow
+//   metricpost_child bare FOLDER TOKEN         tracks and flushes without a QCoreApplication
+//   metricpost_child obey FOLDER TOKEN URL     does what standard input says: "track N" or "drain"
 #include "Environment.h"
 #include "MetricPost/MetricPostInstance.h"
 #include "QtHTTPTransport.h"
 #include "SettingsUserDefaults.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QThread>
 
 #include <sqlite3.h>
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <string>
 #include <sys/resource.h>
 
 using namespace metricpost;
@@ -82,12 +89,53 @@ int starve(const Environment &environment, const MetricPostOptions &options)
     return instance.shutdown(std::chrono::seconds(1)) ? 0 : 1;
 }
 
+int bare(const QString &folder, const QString &token)
+{
+    MetricPostOptions options;
+    options.token = token;
+    MetricPostInstance instance(options, environmentIn(folder));
+    instance.track(QStringLiteral("bare"));
+    for (int i = 0; i < 3; ++i)
+        instance.flush(true, [] { std::abort(); });
+    instance.waitUntilStored();
+    return instance.shutdown(std::chrono::seconds(10)) ? 0 : 1;
+}
+
+int obey(const QString &folder, const QString &token, const QString &url)
+{
+    Environment environment = environmentIn(folder);
+    environment.transport = std::make_shared<QtHTTPTransport>();
+    MetricPostOptions options;
+    options.token = token;
+    options.serverURL = url;
+    options.flushInterval = Seconds(0);
+    MetricPostInstance instance(options, environment);
+    for (std::string order; std::getline(std::cin, order);) {
+        if (order == "drain") {
+            QEventLoop loop;
+            instance.flush(true, [&loop] { loop.quit(); });
+            loop.exec();
+        } else {
+            for (int number = std::stoi(order.substr(order.find(' '))); number > 0; --number)
+                instance.track(QStringLiteral("Execute"), {{QStringLiteral("n"), number}});
+        }
+        instance.waitUntilStored();
+        std::puts("done");
+        std::fflush(stdout);
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    if (argc == 4 && std::strcmp(argv[1], "bare") == 0)
+        return bare(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 5 && arguments[1] == u"obey")
+        return obey(arguments[2], arguments[3], arguments[4]);
     if (arguments.size() != 4)
         return 2;
     if (arguments[1] == u"lock")

@@ -10,7 +10,7 @@
 // their own locks looks unordered. The library's own queues and locks are all visible to it.
 extern "C" const char *__tsan_default_suppressions()
 {
-    return "race:libQt6Core.so\nrace:libQt6Network.so\nrace:libglib-2.0.so\n"
+    return "race:libQt6Core.so\nrace:libQt6Network.so\nrace:libglib-2.0.so\nrace:tzset_internal\n"
            "mutex:libQt6Core.so\ndeadlock:libQt6Core.so\n";
 }
 
