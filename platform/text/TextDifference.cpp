@@ -173,6 +173,20 @@ QString withEdits(const QString &before, const QList<TextEdit> &edits)
     return result;
 }
 
+qsizetype movedPosition(const QList<TextEdit> &edits, qsizetype position)
+{
+    qsizetype moved = position;
+    for (const TextEdit &edit : edits) {
+        if (edit.position >= position)
+            break;
+        const qsizetype within = std::min(position, edit.end()) - edit.position;
+        const qsizetype now = position >= edit.end() ? edit.replacement.size()
+                                                     : std::min(within, edit.replacement.size());
+        moved += now - within;
+    }
+    return moved;
+}
+
 qsizetype changedCharacters(const QList<TextEdit> &edits, const QString &before)
 {
     qsizetype count = 0;

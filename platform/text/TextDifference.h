@@ -33,6 +33,10 @@ QList<TextEdit> joinedEdits(const QList<TextEdit> &edits, const QString &before,
 /// The text that the edits make of `before`.
 QString withEdits(const QString &before, const QList<TextEdit> &edits);
 
+/// Where a position of the text before is after the edits. One within an edit keeps its distance
+/// from the edit's beginning, as far as the replacement reaches.
+qsizetype movedPosition(const QList<TextEdit> &edits, qsizetype position);
+
 /// The characters, as the user sees them, that are in one of the texts and not in the other: those
 /// that the edits remove or insert, whichever are more, summed up.
 qsizetype changedCharacters(const QList<TextEdit> &edits, const QString &before);

@@ -54,6 +54,30 @@ TextEdit withSelection(TextEdit edit, const QString &before)
     return edit;
 }
 
+/// The edits with those made one that take whole lines away or bring some in, and all between
+/// these: only then do the lines of both texts correspond.
+QList<TextEdit> withLinesTogether(const QList<TextEdit> &edits, const QString &from)
+{
+    const auto changesLines = [&](const TextEdit &edit) {
+        return edit.replacement.contains(u'\n') ||
+               QStringView(from).sliced(edit.position, edit.length).contains(u'\n');
+    };
+    const auto first = std::find_if(edits.begin(), edits.end(), changesLines);
+    if (first == edits.end())
+        return edits;
+    auto last = std::find_if(edits.rbegin(), edits.rend(), changesLines).base();
+    QList<TextEdit> between(first, last);
+    // Where lines go, what follows in the last one moves up.
+    qsizetype lineEnd = from.indexOf(u'\n', between.last().end());
+    if (lineEnd < 0)
+        lineEnd = from.size();
+    for (; last != edits.end() && last->position <= lineEnd; ++last)
+        between.append(*last);
+    between.append({lineEnd, 0, {}});
+    return QList<TextEdit>(edits.begin(), first) + joinedEdits(between, from, from.size()) +
+           QList<TextEdit>(last, edits.end());
+}
+
 AXError errorFor(TypingResult result)
 {
     return result == TypingResult::NoTarget ? AXError::CannotComplete : AXError::Failure;
@@ -114,6 +138,7 @@ bool ValueWriter::isGoal(const QString &text) const
 void ValueWriter::begin(const TextInput::Content &content)
 {
     m_before = content.text;
+    m_caretBefore = content.caret;
     pursue(content);
 }
 
@@ -121,10 +146,21 @@ void ValueWriter::pursue(const TextInput::Content &content)
 {
     m_lastRead = content.text;
     if (isGoal(content.text)) {
+        keepCaret(content);
         finish(m_isRestoring ? m_failure : WriteOutcome::written());
         return;
     }
     takeRoute(m_input->takesEdits() ? Route::Edits : Route::Stretches, content);
+}
+
+/// Where several edits were made as one, or typed, the caret is elsewhere than the user left it.
+void ValueWriter::keepCaret(const TextInput::Content &content)
+{
+    if (!m_isTouched || !m_caretBefore || !content.caret)
+        return;
+    const qsizetype caret = movedPosition(textDifference(m_before, content.text), *m_caretBefore);
+    if (caret != *content.caret)
+        m_input->setCaret(caret);
 }
 
 /// The edits with neighbours made one where they lie close enough and in the same element.
@@ -157,6 +193,8 @@ QList<TextEdit> ValueWriter::editsFor(Route route, const TextInput::Content &con
     switch (route) {
     case Route::Edits:
         // Each edit is a step of the program's undo. Where no format can be lost, one is enough.
+        if (content.hasParagraphs)
+            return withLinesTogether(edits, from);
         return content.isUniform ? joined(edits, from, from.size()) : edits;
     case Route::Stretches:
         // Each stretch is a step of the program's undo.

@@ -94,6 +94,7 @@ private:
     void fail(AXError why);
     void restore();
     void finish(WriteOutcome outcome);
+    void keepCaret(const TextInput::Content &content);
     bool isGoal(const QString &text) const;
     /// `function` that does nothing once this writing has ended.
     template <typename Function> auto whileWriting(Function function);
@@ -108,6 +109,7 @@ private:
     QString m_goal;
     const QString m_text;
     QString m_before;
+    std::optional<qsizetype> m_caretBefore;
     bool m_isRestoring = false;
     /// Whether the input may hold something else than before.
     bool m_isTouched = false;

@@ -154,6 +154,11 @@ bool DBusMessage::enterStruct(const char *contents)
            sd_bus_message_enter_container(m_message, SD_BUS_TYPE_STRUCT, contents) > 0;
 }
 
+bool DBusMessage::enterArray(const char *contents)
+{
+    return !isError() && sd_bus_message_enter_container(m_message, SD_BUS_TYPE_ARRAY, contents) > 0;
+}
+
 bool DBusMessage::enterAny(char container)
 {
     char type = 0;

@@ -60,6 +60,7 @@ public:
     std::optional<QList<std::pair<QByteArray, QByteArray>>> readDictionary();
     bool enterVariant(const char *contents);
     bool enterStruct(const char *contents);
+    bool enterArray(const char *contents);
     /// The same, whatever it holds.
     bool enterAnyVariant();
     bool enterAnyStruct();

@@ -29,6 +29,7 @@ public:
     void setContents(const QString &text, Done done) override;
     void select(qsizetype position, qsizetype length, Done done) override;
     void selectAll(Done done) override;
+    void setCaret(qsizetype position) override;
     bool hasFocus() override;
     void takeFocus() override;
     std::unique_ptr<TypingTarget> typingTarget(const QString &selected) override;
@@ -42,10 +43,15 @@ private:
     };
 
     const TextPiece *pieceAt(qsizetype position, qsizetype length) const;
+    qsizetype softBreaks() const;
+    void editParagraphs(const TextEdit &edit, const Done &done);
+    void editPiece(const TextPiece &piece, const TextEdit &edit, Done done);
     Place placeOf(const TextPiece &piece, qsizetype position, qsizetype length) const;
     bool countsUtf16() const;
     bool isQt() const;
-    void askToSelect(const Place &place, std::function<bool(qint32, qint32)> isRight, Done done);
+    /// `at`: where the stretch begins in the text of its element, `length` its UTF-16 units.
+    void askToSelect(const Place &place, const QString &text, qsizetype at, qsizetype length,
+                     Done done);
 
     AtspiBus &m_bus;
     FocusTracker &m_focus;
@@ -53,6 +59,8 @@ private:
     const ObjectRef m_element;
     const ElementFacts m_facts;
     const quint32 m_window;
+    /// The element into which paragraphs were written since the last reading.
+    QByteArray m_paragraphMaker;
     /// What was read last. Shared, because an answer may come when this object is gone.
     std::shared_ptr<RichTextContent> m_content = std::make_shared<RichTextContent>();
 };

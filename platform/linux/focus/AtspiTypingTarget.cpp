@@ -204,6 +204,9 @@ std::optional<qint64> AtspiTypingTarget::askForSelection(AtspiApplication &appli
         return std::nullopt;
     if (selections <= 0)
         return 0;
+    // Chromium does not know of some selections where they are.
+    if (start == 0 && end == 0)
+        return std::nullopt;
     const auto [first, last] = std::minmax(start, end);
     // A paragraph inside counts as one character there; all selected is all that it reads as.
     if (isEditingHost(m_facts) && first <= 0 && last >= count)

@@ -29,6 +29,10 @@ public:
         QString text;
         /// Whether all of it has one format, so that none is lost when a stretch is replaced.
         bool isUniform = true;
+        /// Whether each line is a paragraph of its own, as in a word processor.
+        bool hasParagraphs = false;
+        /// Where the caret is, when the program says.
+        std::optional<qsizetype> caret{};
     };
     using Reader = std::function<void(const std::optional<Content> &)>;
     using Done = std::function<void(bool)>;
@@ -49,6 +53,9 @@ public:
     /// only after the answer: then ask again.
     virtual void select(qsizetype position, qsizetype length, Done done) = 0;
     virtual void selectAll(Done done) = 0;
+
+    /// Asks the program to put the caret there.
+    virtual void setCaret(qsizetype position) = 0;
 
     virtual bool hasFocus() = 0;
     /// Asks the program to give the input the focus, within the window that has it.

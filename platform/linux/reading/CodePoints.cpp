@@ -50,15 +50,32 @@ QString withoutPairMarks(QString text)
     return text;
 }
 
+namespace
+{
+
+/// Whether the number of characters before `at`, taken for UTF-16 units, cuts a character.
+bool isCutByCharacters(const QString &text, qsizetype at)
+{
+    const qint64 characters = codePointCount(text.first(at));
+    return characters > 0 && text.at(characters - 1).isHighSurrogate();
+}
+
+} // namespace
+
 bool isSelection(const QString &text, qsizetype position, qsizetype length, qint64 start,
                  qint64 end)
 {
     const auto means = [&text](qint64 answer, qsizetype at) {
         const qint64 characters = codePointCount(text.first(at));
-        const qint64 pairs = at - characters;
-        return answer == characters || answer == at || answer == characters - pairs;
+        return answer == characters || answer == at ||
+               (!isCutByCharacters(text, at) && answer == codePointCount(text.first(characters)));
     };
     return means(start, position) && means(end, position + length);
+}
+
+bool isSelectionHidden(const QString &text, qsizetype position, qsizetype length)
+{
+    return isCutByCharacters(text, position) || isCutByCharacters(text, position + length);
 }
 
 QString withLineFeeds(QString text)

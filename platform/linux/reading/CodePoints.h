@@ -26,10 +26,14 @@ CFRange utf16Range(const QString &text, qint64 start, qint64 end, qint64 count);
 QString withoutPairMarks(QString text);
 
 /// Whether the answer "selected from `start` to `end`" means the `length` UTF-16 units of `text`
-/// from `position` on, in whatever the application counts. Chromium's numbers are short by the
-/// count of characters above U+FFFF that stand before them.
+/// from `position` on, in whatever the application counts. Chromium converts its numbers from
+/// UTF-16 units to characters twice.
 bool isSelection(const QString &text, qsizetype position, qsizetype length, qint64 start,
                  qint64 end);
+
+/// Whether Chromium answers "selected from 0 to 0" for that selection: where its second conversion
+/// begins in the middle of a character.
+bool isSelectionHidden(const QString &text, qsizetype position, qsizetype length);
 
 /// The text with every kind of line end as a line feed: toolkits differ in what they make of one.
 QString withLineFeeds(QString text);

@@ -4,6 +4,7 @@
 #include "platform/linux/reading/RichText.h"
 
 #include "platform/linux/reading/CodePoints.h"
+#include "platform/linux/reading/ParagraphFlow.h"
 
 #include <QPointer>
 #include <QSet>
@@ -22,6 +23,11 @@ namespace
 constexpr int maxElements = 20'000;
 constexpr int maxDepth = 100;
 
+bool countsUnits(const TextNode &node)
+{
+    return node.characterCount == node.text.size();
+}
+
 class Lines
 {
 public:
@@ -29,7 +35,8 @@ public:
     void add(QStringView text, const TextNode &node, qsizetype offset)
     {
         if (!text.isEmpty())
-            m_linePieces.append({m_line.size(), text.size(), node.path, node.text, offset});
+            m_linePieces.append(
+                {m_line.size(), text.size(), node.path, node.text, offset, countsUnits(node)});
         m_line += text;
     }
 
@@ -125,8 +132,11 @@ struct Reading : std::enable_shared_from_this<Reading> {
     std::function<void(std::optional<RichTextContent>)> completion;
     TextNode root;
     QSet<QByteArray> seen;
+    std::vector<TextNode> flow;
+    QByteArray flowParent;
     int elements = 0;
     int outstanding = 0;
+    bool isFlowRead = false;
     bool failed = false;
 
     ~Reading()
@@ -167,8 +177,33 @@ struct Reading : std::enable_shared_from_this<Reading> {
     {
         if (--outstanding > 0 || !completion)
             return;
+        if (!failed && !isFlowRead && isParagraphOfDocument(root.facts)) {
+            readFlow(root.path);
+            return;
+        }
         const auto done = std::exchange(completion, nullptr);
-        done(failed ? std::nullopt : std::optional(flattened(root)));
+        if (failed) {
+            done(std::nullopt);
+            return;
+        }
+        RichTextContent content = isFlowRead ? flattenedFlow(flow) : flattened(root);
+        content.flowParent = flowParent;
+        done(std::move(content));
+    }
+
+    void readFlow(const QByteArray &path)
+    {
+        isFlowRead = true;
+        ++outstanding;
+        findFlow(*application, path, flowParent,
+                 [self = shared_from_this()](const ParagraphFlow &found) {
+                     self->seen.clear();
+                     self->flowParent = found.parent;
+                     self->flow.resize(size_t(found.paths.size()));
+                     for (qsizetype i = 0; i < found.paths.size(); ++i)
+                         self->read(&self->flow[size_t(i)], found.paths.at(i), 0);
+                     self->answered();
+                 });
     }
 
     void read(TextNode *node, const QByteArray &path, int depth)
@@ -186,6 +221,10 @@ struct Reading : std::enable_shared_from_this<Reading> {
             node->facts.setAttributes(
                 reply.readDictionary().value_or(QList<std::pair<QByteArray, QByteArray>>()));
         });
+        if (depth == 0) {
+            readNumber(path, "CharacterCount", &node->characterCount);
+            readNumber(path, "CaretOffset", &node->caret);
+        }
         send(
             [&](CallChannel::Handler wrapped) {
                 return application->call(path, atspi::textInterface, "GetText", std::move(wrapped),
@@ -203,6 +242,19 @@ struct Reading : std::enable_shared_from_this<Reading> {
                 const bool hasMarker = node->facts.is(atspi::Role::ListItem);
                 if (hasMarker || node->text.contains(QChar::ObjectReplacementCharacter))
                     readChildren(node, path, depth);
+            });
+    }
+
+    void readNumber(const QByteArray &path, const char *name, std::optional<qint32> *number)
+    {
+        send(
+            [&](CallChannel::Handler wrapped) {
+                return application->call(path, atspi::propertiesInterface, "Get",
+                                         std::move(wrapped), "ss", atspi::textInterface, name);
+            },
+            [number](DBusMessage &reply) {
+                if (reply.enterVariant("i"))
+                    *number = reply.readInt32();
             });
     }
 
@@ -237,13 +289,39 @@ RichTextContent flattened(const TextNode &node)
         if (holdsLastLineOpen(node.facts) && content.text.endsWith(QLatin1Char('\n')))
             content.text.chop(1);
         if (isWhole)
-            content.pieces.append({0, content.text.size(), node.path, node.text, 0});
+            content.pieces.append(
+                {0, content.text.size(), node.path, node.text, 0, countsUnits(node)});
     } else {
         Lines lines;
         compose(node, lines);
         content = lines.take();
     }
     content.ownText = node.text;
+    if (content.pieces.size() == 1 && content.pieces.first().path == node.path &&
+        node.caret.value_or(-1) >= 0)
+        content.caret =
+            countsUnits(node) ? *node.caret : qsizetype(utf16Offset(node.text, *node.caret));
+    return content;
+}
+
+RichTextContent flattenedFlow(const std::vector<TextNode> &paragraphs)
+{
+    RichTextContent content;
+    content.isFlow = true;
+    for (const TextNode &paragraph : paragraphs) {
+        if (!content.ownText.isNull())
+            content.text += u'\n';
+        RichTextContent one = flattened(paragraph);
+        const qsizetype start = content.text.size();
+        for (TextPiece &piece : one.pieces) {
+            piece.position += start;
+            content.pieces.append(piece);
+        }
+        if (one.caret)
+            content.caret = start + *one.caret;
+        content.text += one.text;
+        content.ownText = content.text.isNull() ? QStringLiteral("") : content.text;
+    }
     return content;
 }
 
@@ -253,12 +331,17 @@ QString flatten(const TextNode &node)
 }
 
 void readRichContent(AtspiApplication &application, const QByteArray &path,
-                     std::function<void(std::optional<RichTextContent>)> completion)
+                     std::function<void(std::optional<RichTextContent>)> completion,
+                     const QByteArray &flowParent)
 {
     const auto reading = std::make_shared<Reading>();
     reading->application = &application;
     reading->completion = std::move(completion);
-    reading->read(&reading->root, path, 0);
+    reading->flowParent = flowParent;
+    if (flowParent.isEmpty())
+        reading->read(&reading->root, path, 0);
+    else
+        reading->readFlow(path);
 }
 
 void readRichText(AtspiApplication &application, const QByteArray &path,

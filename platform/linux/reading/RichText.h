@@ -22,6 +22,10 @@ struct TextNode {
     QString text;
     std::vector<TextNode> children;
     QByteArray path{};
+    /// How many characters the Text interface counts, and where the caret is in these; negative for
+    /// elsewhere. Of outermost elements only.
+    std::optional<qint32> characterCount{};
+    std::optional<qint32> caret{};
 };
 
 /// The text as the user sees it: what is embedded stands in its place, blocks begin a new line,
@@ -38,6 +42,8 @@ struct TextPiece {
     QByteArray path;
     QString text;
     qsizetype offset = 0;
+    /// Whether the element counts UTF-16 units instead of characters.
+    bool countsUnits = false;
 };
 
 /// The text as the user sees it, with the pieces that it is made of, in their order.
@@ -46,15 +52,27 @@ struct RichTextContent {
     QList<TextPiece> pieces;
     /// What the outermost element itself says.
     QString ownText;
+    /// Whether the pieces are paragraphs that follow one another, each an element of its own.
+    bool isFlow = false;
+    /// What a flow lies in.
+    QByteArray flowParent{};
+    /// Where the caret is, when it is in the outermost element's own text.
+    std::optional<qsizetype> caret{};
 };
 
 RichTextContent flattened(const TextNode &node);
 
-/// Reads the whole text of the element, embedded elements included, without waiting. `completion`
+/// The paragraphs, in their order, as one text: one line each. Empty ones count.
+RichTextContent flattenedFlow(const std::vector<TextNode> &paragraphs);
+
+/// Reads the whole text of the element, embedded elements included, without waiting. A paragraph of
+/// a document is read with those before and behind it, unless they are very many. `completion`
 /// is called once, from within the application's answer; with nothing when the application does not
 /// say or what it says has no end.
+/// `flowParent`: where the element is known to be a paragraph, as read before.
 void readRichContent(AtspiApplication &application, const QByteArray &path,
-                     std::function<void(std::optional<RichTextContent>)> completion);
+                     std::function<void(std::optional<RichTextContent>)> completion,
+                     const QByteArray &flowParent = {});
 
 /// The same, without the pieces.
 void readRichText(AtspiApplication &application, const QByteArray &path,

@@ -241,11 +241,38 @@ TEST(CodePoints, UnderstandsWhatAnApplicationSaysIsSelected)
     const QString text = QString::fromUtf8("a😀b😀cd");
     EXPECT_TRUE(isSelection(text, 3, 4, 2, 5)) << "in characters";
     EXPECT_TRUE(isSelection(text, 3, 4, 3, 7)) << "in UTF-16 units";
-    EXPECT_TRUE(isSelection(text, 3, 4, 2, 3)) << "short by the characters above U+FFFF before it";
+    // Read from Chromium: 2 to 15 came back as 2 to 12, 0 to 17 as 0 to 0.
+    const QString family = QString::fromUtf8("Family 👩‍👩‍👧‍👦, wave 👋🏽");
+    EXPECT_TRUE(isSelection(family, 2, 17, 2, 12));
+    EXPECT_FALSE(isSelection(family, 2, 17, 2, 11));
+    EXPECT_FALSE(isSelectionHidden(family, 2, 17));
+    EXPECT_TRUE(isSelectionHidden(family, 0, 21));
     EXPECT_FALSE(isSelection(text, 3, 4, 2, 4));
     EXPECT_FALSE(isSelection(text, 3, 4, 0, 5));
     EXPECT_EQ(withoutPairMarks(QString::fromUtf8("\ufeffa😀\ufeffb\ufeff")),
               QString::fromUtf8("\ufeffa😀b\ufeff"));
+}
+
+TEST(RichText, ReadsTheParagraphsOfADocumentAsLines)
+{
+    const auto paragraph = [](const char *text, qint32 count, qint32 caret) {
+        TextNode node;
+        node.facts.role = quint32(Role::Paragraph);
+        node.text = QString::fromUtf8(text);
+        node.path = text;
+        node.characterCount = count;
+        node.caret = caret;
+        return node;
+    };
+    const RichTextContent flow =
+        flattenedFlow({paragraph("", 0, -1), paragraph("😀 a", 4, -1), paragraph("", 0, -1),
+                       paragraph("😀 b", 4, 3), paragraph("", 0, -1)});
+    EXPECT_EQ(flow.text, QString::fromUtf8("\n😀 a\n\n😀 b\n"));
+    EXPECT_EQ(flow.pieces.size(), 5);
+    EXPECT_EQ(flow.pieces.at(3).position, 7);
+    EXPECT_TRUE(flow.pieces.at(3).countsUnits);
+    EXPECT_EQ(flow.caret, 10);
+    EXPECT_EQ(flattenedFlow({paragraph("😀 a", 3, 2)}).caret, 3) << "counted in characters";
 }
 
 TEST(RichText, KnowsWhereEachPieceStands)

@@ -21,6 +21,7 @@ struct Program {
     QString text{};
     bool takesEdits = true;
     bool isUniform = true;
+    bool hasParagraphs = false;
     /// Whether it does what it says yes to.
     bool obeys = true;
     bool obeysContents = true;
@@ -38,6 +39,7 @@ struct Program {
     int lateness = 0;
     std::function<void()> onRead = [] {};
 
+    std::optional<qsizetype> caret{};
     QStringList asked{};
     std::pair<qsizetype, qsizetype> selection{};
     QString shown{};
@@ -63,7 +65,8 @@ public:
         m_program.onRead();
         if (m_program.shown.isNull() || m_program.lateness-- <= 0)
             m_program.shown = m_program.text;
-        reader(Content{m_program.shown, m_program.isUniform});
+        reader(Content{m_program.shown, m_program.isUniform, m_program.hasParagraphs,
+                       m_program.caret});
     }
     bool takesEdits() const override { return m_program.takesEdits; }
     bool canAddress(qsizetype, qsizetype) const override { return m_program.canAddress; }
@@ -94,6 +97,7 @@ public:
         m_program.selection = {0, m_program.text.size()};
         done(m_program.hasFocus);
     }
+    void setCaret(qsizetype position) override { m_program.caret = position; }
     bool hasFocus() override { return m_program.hasFocus; }
     void takeFocus() override
     {
@@ -178,6 +182,10 @@ TEST(ValueWriter, HasTheProgramReplaceOnlyWhatDiffers)
     EXPECT_EQ(plain.asked.size(), 1) << "one step to undo where no format can be lost";
     EXPECT_TRUE(plain.asked.first().startsWith(text("edit 2+")));
 
+    Program inTheMiddle{.text = before, .caret = 40};
+    write(inTheMiddle, after.toUtf8().constData());
+    EXPECT_EQ(inTheMiddle.caret, 41) << "behind the same word, although it was replaced as well";
+
     Program rich{.text = before, .isUniform = false};
     const QString corrected = QString(after).replace(text("It end"), text("It ends"));
     EXPECT_EQ(write(rich, corrected.toUtf8().constData()), WriteOutcome::written());
@@ -185,6 +193,12 @@ TEST(ValueWriter, HasTheProgramReplaceOnlyWhatDiffers)
               (QStringList{QStringLiteral("edit %1+2 and").arg(before.size() - 6),
                            QStringLiteral("edit %1+3 ends").arg(before.indexOf(text("end here"))),
                            text("edit 2+3 have")}));
+
+    Program document{
+        .text = text("A\nb\nmid C\nend\nlast D"), .isUniform = false, .hasParagraphs = true};
+    EXPECT_EQ(write(document, "A mid C\n\nend\nlast E"), WriteOutcome::written());
+    EXPECT_EQ(document.asked, (QStringList{text("edit 19+1 E"), text("edit 1+12  mid C\n\nend")}))
+        << "lines correspond from the first that comes or goes to the end of the last";
 
     Program same{.text = before};
     EXPECT_EQ(write(same, before.toUtf8().constData()), WriteOutcome::written());
