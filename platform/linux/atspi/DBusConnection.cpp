@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 
+#include <chrono>
 #include <ctime>
 #include <poll.h>
 #include <unistd.h>
@@ -20,7 +21,7 @@ constexpr int turnMilliseconds = 4;
 constexpr int turnMessages = 200;
 /// With so many calls under way, answers are looked for at this interval as long as they come.
 constexpr int manyOpen = 100;
-constexpr int manyOpenPause = 1; // milliseconds
+constexpr std::chrono::milliseconds manyOpenPause{1};
 
 quint64 monotonicMicroseconds()
 {

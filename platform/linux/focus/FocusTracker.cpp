@@ -7,6 +7,7 @@
 #include "platform/linux/reading/FocusSearch.h"
 
 #include <algorithm>
+#include <chrono>
 #include <unistd.h>
 
 namespace platform::linux_
@@ -18,15 +19,20 @@ namespace
 {
 
 /// How long the states of the focused element are believed without asking.
-constexpr int refreshInterval = 200; // milliseconds
+constexpr std::chrono::milliseconds refreshInterval{200};
 /// An application that has left such a question open for longer does not answer.
-constexpr int refreshPatience = 1000; // milliseconds
-constexpr int firstSearchPause = 400; // milliseconds
-constexpr int maxSearchPause = 6000;  // milliseconds
-constexpr int deepestHost = 64;
+constexpr std::chrono::milliseconds refreshPatience{1000};
+constexpr std::chrono::milliseconds firstSearchPause{400};
+constexpr std::chrono::milliseconds maxSearchPause{6000};
+constexpr int maxHostDepth = 64;
 /// Firefox fetches a page's attributes only when they are first asked for, and answers without them
 /// until it has them.
 constexpr int maxAttributeRequests = 5;
+
+std::chrono::milliseconds since(const QElapsedTimer &timer)
+{
+    return std::chrono::milliseconds(timer.elapsed());
+}
 
 } // namespace
 
@@ -171,7 +177,7 @@ bool FocusTracker::verify(AtspiApplication &application, ApplicationFocus &focus
     // Editors report the paragraph that the caret is in; the input is all of the region.
     ObjectRef host = reported;
     ElementFacts hostFacts = facts;
-    for (int depth = 0; depth < deepestHost && mayBeInsideEditingHost(hostFacts); ++depth) {
+    for (int depth = 0; depth < maxHostDepth && mayBeInsideEditingHost(hostFacts); ++depth) {
         ObjectRef parent;
         Pipeline pipeline(application);
         pipeline.property(host.path, atspi::accessibleInterface, "Parent", "(so)",
@@ -198,13 +204,13 @@ void FocusTracker::search(AtspiApplication &application, ApplicationFocus &focus
 {
     const QByteArray busName = application.busName();
     if (focus.searching) {
-        if (focus.sinceSearch.elapsed() > refreshPatience)
+        if (since(focus.sinceSearch) > refreshPatience)
             application.missedDeadline();
         return;
     }
-    const int pause =
-        std::min(firstSearchPause << std::min(focus.fruitlessSearches, 5), maxSearchPause);
-    if (focus.searched && focus.sinceSearch.elapsed() < pause)
+    const std::chrono::milliseconds pause =
+        std::min(firstSearchPause * (1 << std::min(focus.fruitlessSearches, 5)), maxSearchPause);
+    if (focus.searched && since(focus.sinceSearch) < pause)
         return;
     focus.searching = true;
     focus.searched = true;
@@ -239,11 +245,11 @@ void FocusTracker::search(AtspiApplication &application, ApplicationFocus &focus
 void FocusTracker::refresh(AtspiApplication &application, ApplicationFocus &focus)
 {
     if (focus.refreshing) {
-        if (focus.sinceRefresh.elapsed() > refreshPatience)
+        if (since(focus.sinceRefresh) > refreshPatience)
             application.missedDeadline();
         return;
     }
-    if (focus.sinceRefresh.elapsed() < refreshInterval)
+    if (since(focus.sinceRefresh) < refreshInterval)
         return;
     focus.refreshing = true;
     focus.sinceRefresh.start();

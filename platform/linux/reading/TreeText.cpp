@@ -13,6 +13,7 @@
 #include <QSet>
 #include <QTimer>
 
+#include <chrono>
 #include <deque>
 #include <vector>
 
@@ -29,7 +30,7 @@ namespace
 constexpr int atATime = 1000;
 constexpr qsizetype maxText = 64 * 1024 * 1024; // UTF-16 units
 /// A reading that has got no answer for so long ends with what it has.
-constexpr int patience = 4000; // milliseconds
+constexpr std::chrono::milliseconds patience{4000};
 
 const QList<Role> textRoles{Role::Static, Role::Label, Role::Text};
 const QList<Role> inputRoles{Role::Entry, Role::PasswordText};
@@ -111,7 +112,8 @@ struct TextWalk : WalkQuestions<TextWalk> {
             const auto self = weak.lock();
             if (!self || !self->completion)
                 return;
-            if (!self->application || self->sinceAnswer.elapsed() > patience)
+            if (!self->application ||
+                std::chrono::milliseconds(self->sinceAnswer.elapsed()) > patience)
                 self->finish();
             else
                 self->watch();

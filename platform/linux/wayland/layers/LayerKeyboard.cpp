@@ -20,7 +20,7 @@ namespace
 using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds checkInterval = 20ms;
-constexpr qint64 giveUpAfter = 2000; // milliseconds
+constexpr std::chrono::milliseconds giveUpAfter = 2s;
 
 } // namespace
 
@@ -96,7 +96,7 @@ void LayerKeyboard::check()
         !m_borrower || QGuiApplication::focusWindow() != m_borrower->windowHandle();
     if (hasLeft && lenderHasIt())
         finish(true);
-    else if (m_sinceReturn.elapsed() > giveUpAfter)
+    else if (std::chrono::milliseconds(m_sinceReturn.elapsed()) > giveUpAfter)
         finish(false);
 }
 
