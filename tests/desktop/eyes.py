@@ -8,6 +8,8 @@ in. Prints JSON.
     eyes.py text PROGRAM             texts of the program's editable inputs, one by one
     eyes.py names PROGRAM            names of the visible controls
     eyes.py input PROGRAM            rectangle of the visible part of the first editable input
+
+PROGRAM is a part of the program's name, or its process id.
 """
 
 import json
@@ -23,7 +25,12 @@ def applications(program):
     desktop = Atspi.get_desktop(0)
     for index in range(desktop.get_child_count()):
         application = desktop.get_child_at_index(index)
-        if application and program.lower() in (application.get_name() or "").lower():
+        if not application:
+            continue
+        if program.isdigit():
+            if application.get_process_id() == int(program):
+                yield application
+        elif program.lower() in (application.get_name() or "").lower():
             yield application
 
 
