@@ -150,9 +150,7 @@ def endure(build, minutes):
                 witness.runs_command("elevate", chat.answer)
                 witness.waits_for_text("mousepad", chat.answer)
                 client.cycle()
-                backend = wait_until(
-                    lambda: witness.processes("quillet-backend"), "the backend"
-                )[0]
+                backend = wait_until(lambda: witness.processes("quillet-backend"), "the backend")[0]
                 for program, pid in zip(
                     samples, (witness.quillet.pid, backend, client.process.pid)
                 ):

@@ -40,7 +40,7 @@ MAY_INCLUDE = {
     "backend/process": [],
     "backend/engine": ["commands"],
     "backend/http": ["backend/engine", "commands"],
-    "backend/model": ["backend/engine", "backend/process", "commands"],
+    "backend/model": ["process", "backend/engine", "backend/process", "commands"],
     # One library: its inner folders share their types both ways.
     "backend/offline": ["backend/engine", "commands"],
     "backend": ["process", "backend/process", "backend/engine", "backend/http", "backend/model",

@@ -165,7 +165,9 @@ def ends_with_its_parent(program):
                 return 1
 
     computing = Backend(program)
-    computing.client = computing.ask(b"i%20definately%20go%20their%20becuase%20she%20dont%20," * 15_000)
+    computing.client = computing.ask(
+        b"i%20definately%20go%20their%20becuase%20she%20dont%20," * 15_000
+    )
     before = computing.cpu_ticks()
     while computing.cpu_ticks() < before + os.sysconf("SC_CLK_TCK"):
         time.sleep(0.01)
