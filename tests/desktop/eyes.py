@@ -7,7 +7,8 @@ in. Prints JSON.
     eyes.py find PROGRAM NAME        screen rectangle of the visible control with this name
     eyes.py text PROGRAM             texts of the program's editable inputs, one by one
     eyes.py names PROGRAM            names of the visible controls
-    eyes.py input PROGRAM            rectangle of the visible part of the first editable input
+    eyes.py input PROGRAM [screen]   rectangle of the visible part of the first editable input, in
+                                     its window or on the screen
 
 PROGRAM is a part of the program's name, or its process id.
 """
@@ -106,12 +107,14 @@ def texts(program):
     return [text_of(element) for element in inputs(program)]
 
 
-def input_box(program):
-    """What lies in the elements around it, in the window's own coordinates."""
+def input_box(program, place="window"):
+    """What lies in the elements around it. Some toolkits answer wrongly for the window, others for
+    the screen."""
+    coordinates = Atspi.CoordType.SCREEN if place == "screen" else Atspi.CoordType.WINDOW
     element = next(inputs(program), None)
     edges = None
     while element and element.get_component_iface():
-        box = element.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+        box = element.get_component_iface().get_extents(coordinates)
         new = [box.x, box.y, box.x + box.width, box.y + box.height]
         if edges is None:
             edges = new

@@ -38,9 +38,10 @@ class Person:
         """The texts of the program's multi-line inputs."""
         return self._see("text", program) or []
 
-    def sees_input(self, program):
-        """The visible part of the program's first multi-line input, in its window; or None."""
-        return self._see("input", program)
+    def sees_input(self, program, place="window"):
+        """The visible part of the program's first multi-line input, in its window or on the
+        screen; or None."""
+        return self._see("input", program, place)
 
     def click(self, name, program="quillet"):
         """Clicks the middle of the control as soon as it is there."""

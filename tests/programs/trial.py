@@ -132,11 +132,11 @@ class Trial:
     def look_at_the_button(self, person):
         """Where Quillet shows its button, against the corner of the input."""
         pid = self.session.run(["xdotool", "getwindowpid", str(self.window)], check=False).strip()
-        expected = person.sees_input(pid)
         left, top, *_ = self.session.geometry(self.window)
-        corner = None
-        if expected:
-            corner = (left + expected[0] + expected[2] - 30, top + expected[1] + 5)
+        corners = []
+        for place, x, y in (("window", left, top), ("screen", 0, 0)):
+            if area := person.sees_input(pid, place):
+                corners.append((x + area[0] + area[2] - 30, y + area[1] + 5))
         box, off = None, None
         # The button follows an input that has moved, and the window may have come to rest just now.
         limit = time.monotonic() + BUTTON_PATIENCE
@@ -144,11 +144,11 @@ class Trial:
             found = person.finds_floating_button()
             if found and found != person.tutorial_button:
                 box = found
-                if not corner:
+                if not corners:
                     break
-                off = max(abs(box[0] - corner[0]), abs(box[1] - corner[1]))
+                off = min(max(abs(box[0] - x), abs(box[1] - y)) for x, y in corners)
         self.result["button"] = bool(box)
-        if box and corner:
+        if box and corners:
             self.result["off"] = off
 
     def find_input(self):
