@@ -33,13 +33,23 @@ QString thinScrollBar(const QPalette &palette)
                                                : QStringLiteral("#86868c"));
 }
 
+QColor accentOn(const QPalette &palette)
+{
+    return isDark(palette, QPalette::Base) ? accentBorder : accentPurple;
+}
+
+QColor failureColor(const QPalette &palette)
+{
+    return isDark(palette, QPalette::Base) ? QColor(0xFF, 0x6B, 0x61) : QColor(0xC6, 0x28, 0x28);
+}
+
 QTextCharFormat changeFormat(const QPalette &palette)
 {
     QTextCharFormat format;
     const bool dark = isDark(palette, QPalette::Base);
     format.setBackground(dark ? QColor(0x45, 0x36, 0x80) : QColor(0xE6, 0xDE, 0xFF));
     format.setUnderlineStyle(QTextCharFormat::DotLine);
-    format.setUnderlineColor(dark ? accentBorder : accentPurple);
+    format.setUnderlineColor(accentOn(palette));
     return format;
 }
 

@@ -24,6 +24,11 @@ inline constexpr int resultTextSize = 15;
 /// to the background of `palette`, light or dark.
 QString thinScrollBar(const QPalette &palette);
 
+/// The accent on the text's background, and the colour of a failure: lines and frames that reach a
+/// contrast of 3 there.
+QColor accentOn(const QPalette &palette);
+QColor failureColor(const QPalette &palette);
+
 /// How a word looks that has been added or changed: by its colour, and by a line below it.
 QTextCharFormat changeFormat(const QPalette &palette);
 

@@ -3,6 +3,8 @@
 
 #include "quillet/popup/ProgressLine.h"
 
+#include "quillet/popup/PopupStyle.h"
+
 #include <QPainter>
 
 #include <chrono>
@@ -17,9 +19,6 @@ constexpr auto stepInterval = 33ms;
 /// Part of the line's length that the piece moves at each step, and that the piece is long.
 constexpr qreal stepLength = 0.02;
 constexpr qreal pieceLength = 0.3;
-
-constexpr QColor accent(108, 61, 245);
-constexpr QColor failureRed(0xC6, 0x28, 0x28);
 
 } // namespace
 
@@ -58,10 +57,11 @@ void ProgressLine::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     if (m_state == State::Stopped) {
-        painter.fillRect(rect(), failureRed);
+        painter.fillRect(rect(), PopupStyle::failureColor(palette()));
     } else if (m_step.isActive()) {
         // The piece comes in at one end and leaves at the other.
         const qreal from = m_place * (1 + pieceLength) - pieceLength;
-        painter.fillRect(QRectF(from * width(), 0, pieceLength * width(), height()), accent);
+        painter.fillRect(QRectF(from * width(), 0, pieceLength * width(), height()),
+                         PopupStyle::accentOn(palette()));
     }
 }

@@ -49,8 +49,9 @@ ResultArea::ResultArea(const QString &command, QWidget *parent)
                                  "QToolButton { background: palette(base); color: palette(text);"
                                  " border: 1px solid #86868c; border-radius: 9px; padding: 1px 8px;"
                                  " font-size: 11px; }"
-                                 "QToolButton:checked, QToolButton:focus { border-color: #6c3df5; }"
-                                 "QToolButton:checked { background: #6c3df5; color: white; }") +
+                                 "QToolButton:checked, QToolButton:focus { border-color: %1; }"
+                                 "QToolButton:checked { background: #6c3df5; color: white; }")
+                      .arg(PopupStyle::accentOn(palette()).name()) +
                   PopupStyle::thinScrollBar(palette()));
     m_textView->setAccessibleName(command);
     connect(m_textView, &ResultTextView::keyboardWanted, this, &ResultArea::keyboardWanted);

@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr int titleSize = 13;
-constexpr QColor focusRing(0x6C, 0x3D, 0xF5, 0xA0);
+constexpr QColor focusRing(0x6C, 0x3D, 0xF5);
 
 } // namespace
 

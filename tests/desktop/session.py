@@ -51,9 +51,11 @@ def wait_until(condition, what, patience=PATIENCE):
 class Session:
     running = []
 
-    def __init__(self, a11y=True, window_manager="openbox"):
-        """`window_manager`: one of WINDOW_MANAGERS; None for a desktop without any."""
+    def __init__(self, a11y=True, window_manager="openbox", screen="1280x900"):
+        """`window_manager`: one of WINDOW_MANAGERS; None for a desktop without any. `screen`: its
+        size in pixels."""
         self.a11y = a11y
+        self.screen = screen
         self.window_manager_name = window_manager
         self.folder = tempfile.mkdtemp(prefix="quillet-desktop-")
         self.programs = []
@@ -118,7 +120,7 @@ class Session:
                 str(writing),
                 "-screen",
                 "0",
-                "1280x900x24",
+                self.screen + "x24",
                 "-nolisten",
                 "tcp",
                 "-noreset",

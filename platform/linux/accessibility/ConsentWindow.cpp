@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -93,6 +92,25 @@ protected:
     }
 };
 
+/// The rounded frame around an application's entry. It is painted here, because a style sheet would
+/// give its labels the colours of the desktop's theme.
+class Card : public QWidget
+{
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        constexpr qreal radius = 16;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(QColor(0xee, 0xf0, 0xe6), 1));
+        painter.setBrush(QColor(0xf9, 0xf9, 0xf9));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    }
+};
+
 /// GNOME and its relatives keep the switch among their settings and set it again at login. Absent
 /// schemas and programs are no failure: then the session's own switch is all there is.
 void keepInDesktopSettings()
@@ -162,10 +180,7 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
     texts->addWidget(name);
     texts->addWidget(m_state);
 
-    auto *row = new QFrame;
-    row->setObjectName(QStringLiteral("row"));
-    row->setStyleSheet(QStringLiteral("#row { background: #f9f9f9; border: 1px solid #eef0e6;"
-                                      " border-radius: 16px; }"));
+    auto *row = new Card;
     auto *rowLayout = new QHBoxLayout(row);
     rowLayout->setContentsMargins(16, 14, 16, 14);
     rowLayout->setSpacing(14);

@@ -5,6 +5,7 @@
 
 #include "quillet/popup/ChangesView.h"
 #include "quillet/popup/PopupPanel.h"
+#include "quillet/popup/PopupStyle.h"
 #include "quillet/popup/ProgressLine.h"
 #include "quillet/popup/ResultArea.h"
 #include "quillet/popup/ResultTextView.h"
@@ -17,12 +18,16 @@
 #include "support/HttpStub.h"
 #include "support/WaitUntil.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QScrollArea>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTextCharFormat>
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace
 {
@@ -190,6 +195,44 @@ TEST_F(FloatingPopupTest, ALineMovesWhileARequestRuns)
     EXPECT_FALSE(area()->progressLine()->isMoving()) << "not for a quick answer";
     EXPECT_TRUE(waitUntil([this] { return area()->progressLine()->isMoving(); }));
     click("cancel");
+}
+
+TEST_F(FloatingPopupTest, WhatItShowsStandsOutFromItsGroundInEveryTheme)
+{
+    const QPalette before = QApplication::palette();
+    const auto luminance = [](const QColor &color) {
+        const auto linear = [](float part) {
+            return part <= 0.04045F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
+        };
+        return 0.2126F * linear(color.redF()) + 0.7152F * linear(color.greenF()) +
+               0.0722F * linear(color.blueF());
+    };
+    const auto contrast = [&](const QColor &one, const QColor &other) {
+        const auto [low, high] = std::minmax(luminance(one), luminance(other));
+        return (high + 0.05F) / (low + 0.05F);
+    };
+    for (const QColor &ground : {QColor(0xEF, 0xEF, 0xEF), QColor(0x35, 0x35, 0x35)}) {
+        const QPalette theme(ground, ground);
+        QApplication::setPalette(theme);
+        const QColor base = QApplication::palette().color(QPalette::Base);
+        const QString bar = PopupStyle::thinScrollBar(theme);
+        const QColor handle(bar.sliced(bar.indexOf(u'#'), 7));
+        EXPECT_GE(contrast(handle, ground), 3) << handle.name().toStdString();
+        EXPECT_GE(contrast(PopupStyle::accentOn(theme), base), 3);
+        EXPECT_GE(contrast(PopupStyle::goneColor(theme), base), 4.5F);
+        const QTextCharFormat change = PopupStyle::changeFormat(theme);
+        EXPECT_GE(contrast(theme.color(QPalette::Text), change.background().color()), 4.5F);
+
+        endpoint.url.clear();
+        open();
+        click("concise");
+        ASSERT_TRUE(waitUntil(
+            [this] { return area()->progressLine()->state() == ProgressLine::State::Stopped; }));
+        const QImage failed = area()->grab().toImage();
+        EXPECT_GE(contrast(failed.pixelColor(failed.width() / 2, 0), base), 3);
+        popup.close();
+    }
+    QApplication::setPalette(before);
 }
 
 TEST_F(FloatingPopupTest, AnEmptyInputIsToldAtOnceAndSentAllTheSame)
