@@ -865,5 +865,41 @@ across all your favourite apps</translation>
         <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
         <translation>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</translation>
     </message>
+    <message>
+        <source>Does Quillet work here?</source>
+        <translation>Does Quillet work here?</translation>
+    </message>
+    <message>
+        <source>Copy for a Bug Report</source>
+        <translation>Copy for a Bug Report</translation>
+    </message>
+    <message>
+        <source>Examine</source>
+        <translation>Examine</translation>
+    </message>
+    <message>
+        <source>Looks at this desktop and its programs</source>
+        <translation>Looks at this desktop and its programs</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Looking…</translation>
+    </message>
+    <message>
+        <source>The examination failed.</source>
+        <translation>The examination failed.</translation>
+    </message>
+    <message>
+        <source>Use %1, found on this computer</source>
+        <translation>Use %1, found on this computer</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Result</translation>
+    </message>
+    <message>
+        <source>Icon of Quillet</source>
+        <translation>Icon of Quillet</translation>
+    </message>
 </context>
 </TS>

@@ -865,5 +865,41 @@ Ihren Lieblingsprogrammen</translation>
         <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
         <translation>Der Compositor sagt Quillet nicht mehr, wo Fenster sind: Starten Sie Quillet neu; hilft das nicht, melden Sie sich ab und wieder an.</translation>
     </message>
+    <message>
+        <source>Does Quillet work here?</source>
+        <translation>Funktioniert Quillet hier?</translation>
+    </message>
+    <message>
+        <source>Copy for a Bug Report</source>
+        <translation>Für einen Fehlerbericht kopieren</translation>
+    </message>
+    <message>
+        <source>Examine</source>
+        <translation>Untersuchen</translation>
+    </message>
+    <message>
+        <source>Looks at this desktop and its programs</source>
+        <translation>Sieht sich diesen Desktop und seine Programme an</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Wird untersucht …</translation>
+    </message>
+    <message>
+        <source>The examination failed.</source>
+        <translation>Die Untersuchung ist fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Use %1, found on this computer</source>
+        <translation>%1 verwenden, auf diesem Rechner gefunden</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Icon of Quillet</source>
+        <translation>Symbol von Quillet</translation>
+    </message>
 </context>
 </TS>

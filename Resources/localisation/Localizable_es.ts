@@ -865,5 +865,41 @@ en todas sus aplicaciones favoritas</translation>
         <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
         <translation>El compositor ya no le indica a Quillet dónde están las ventanas: reinicie Quillet y, si no basta, cierre la sesión y vuelva a iniciarla.</translation>
     </message>
+    <message>
+        <source>Does Quillet work here?</source>
+        <translation>¿Funciona Quillet aquí?</translation>
+    </message>
+    <message>
+        <source>Copy for a Bug Report</source>
+        <translation>Copiar para un informe de error</translation>
+    </message>
+    <message>
+        <source>Examine</source>
+        <translation>Examinar</translation>
+    </message>
+    <message>
+        <source>Looks at this desktop and its programs</source>
+        <translation>Examina este escritorio y sus programas</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Examinando…</translation>
+    </message>
+    <message>
+        <source>The examination failed.</source>
+        <translation>El examen ha fallado.</translation>
+    </message>
+    <message>
+        <source>Use %1, found on this computer</source>
+        <translation>Usar %1, encontrado en este equipo</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Resultado</translation>
+    </message>
+    <message>
+        <source>Icon of Quillet</source>
+        <translation>Icono de Quillet</translation>
+    </message>
 </context>
 </TS>

@@ -865,5 +865,41 @@ dans toutes vos applications favorites</translation>
         <source>The compositor no longer tells Quillet where windows are: start Quillet again, and if that does not help, log out and in.</source>
         <translation>Le compositeur n’indique plus à Quillet où sont les fenêtres : relancez Quillet et, si cela ne suffit pas, déconnectez-vous puis reconnectez-vous.</translation>
     </message>
+    <message>
+        <source>Does Quillet work here?</source>
+        <translation>Quillet fonctionne-t-il ici ?</translation>
+    </message>
+    <message>
+        <source>Copy for a Bug Report</source>
+        <translation>Copier pour un rapport de bogue</translation>
+    </message>
+    <message>
+        <source>Examine</source>
+        <translation>Examiner</translation>
+    </message>
+    <message>
+        <source>Looks at this desktop and its programs</source>
+        <translation>Examine ce bureau et ses programmes</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Examen en cours…</translation>
+    </message>
+    <message>
+        <source>The examination failed.</source>
+        <translation>L’examen a échoué.</translation>
+    </message>
+    <message>
+        <source>Use %1, found on this computer</source>
+        <translation>Utiliser %1, trouvé sur cet ordinateur</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Résultat</translation>
+    </message>
+    <message>
+        <source>Icon of Quillet</source>
+        <translation>Icône de Quillet</translation>
+    </message>
 </context>
 </TS>

@@ -6,6 +6,7 @@
 #include "BuildConstants.h"
 #include "MetricPost/MetricPost.h"
 #include "quillet/analytics/SharedMetricPost.h"
+#include "quillet/application/DoctorRun.h"
 #include "quillet/button/FloatingButtonManager.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/focus/AccessibilityObserver.h"
@@ -54,6 +55,11 @@ Application::Application(const QByteArray &startupId, StartRequest request, bool
         .request = request,
         .showPermission = [this] { m_platform->accessibility().openAccessibilitySettings(); },
         .showSettings = [this] { showSettings(); },
+        .showDoctor =
+            [this] {
+                showSettings();
+                m_settingsWindow->showDoctor();
+            },
         .watchInBackground = [this] { watchInBackground(); },
     });
     prepareDiagnostics(diagnostics);
@@ -184,12 +190,15 @@ void Application::createObserver()
 void Application::askAboutServer(const FoundServer &server)
 {
     m_serverQuestion.ask({server.address, server.ownerName, server.model},
-                         [this, server](bool agreed) {
-                             m_foundServers->answer(server, agreed, [this](bool stored) {
-                                 if (!stored)
-                                     m_notice.tell(localized("Your answer could not be stored."));
-                             });
-                         });
+                         [this, server](bool agreed) { keepAnswer(server, agreed); });
+}
+
+void Application::keepAnswer(const FoundServer &server, bool agreed)
+{
+    m_foundServers->answer(server, agreed, [this](bool stored) {
+        if (!stored)
+            m_notice.tell(localized("Your answer could not be stored."));
+    });
 }
 
 void Application::watchInBackground()
@@ -220,6 +229,16 @@ void Application::showSettings()
                           QStringLiteral("/quillet/backend.ini"),
              // Before the watching begins, no shortcut is taken.
              .holdsShortcut = [this] { return !m_observing || m_holdsShortcut; },
+             .examine = examineInOwnProcess,
+             .findServer =
+                 [this](QObject *context, std::function<void(const QString &, bool)> told) {
+                     m_foundServers->find(context, [this, told](const FoundServer &server,
+                                                                bool agreed) {
+                         m_chosenServer = server;
+                         told(QStringLiteral("%1 (%2)").arg(server.model, server.address), agreed);
+                     });
+                 },
+             .agreeToServer = [this](bool agreed) { keepAnswer(m_chosenServer, agreed); },
              .programAccess = m_platform->programAccess()});
         m_settingsWindow->setAttribute(Qt::WA_DeleteOnClose);
     }

@@ -44,6 +44,7 @@ private:
     QWidget *makeWizard(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     void createObserver();
     void askAboutServer(const FoundServer &server);
+    void keepAnswer(const FoundServer &server, bool agreed);
     void watchInBackground();
     void showSettings();
     void takeShortcut();
@@ -64,6 +65,8 @@ private:
     std::unique_ptr<WritingEndpoint> m_endpoint;
     std::unique_ptr<WritingService> m_writing;
     std::unique_ptr<FoundServerDesk> m_foundServers;
+    /// The one that the settings show.
+    FoundServer m_chosenServer;
     FoundServerQuestion m_serverQuestion;
     std::unique_ptr<QuilletApp> m_app;
 };

@@ -6,10 +6,13 @@
 #include "BuildConstants.h"
 #include "platform/Diagnosis.h"
 #include "quillet/doctor/Doctor.h"
+#include "quillet/widgets/Localisation.h"
 #include "quillet/writing/BackendService.h"
 #include "quillet/writing/LocalBackend.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
+#include <QProcess>
 #include <QTimer>
 
 #include <chrono>
@@ -64,6 +67,26 @@ BackendFacts askBackend()
 }
 
 } // namespace
+
+void examineInOwnProcess(QObject *context, std::function<void(const QString &report)> told)
+{
+    auto *doctor = new QProcess(context);
+    doctor->setStandardErrorFile(QProcess::nullDevice());
+    const auto tell = [doctor, told = std::move(told)] {
+        doctor->deleteLater();
+        const QString report = QString::fromUtf8(doctor->readAllStandardOutput());
+        told(QStringLiteral("Quillet %1\n\n%2")
+                 .arg(BuildConstants::Version,
+                      report.isEmpty() ? localized("The examination failed.") : report));
+    };
+    QObject::connect(doctor, &QProcess::finished, context, tell);
+    QObject::connect(doctor, &QProcess::errorOccurred, context,
+                     [tell](QProcess::ProcessError error) {
+                         if (error == QProcess::FailedToStart)
+                             tell();
+                     });
+    doctor->start(QCoreApplication::applicationFilePath(), {QStringLiteral("--doctor")});
+}
 
 int runDoctor(bool json)
 {

@@ -66,12 +66,14 @@ CommandLine parseCommandLine()
         QStringLiteral("Write what happens to standard output, line by line; so does "
                        "QUILLET_DIAGNOSTICS=1. The lines hold no text of yours."));
     parser.addOptions({setup, permission, settings, background, diagnostics});
-    // Handled before there is a display; named here for --help.
+    // By itself handled before there is a display; named here for --help.
+    const QCommandLineOption doctor(
+        QStringLiteral("doctor"),
+        QStringLiteral("Say whether Quillet can do its job in this session, with a "
+                       "remedy for each line. With --settings: show that there."));
+    parser.addOption(doctor);
     parser.addOptions(
-        {{QStringLiteral("doctor"),
-          QStringLiteral("Say whether Quillet can do its job in this session, with a "
-                         "remedy for each line.")},
-         {QStringLiteral("json"), QStringLiteral("With --doctor: print the same as JSON.")}});
+        {{QStringLiteral("json"), QStringLiteral("With --doctor: print the same as JSON.")}});
     parser.process(QCoreApplication::arguments());
 
     CommandLine commandLine;
@@ -82,6 +84,8 @@ CommandLine parseCommandLine()
         if (parser.isSet(option))
             commandLine.request = request;
     }
+    if (parser.isSet(doctor))
+        commandLine.request = StartRequest::Doctor;
     commandLine.diagnostics = parser.isSet(diagnostics);
     return commandLine;
 }
@@ -98,7 +102,9 @@ int main(int argc, char **argv)
         const QCoreApplication application(argc, argv);
         parseCommandLine();
     }
-    if (hasArgument(argc, argv, "--doctor")) {
+    // Together with --settings it is a page of theirs.
+    const bool wantsSettings = hasArgument(argc, argv, "--settings");
+    if (hasArgument(argc, argv, "--doctor") && !wantsSettings) {
         const QCoreApplication application(argc, argv);
         return runDoctor(hasArgument(argc, argv, "--json"));
     }

@@ -10,6 +10,7 @@
 #include "quillet/popup/ResultTextView.h"
 #include "quillet/widgets/Localisation.h"
 
+#include <QScrollBar>
 #include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -29,6 +30,8 @@ constexpr int toggleInset = 12;
 
 /// After an edit, the comparison waits until the user pauses.
 constexpr auto compareDelay = 200ms;
+/// An answer that has grown for less than this was not read while it grew.
+constexpr std::chrono::milliseconds timeToReadAlong = 500ms;
 /// Longer texts are not compared.
 constexpr qsizetype maxComparedLength = 200'000;
 /// Where less of the words is kept, nearly everything would be tinted.
@@ -44,6 +47,7 @@ ResultArea::ResultArea(const QString &command, QWidget *parent)
     , m_line(new ProgressLine(this))
 {
     setObjectName(QStringLiteral("resultFrame"));
+    setAccessibleName(localized("Result"));
     setStyleSheet(QStringLiteral("#resultFrame { background: palette(base);"
                                  " border: 1px solid lightgray; border-radius: 8px; }"
                                  "QToolButton { background: palette(base); color: palette(text);"
@@ -89,6 +93,8 @@ void ResultArea::appendPiece(const QString &piece, bool startsOver)
 {
     if (startsOver && !m_textView->document()->isModified())
         m_textView->setString({});
+    if (!m_isGrowing)
+        m_growth.start();
     m_isGrowing = true;
     m_textView->append(piece);
 }
@@ -97,10 +103,15 @@ void ResultArea::showAnswer(const QString &answer, const QString &writer)
 {
     // What the user has edited while it grew stays as it is.
     const bool isEditedWhileGrowing = m_isGrowing && m_textView->document()->isModified();
+    const bool cameAtOnce = m_isGrowing && m_growth.elapsed() < timeToReadAlong.count();
     m_isGrowing = false;
     m_answer = answer;
     if (!isEditedWhileGrowing && (m_textView->string() != answer || answer.isEmpty()))
         m_textView->setString(answer);
+    // The view has followed the answer's end; what could not be read meanwhile is read from its
+    // beginning.
+    if (cameAtOnce && !isEditedWhileGrowing)
+        m_textView->verticalScrollBar()->setValue(0);
     m_textView->setReadOnly(isNote(answer));
     m_line->setState(ProgressLine::State::Idle);
     setToolTip(writer.isEmpty() ? QString() : localized("Written by %1").arg(writer));

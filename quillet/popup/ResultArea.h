@@ -5,6 +5,7 @@
 
 #include "platform/text/WordChanges.h"
 
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QString>
 #include <QTimer>
@@ -75,5 +76,7 @@ private:
     QString m_source;
     /// The complete answer.
     std::optional<QString> m_answer;
+    /// Since the first piece of the answer.
+    QElapsedTimer m_growth;
     bool m_isGrowing = false;
 };

@@ -66,6 +66,7 @@ SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *pare
     giveLightLook(this);
 
     auto *page = new QWidget;
+    page->setObjectName(QStringLiteral("page"));
     auto *sections = new QVBoxLayout(page);
     sections->setContentsMargins(margin, margin / 2, margin, margin);
     sections->setSpacing(8);
@@ -77,16 +78,19 @@ SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *pare
     if (m_collaborators.programAccess)
         addSwitchedPrograms(sections);
     addRecording(sections);
+    addDoctor(sections);
     sections->addStretch();
 
-    auto *scroll = new QScrollArea;
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setWidget(page);
+    m_scroll = new QScrollArea;
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    // The keyboard goes to the controls, and what it is at comes into sight.
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setWidget(page);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(scroll);
+    layout->addWidget(m_scroll);
     resize(windowWidth, windowHeight);
 
     auto *escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
@@ -112,6 +116,8 @@ void SettingsWindow::addShortcut(QBoxLayout *layout)
                                      "what is selected in it.")));
     m_shortcut = new QKeySequenceEdit(m_collaborators.settings.shortcut());
     m_shortcut->setAccessibleName(localized("Shortcut"));
+    for (QLineEdit *field : m_shortcut->findChildren<QLineEdit *>())
+        field->setAccessibleName(localized("Shortcut"));
     auto *none = new QPushButton(localized("None"));
     none->setAccessibleName(localized("No shortcut"));
     connect(none, &QPushButton::clicked, m_shortcut, &QKeySequenceEdit::clear);
@@ -151,6 +157,19 @@ void SettingsWindow::addModel(QBoxLayout *layout)
     layout->addWidget(text(localized(
         "Without one, Quillet corrects and improves texts on this machine. For the other commands, "
         "name a server that speaks the chat completions interface.")));
+    m_foundServer = new QCheckBox;
+    m_foundServer->hide();
+    connect(m_foundServer, &QCheckBox::clicked, this,
+            [this](bool agreed) { m_collaborators.agreeToServer(agreed); });
+    layout->addWidget(m_foundServer);
+    if (m_collaborators.findServer) {
+        m_collaborators.findServer(this, [this](const QString &name, bool agreed) {
+            m_foundServer->setText(localized("Use %1, found on this computer").arg(name));
+            m_foundServer->setChecked(agreed);
+            m_foundServer->show();
+        });
+    }
+
     QSettings file(m_collaborators.modelFile, QSettings::IniFormat);
     const auto field = [this, &file](const char *key) {
         auto *edit = new QLineEdit(
@@ -213,6 +232,22 @@ void SettingsWindow::addRecording(QBoxLayout *layout)
     layout->addWidget(text(localized(
         "That you have opened the wizard, clicked the button, run a command and which one, and "
         "applied a result. Never a text, nor the name of a program.")));
+}
+
+void SettingsWindow::addDoctor(QBoxLayout *layout)
+{
+    addTitle(layout, localized("Does Quillet work here?"));
+    m_doctor = new DoctorSection(m_collaborators.examine);
+    layout->addWidget(m_doctor);
+}
+
+void SettingsWindow::showDoctor()
+{
+    m_doctor->examine();
+    // The report takes its room first.
+    m_scroll->widget()->layout()->activate();
+    m_scroll->ensureWidgetVisible(m_doctor);
+    m_doctor->setFocus();
 }
 
 void SettingsWindow::showPermission()

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "quillet/settings/DoctorSection.h"
 
 #include <QWidget>
 
@@ -16,6 +17,7 @@ class QLabel;
 class QListWidget;
 class QLineEdit;
 class QPushButton;
+class QScrollArea;
 class UserSettings;
 
 /// The settings in one window: each is in force as soon as it is changed, and there is nothing to
@@ -33,12 +35,23 @@ public:
         QString modelFile;
         /// Whether the shortcut that is set has been taken from the system.
         std::function<bool()> holdsShortcut;
+        /// Examines the desktop for the last section.
+        DoctorSection::Examine examine;
+        /// Looks for a language model's server on this computer. `told` hears, only where there is
+        /// one to choose, how it is called and whether texts may go to it.
+        std::function<void(QObject *context, std::function<void(const QString &, bool)> told)>
+            findServer = {};
+        /// Keeps the user's answer about the server that was found last.
+        std::function<void(bool agreed)> agreeToServer = {};
         /// Null where the system knows no switches of programs.
         platform::ProgramAccess *programAccess = nullptr;
     };
 
     /// What the collaborators refer to must outlive the window.
     explicit SettingsWindow(const Collaborators &collaborators, QWidget *parent = nullptr);
+
+    /// Examines the desktop and brings the section about that into sight.
+    void showDoctor();
 
 protected:
     bool event(QEvent *event) override;
@@ -51,6 +64,7 @@ private:
     void addPrograms(QBoxLayout *layout);
     void addSwitchedPrograms(QBoxLayout *layout);
     void addRecording(QBoxLayout *layout);
+    void addDoctor(QBoxLayout *layout);
 
     void showPermission();
     void showShortcut();
@@ -61,6 +75,9 @@ private:
     void saveModel();
 
     Collaborators m_collaborators;
+    QScrollArea *m_scroll = nullptr;
+    QCheckBox *m_foundServer = nullptr;
+    DoctorSection *m_doctor = nullptr;
     QLabel *m_permission = nullptr;
     QKeySequenceEdit *m_shortcut = nullptr;
     QLabel *m_shortcutState = nullptr;

@@ -6,7 +6,6 @@
 #include "quillet/widgets/LightLook.h"
 #include "quillet/widgets/Localisation.h"
 
-#include <QApplication>
 #include <QPushButton>
 
 void Notice::tell(const QString &sentence)
@@ -29,13 +28,11 @@ void Notice::prepareBox(const QString &sentence, const Action &action)
         m_box->hide();
         m_box->deleteLater();
     }
-    constexpr QSize icon(48, 48);
     m_box = new QMessageBox(QMessageBox::Information, localized("Message from Quillet"), sentence,
                             QMessageBox::Ok);
     giveLightLook(m_box);
     m_box->setStyleSheet(m_box->styleSheet() +
                          QStringLiteral("#qt_msgbox_label { min-width: 320px; }"));
-    m_box->setIconPixmap(QApplication::windowIcon().pixmap(icon, m_box->devicePixelRatioF()));
     m_box->setAttribute(Qt::WA_DeleteOnClose);
     m_box->setWindowModality(Qt::NonModal);
     m_box->setTextFormat(Qt::PlainText);

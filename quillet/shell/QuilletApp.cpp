@@ -134,6 +134,9 @@ void QuilletApp::carryOut(StartRequest request)
     case StartRequest::Settings:
         m_parts.showSettings();
         break;
+    case StartRequest::Doctor:
+        m_parts.showDoctor();
+        break;
     case StartRequest::Background:
         m_parts.watchInBackground();
         break;

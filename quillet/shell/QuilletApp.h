@@ -47,6 +47,7 @@ public:
         /// Carry out the requests that are not about the main window.
         std::function<void()> showPermission = [] {};
         std::function<void()> showSettings = [] {};
+        std::function<void()> showDoctor = [] {};
         std::function<void()> watchInBackground = [] {};
     };
 

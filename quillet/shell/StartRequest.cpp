@@ -9,11 +9,12 @@
 namespace
 {
 
-constexpr std::array<std::pair<StartRequest, const char *>, 5> words{{
+constexpr std::array<std::pair<StartRequest, const char *>, 6> words{{
     {StartRequest::Window, "window"},
     {StartRequest::Wizard, "wizard"},
     {StartRequest::Permission, "permission"},
     {StartRequest::Settings, "settings"},
+    {StartRequest::Doctor, "doctor"},
     {StartRequest::Background, "background"},
 }};
 

@@ -15,6 +15,8 @@ enum class StartRequest {
     Permission,
     /// The settings window.
     Settings,
+    /// The settings, where they say whether Quillet can do its job here.
+    Doctor,
     /// No window: watch, as after the wizard.
     Background,
 };

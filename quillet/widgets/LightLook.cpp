@@ -4,8 +4,12 @@
 #include "quillet/widgets/LightLook.h"
 
 #include "quillet/widgets/Fonts.h"
+#include "quillet/widgets/Localisation.h"
 #include "quillet/widgets/VisualStyle.h"
 
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QWidget>
@@ -13,11 +17,14 @@
 namespace
 {
 
-constexpr int TextSize = 14;
+constexpr int textSize = 14;
 
+/// A style sheet keeps the palette of a window from its children, so it names their colours too.
 /// A line of two points in place of one takes its room from the padding: nothing moves with the
 /// focus.
-constexpr const char *StyleSheet = R"(
+constexpr const char *styleSheet = R"(
+QMessageBox, QScrollArea, #page { background: white; }
+QLabel, QCheckBox { color: black; background: transparent; }
 QPushButton { background: #ededf0; color: black; border: 1px solid #86868c; border-radius: 15px;
     padding: 5px 16px; min-height: 18px; }
 QPushButton:hover { background: #e2e2e6; }
@@ -45,11 +52,22 @@ void giveLightLook(QWidget *window)
         fusion->setParent(window);
         window->setStyle(fusion);
     }
-    const QFont font = customFont(QStringLiteral("Manrope-Regular"), TextSize);
+    const QFont font = customFont(QStringLiteral("Manrope-Regular"), textSize);
     window->setFont(font);
     // A desktop may have fonts of its own for kinds of controls.
     window->setStyleSheet(QStringLiteral("QPushButton { font-family: \"%1\"; font-size: %2px; }")
                               .arg(font.family())
-                              .arg(TextSize) +
-                          QString::fromLatin1(StyleSheet));
+                              .arg(textSize) +
+                          QString::fromLatin1(styleSheet));
+}
+
+void giveLightLook(QMessageBox *message)
+{
+    constexpr QSize icon(48, 48);
+    giveLightLook(static_cast<QWidget *>(message));
+    message->setIconPixmap(QApplication::windowIcon().pixmap(icon, message->devicePixelRatioF()));
+    for (QLabel *label : message->findChildren<QLabel *>()) {
+        if (!label->pixmap().isNull())
+            label->setAccessibleName(localized("Icon of Quillet"));
+    }
 }

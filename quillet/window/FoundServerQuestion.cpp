@@ -6,7 +6,6 @@
 #include "quillet/widgets/LightLook.h"
 #include "quillet/widgets/Localisation.h"
 
-#include <QApplication>
 #include <QPushButton>
 #include <QScreen>
 
@@ -19,8 +18,6 @@ void FoundServerQuestion::ask(const Server &server, std::function<void(bool)> an
                          QStringLiteral("#qt_msgbox_label { font-size: 18px; font-weight: 600; }"
                                         "#qt_msgbox_informativelabel { min-width: 420px; }"));
     m_box->setAttribute(Qt::WA_DeleteOnClose);
-    constexpr QSize icon(48, 48);
-    m_box->setIconPixmap(QApplication::windowIcon().pixmap(icon, m_box->devicePixelRatioF()));
     m_box->setWindowTitle(localized("Message from Quillet"));
     // What another program says about itself is shown as it stands.
     m_box->setTextFormat(Qt::PlainText);

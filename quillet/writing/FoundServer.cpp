@@ -46,13 +46,20 @@ FoundServerDesk::FoundServerDesk(WritingEndpoint &endpoint, QObject *parent)
 
 void FoundServerDesk::look()
 {
-    withAddress([this](const QUrl &url) {
-        QNetworkReply *reply = m_network.get(requestFor(url));
-        connect(reply, &QNetworkReply::finished, this, [this, reply] {
-            reply->deleteLater();
-            if (isOk(*reply))
-                take(reply->readAll());
-        });
+    ask(this, [this](const FoundServer &server, const QString &consent) {
+        const QString name = server.address + u' ' + QString::number(server.owner);
+        if (consent != u"unanswered" || m_askedAbout == name)
+            return;
+        m_askedAbout = name;
+        Q_EMIT unanswered(server);
+    });
+}
+
+void FoundServerDesk::find(QObject *context, std::function<void(const FoundServer &, bool)> found)
+{
+    ask(context, [found = std::move(found)](const FoundServer &server, const QString &consent) {
+        if (consent == u"unanswered" || consent == u"agreed" || consent == u"refused")
+            found(server, consent == u"agreed");
     });
 }
 
@@ -87,15 +94,18 @@ void FoundServerDesk::withAddress(std::function<void(const QUrl &)> use)
         });
 }
 
-void FoundServerDesk::take(const QByteArray &json)
+void FoundServerDesk::ask(QObject *context, Take take)
 {
-    const QJsonObject object = QJsonDocument::fromJson(json).object();
-    const FoundServer server{
-        object.value(u"address").toString(), unsigned(object.value(u"owner").toInteger()),
-        object.value(u"ownerName").toString(), object.value(u"model").toString()};
-    const QString name = server.address + u' ' + QString::number(server.owner);
-    if (object.value(u"consent").toString() != u"unanswered" || m_askedAbout == name)
-        return;
-    m_askedAbout = name;
-    Q_EMIT unanswered(server);
+    withAddress([this, context = QPointer(context), take = std::move(take)](const QUrl &url) {
+        QNetworkReply *reply = m_network.get(requestFor(url));
+        connect(reply, &QNetworkReply::finished, this, [reply, context, take] {
+            reply->deleteLater();
+            if (!context || !isOk(*reply))
+                return;
+            const QJsonObject object = QJsonDocument::fromJson(reply->readAll()).object();
+            take({object.value(u"address").toString(), unsigned(object.value(u"owner").toInteger()),
+                  object.value(u"ownerName").toString(), object.value(u"model").toString()},
+                 object.value(u"consent").toString());
+        });
+    });
 }

@@ -36,6 +36,9 @@ public:
     /// Emits unanswered() when there is a server that the user has not been asked about. Does so at
     /// most once for a server in the life of this object.
     void look();
+    /// Tells `found` which server there is and whether the user has agreed to it; does not call it
+    /// where there is none that the user may choose. `context` ends the wish.
+    void find(QObject *context, std::function<void(const FoundServer &, bool agreed)> found);
     /// Remembers the answer about `server`; `stored` hears whether that worked.
     void answer(const FoundServer &server, bool agreed, std::function<void(bool)> stored = {});
 
@@ -44,7 +47,9 @@ Q_SIGNALS:
 
 private:
     void withAddress(std::function<void(const QUrl &)> use);
-    void take(const QByteArray &json);
+    using Take = std::function<void(const FoundServer &server, const QString &consent)>;
+    /// `context` ends the wish for an answer.
+    void ask(QObject *context, Take take);
 
     WritingEndpoint &m_endpoint;
     QNetworkAccessManager m_network;

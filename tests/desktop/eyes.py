@@ -7,6 +7,8 @@ in. Prints JSON.
     eyes.py find PROGRAM NAME        screen rectangle of the visible control with this name
     eyes.py text PROGRAM             texts of the program's editable inputs, one by one
     eyes.py names PROGRAM            names of the visible controls
+    eyes.py focus PROGRAM            names of the visible controls that have the focus
+    eyes.py nameless PROGRAM         roles of visible controls without a name, or without a real role
     eyes.py input PROGRAM [screen]   rectangle of the visible part of the first editable input, in
                                      its window or on the screen
 
@@ -133,7 +135,35 @@ def names(program):
     ]
 
 
+def focused(program):
+    return [
+        element.get_name()
+        for application in applications(program)
+        for element in walk(application)
+        if showing(element) and element.get_state_set().contains(Atspi.StateType.FOCUSED)
+    ]
+
+
+def nameless(program):
+    """What the keyboard reaches, pictures, and windows: a screen reader says their names."""
+    found = []
+    for application in applications(program):
+        for element in walk(application):
+            role = element.get_role_name()
+            matters = element.get_state_set().contains(Atspi.StateType.FOCUSABLE) or role in (
+                "frame",
+                "dialog",
+                "alert",
+                "icon",
+                "image",
+            )
+            if showing(element) and matters and not (element.get_name() and role != "unknown"):
+                found.append(f"{role} in {element.get_parent().get_name()!r}")
+    return found
+
+
 if __name__ == "__main__":
     action, *arguments = sys.argv[1:]
     actions = {"find": find, "text": texts, "names": names, "input": input_box}
+    actions |= {"focus": focused, "nameless": nameless}
     print(json.dumps(actions[action](*arguments)))

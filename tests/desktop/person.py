@@ -34,6 +34,14 @@ class Person:
     def names(self, program="quillet"):
         return self._see("names", program)
 
+    def focus(self, program="quillet"):
+        """The names of the controls that have the focus."""
+        return self._see("focus", program) or []
+
+    def nameless(self, program="quillet"):
+        """The controls that a screen reader has no name for; None when nothing could be seen."""
+        return self._see("nameless", program)
+
     def texts(self, program):
         """The texts of the program's multi-line inputs."""
         return self._see("text", program) or []

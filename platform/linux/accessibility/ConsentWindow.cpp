@@ -164,6 +164,7 @@ ConsentWindow::ConsentWindow(AtspiBus &bus, bool allowed)
 
     auto *icon = new QLabel;
     icon->setPixmap(applicationIcon(devicePixelRatioF()));
+    icon->setAccessibleName(tr("Icon of Quillet"));
     auto *name = new QLabel(QStringLiteral("Quillet"));
     name->setFont(windowFont(18, QFont::DemiBold));
     m_state = new QLabel;

@@ -21,6 +21,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTextCharFormat>
@@ -405,6 +406,15 @@ TEST(ResultArea, AGrowingAnswerIsWrittenOnlyWhenItIsComplete)
     EXPECT_FALSE(edited.textToApply()) << "an edited part is no answer either";
     edited.showAnswer(QStringLiteral("one two"));
     EXPECT_EQ(edited.textToApply(), QStringLiteral("my one two")) << "the edit stays";
+
+    ResultArea quick(QStringLiteral("expand"), nullptr);
+    quick.resize(346, 166);
+    quick.show();
+    const QString lines = QStringLiteral("a line\n").repeated(50);
+    quick.appendPiece(lines);
+    EXPECT_GT(quick.textView()->verticalScrollBar()->value(), 0);
+    quick.showAnswer(lines);
+    EXPECT_EQ(quick.textView()->verticalScrollBar()->value(), 0) << "nobody has read it yet";
 }
 
 TEST_F(FloatingPopupTest, TheWholeJobIsDoneWithTheKeyboard)

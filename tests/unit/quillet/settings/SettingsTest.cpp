@@ -7,11 +7,13 @@
 #include "support/FakePlatform.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QFile>
 #include <QKeySequenceEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -32,12 +34,21 @@ protected:
     fake::Installation installation;
     QString modelFile = folder.filePath(QStringLiteral("backend.ini"));
     bool holdsShortcut = true;
+    QString report = QStringLiteral("all is well");
+    QString server = QStringLiteral("tiny (127.0.0.1:11434)");
+    bool agreed = true;
     std::unique_ptr<SettingsWindow> window = makeWindow();
 
     std::unique_ptr<SettingsWindow> makeWindow()
     {
         return std::make_unique<SettingsWindow>(SettingsWindow::Collaborators{
-            accessibility, installation, settings, modelFile, [this] { return holdsShortcut; }});
+            accessibility, installation, settings, modelFile, [this] { return holdsShortcut; },
+            [this](QObject *, auto told) { told(report); },
+            [this](QObject *, auto told) {
+                if (!server.isEmpty())
+                    told(server, agreed);
+            },
+            [this](bool answer) { agreed = answer; }});
     }
 
     template <typename Widget> Widget *named(const char *name)
@@ -93,7 +104,11 @@ TEST_F(SettingsTest, TheShortcutIsOneCombinationAndAConflictIsSaid)
 
 TEST_F(SettingsTest, EachChangeIsInForceAtOnce)
 {
-    auto *start = window->findChild<QCheckBox *>();
+    QCheckBox *start = nullptr;
+    for (QCheckBox *box : window->findChildren<QCheckBox *>())
+        if (box->text().startsWith(QStringLiteral("Start")))
+            start = box;
+    ASSERT_TRUE(start);
     EXPECT_FALSE(start->isChecked());
     start->click();
     EXPECT_TRUE(installation.atLogin);
@@ -144,6 +159,36 @@ TEST_F(SettingsTest, TheModelGoesToTheBackendsFileWhichOnlyTheUserReads)
     key->clear();
     Q_EMIT key->editingFinished();
     EXPECT_FALSE(QSettings(modelFile, QSettings::IniFormat).contains(QStringLiteral("model/key")));
+}
+
+TEST_F(SettingsTest, AFoundServerIsChosenAndLeft)
+{
+    const auto choice = [this]() -> QCheckBox * {
+        for (QCheckBox *box : window->findChildren<QCheckBox *>())
+            if (!box->isHidden() && box->text().contains(server) && !server.isEmpty())
+                return box;
+        return nullptr;
+    };
+    ASSERT_TRUE(choice());
+    EXPECT_TRUE(choice()->isChecked());
+    choice()->click();
+    EXPECT_FALSE(agreed);
+    server.clear();
+    window = makeWindow();
+    EXPECT_FALSE(choice());
+}
+
+TEST_F(SettingsTest, TheDoctorsReportIsShownWhenAskedForAndCopied)
+{
+    auto *shown = named<QPlainTextEdit>("Does Quillet work here?");
+    ASSERT_TRUE(shown);
+    EXPECT_TRUE(shown->isHidden());
+    window->showDoctor();
+    EXPECT_EQ(shown->toPlainText(), report);
+    for (QPushButton *button : window->findChildren<QPushButton *>())
+        if (button->text() == QStringLiteral("Copy for a Bug Report"))
+            button->click();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), report);
 }
 
 TEST_F(SettingsTest, TheKeyboardReachesEverythingAndEscapeCloses)

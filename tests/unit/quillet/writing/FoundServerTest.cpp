@@ -40,13 +40,18 @@ TEST(FoundServerDesk, AsksOnceAndBringsTheAnswer)
     look(3);
     EXPECT_EQ(asked.size(), 1);
 
+    std::optional<bool> agreed;
+    desk.find(&desk, [&](const FoundServer &, bool answer) { agreed = answer; });
+    EXPECT_TRUE(waitUntil([&] { return agreed.has_value(); }));
+    EXPECT_FALSE(*agreed) << "the settings show it, whatever the answer was";
+
     std::optional<bool> stored;
     desk.answer(asked[0], true, [&](bool worked) { stored = worked; });
     EXPECT_TRUE(waitUntil([&] { return stored.has_value(); }));
     EXPECT_TRUE(*stored);
-    EXPECT_TRUE(backend.requests[3].startsWith(
+    EXPECT_TRUE(backend.requests[4].startsWith(
         "POST /with/secret/found-server?agree=yes&address=127.0.0.1:11434&owner=998 "))
-        << backend.requests[3].constData();
+        << backend.requests[4].constData();
 }
 
 } // namespace
