@@ -24,7 +24,14 @@ constexpr int textSize = 14;
 /// focus.
 constexpr const char *styleSheet = R"(
 QMessageBox, QScrollArea, #page { background: white; }
-QLabel, QCheckBox { color: black; background: transparent; }
+QLabel { color: black; background: transparent; }
+QCheckBox { color: black; spacing: 8px; }
+QCheckBox::indicator { width: 16px; height: 16px; background: white; border: 1px solid #86868c;
+    border-radius: 5px; margin: 1px; }
+QCheckBox::indicator:checked { background: #6c3df5; border-color: #6c3df5;
+    image: url(:/images/Check.svg); }
+QCheckBox::indicator:focus { border: 2px solid #6c3df5; margin: 0px; }
+QCheckBox::indicator:checked:focus { border-color: #2a0f7a; }
 QPushButton { background: #ededf0; color: black; border: 1px solid #86868c; border-radius: 15px;
     padding: 5px 16px; min-height: 18px; }
 QPushButton:hover { background: #e2e2e6; }
