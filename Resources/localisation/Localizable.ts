@@ -901,5 +901,25 @@ across all your favourite apps</translation>
         <source>Icon of Quillet</source>
         <translation>Icon of Quillet</translation>
     </message>
+    <message>
+        <source>Try It</source>
+        <translation>Try It</translation>
+    </message>
+    <message>
+        <source>Writing…</source>
+        <translation>Writing…</translation>
+    </message>
+    <message>
+        <source>It did not work: %1</source>
+        <translation>It did not work: %1</translation>
+    </message>
+    <message>
+        <source>Written without a model, in %1 s: %2</source>
+        <translation>Written without a model, in %1 s: %2</translation>
+    </message>
+    <message>
+        <source>Written by %1, in %2 s: %3</source>
+        <translation>Written by %1, in %2 s: %3</translation>
+    </message>
 </context>
 </TS>

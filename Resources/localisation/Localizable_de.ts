@@ -901,5 +901,25 @@ Ihren Lieblingsprogrammen</translation>
         <source>Icon of Quillet</source>
         <translation>Symbol von Quillet</translation>
     </message>
+    <message>
+        <source>Try It</source>
+        <translation>Ausprobieren</translation>
+    </message>
+    <message>
+        <source>Writing…</source>
+        <translation>Wird geschrieben …</translation>
+    </message>
+    <message>
+        <source>It did not work: %1</source>
+        <translation>Es hat nicht funktioniert: %1</translation>
+    </message>
+    <message>
+        <source>Written without a model, in %1 s: %2</source>
+        <translation>Ohne Modell geschrieben, in %1 s: %2</translation>
+    </message>
+    <message>
+        <source>Written by %1, in %2 s: %3</source>
+        <translation>Geschrieben von %1, in %2 s: %3</translation>
+    </message>
 </context>
 </TS>

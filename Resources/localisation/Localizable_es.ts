@@ -901,5 +901,25 @@ en todas sus aplicaciones favoritas</translation>
         <source>Icon of Quillet</source>
         <translation>Icono de Quillet</translation>
     </message>
+    <message>
+        <source>Try It</source>
+        <translation>Probar</translation>
+    </message>
+    <message>
+        <source>Writing…</source>
+        <translation>Escribiendo…</translation>
+    </message>
+    <message>
+        <source>It did not work: %1</source>
+        <translation>No ha funcionado: %1</translation>
+    </message>
+    <message>
+        <source>Written without a model, in %1 s: %2</source>
+        <translation>Escrito sin modelo, en %1 s: %2</translation>
+    </message>
+    <message>
+        <source>Written by %1, in %2 s: %3</source>
+        <translation>Escrito por %1, en %2 s: %3</translation>
+    </message>
 </context>
 </TS>

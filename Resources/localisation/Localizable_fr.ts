@@ -901,5 +901,25 @@ dans toutes vos applications favorites</translation>
         <source>Icon of Quillet</source>
         <translation>Icône de Quillet</translation>
     </message>
+    <message>
+        <source>Try It</source>
+        <translation>Essayer</translation>
+    </message>
+    <message>
+        <source>Writing…</source>
+        <translation>Rédaction…</translation>
+    </message>
+    <message>
+        <source>It did not work: %1</source>
+        <translation>Cela n’a pas fonctionné : %1</translation>
+    </message>
+    <message>
+        <source>Written without a model, in %1 s: %2</source>
+        <translation>Rédigé sans modèle, en %1 s : %2</translation>
+    </message>
+    <message>
+        <source>Written by %1, in %2 s: %3</source>
+        <translation>Rédigé par %1, en %2 s : %3</translation>
+    </message>
 </context>
 </TS>

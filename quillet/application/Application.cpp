@@ -7,6 +7,7 @@
 #include "MetricPost/MetricPost.h"
 #include "quillet/analytics/SharedMetricPost.h"
 #include "quillet/application/DoctorRun.h"
+#include "quillet/application/ModelTrial.h"
 #include "quillet/button/FloatingButtonManager.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
 #include "quillet/focus/AccessibilityObserver.h"
@@ -221,28 +222,41 @@ void Application::watchInBackground()
 void Application::showSettings()
 {
     if (!m_settingsWindow) {
-        m_settingsWindow = new SettingsWindow(
-            {.accessibility = m_platform->accessibility(),
-             .installation = m_platform->installation(),
-             .settings = m_userSettings,
-             .modelFile = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                          QStringLiteral("/quillet/backend.ini"),
-             // Before the watching begins, no shortcut is taken.
-             .holdsShortcut = [this] { return !m_observing || m_holdsShortcut; },
-             .examine = examineInOwnProcess,
-             .findServer =
-                 [this](QObject *context, std::function<void(const QString &, bool)> told) {
-                     m_foundServers->find(context, [this, told](const FoundServer &server,
-                                                                bool agreed) {
-                         m_chosenServer = server;
-                         told(QStringLiteral("%1 (%2)").arg(server.model, server.address), agreed);
-                     });
-                 },
-             .agreeToServer = [this](bool agreed) { keepAnswer(m_chosenServer, agreed); },
-             .programAccess = m_platform->programAccess()});
+        m_settingsWindow =
+            new SettingsWindow({.accessibility = m_platform->accessibility(),
+                                .installation = m_platform->installation(),
+                                .settings = m_userSettings,
+                                .model = modelCollaborators(),
+                                // Before the watching begins, no shortcut is taken.
+                                .holdsShortcut = [this] { return !m_observing || m_holdsShortcut; },
+                                .examine = examineInOwnProcess,
+                                .programAccess = m_platform->programAccess()});
         m_settingsWindow->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_platform->workspace().activate(m_settingsWindow);
+}
+
+ModelSection::Collaborators Application::modelCollaborators()
+{
+    return {
+        .file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                QStringLiteral("/quillet/backend.ini"),
+        .findServer =
+            [this](QObject *context, std::function<void(const QString &, bool)> told) {
+                m_foundServers->find(context, [this, told](const FoundServer &server, bool agreed) {
+                    m_chosenServer = server;
+                    told(QStringLiteral("%1 (%2)").arg(server.model, server.address), agreed);
+                });
+            },
+        .agreeToServer = [this](bool agreed) { keepAnswer(m_chosenServer, agreed); },
+        .tryIt =
+            [this](QObject *context, const std::function<void(const QString &)> &told) {
+                m_trial = writeSample(*m_writing,
+                                      [context = QPointer(context), told](const QString &outcome) {
+                                          if (context)
+                                              told(outcome);
+                                      });
+            }};
 }
 
 void Application::takeShortcut()

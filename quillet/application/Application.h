@@ -44,6 +44,7 @@ private:
     QWidget *makeWizard(QWidget *parent, const std::function<void(bool)> &setShowOnboarding);
     void createObserver();
     void askAboutServer(const FoundServer &server);
+    ModelSection::Collaborators modelCollaborators();
     void keepAnswer(const FoundServer &server, bool agreed);
     void watchInBackground();
     void showSettings();
@@ -65,6 +66,8 @@ private:
     std::unique_ptr<WritingEndpoint> m_endpoint;
     std::unique_ptr<WritingService> m_writing;
     std::unique_ptr<FoundServerDesk> m_foundServers;
+    /// What the settings try out.
+    std::unique_ptr<BackendRequest> m_trial;
     /// The one that the settings show.
     FoundServer m_chosenServer;
     FoundServerQuestion m_serverQuestion;

@@ -10,15 +10,12 @@
 
 #include <QCheckBox>
 #include <QEvent>
-#include <QFile>
-#include <QFormLayout>
 #include <QKeySequenceEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QSettings>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -157,36 +154,7 @@ void SettingsWindow::addModel(QBoxLayout *layout)
     layout->addWidget(text(localized(
         "Without one, Quillet corrects and improves texts on this machine. For the other commands, "
         "name a server that speaks the chat completions interface.")));
-    m_foundServer = new QCheckBox;
-    m_foundServer->hide();
-    connect(m_foundServer, &QCheckBox::clicked, this,
-            [this](bool agreed) { m_collaborators.agreeToServer(agreed); });
-    layout->addWidget(m_foundServer);
-    if (m_collaborators.findServer) {
-        m_collaborators.findServer(this, [this](const QString &name, bool agreed) {
-            m_foundServer->setText(localized("Use %1, found on this computer").arg(name));
-            m_foundServer->setChecked(agreed);
-            m_foundServer->show();
-        });
-    }
-
-    QSettings file(m_collaborators.modelFile, QSettings::IniFormat);
-    const auto field = [this, &file](const char *key) {
-        auto *edit = new QLineEdit(
-            file.value(QStringLiteral("model/") + QString::fromLatin1(key)).toString());
-        connect(edit, &QLineEdit::editingFinished, this, &SettingsWindow::saveModel);
-        return edit;
-    };
-    m_modelAddress = field("url");
-    m_modelAddress->setPlaceholderText(QStringLiteral("http://127.0.0.1:11434"));
-    m_modelName = field("name");
-    m_modelKey = field("key");
-    m_modelKey->setEchoMode(QLineEdit::Password);
-    auto *form = new QFormLayout;
-    form->addRow(localized("Address"), m_modelAddress);
-    form->addRow(localized("Model"), m_modelName);
-    form->addRow(localized("Key"), m_modelKey);
-    layout->addLayout(form);
+    layout->addWidget(new ModelSection(m_collaborators.model));
 }
 
 void SettingsWindow::addPrograms(QBoxLayout *layout)
@@ -301,23 +269,6 @@ void SettingsWindow::switchProgramOff()
         m_switchFailure->setVisible(!failure.isEmpty());
     }
     showSwitchedPrograms();
-}
-
-void SettingsWindow::saveModel()
-{
-    QSettings file(m_collaborators.modelFile, QSettings::IniFormat);
-    for (const auto &[key, edit] : {std::pair("url", m_modelAddress),
-                                    std::pair("name", m_modelName), std::pair("key", m_modelKey)}) {
-        const QString name = QStringLiteral("model/") + QString::fromLatin1(key);
-        const QString value = edit->text().trimmed();
-        if (value.isEmpty())
-            file.remove(name);
-        else if (file.value(name).toString() != value)
-            file.setValue(name, value);
-    }
-    file.sync();
-    // It holds a key.
-    QFile::setPermissions(m_collaborators.modelFile, QFile::ReadOwner | QFile::WriteOwner);
 }
 
 bool SettingsWindow::event(QEvent *event)

@@ -5,17 +5,16 @@
 
 #include "platform/Platform.h"
 #include "quillet/settings/DoctorSection.h"
+#include "quillet/settings/ModelSection.h"
 
 #include <QWidget>
 
 #include <functional>
 
 class QBoxLayout;
-class QCheckBox;
 class QKeySequenceEdit;
 class QLabel;
 class QListWidget;
-class QLineEdit;
 class QPushButton;
 class QScrollArea;
 class UserSettings;
@@ -31,18 +30,11 @@ public:
         platform::Accessibility &accessibility;
         platform::Installation &installation;
         UserSettings &settings;
-        /// The file that the writing backend reads: address, name and key of a language model.
-        QString modelFile;
+        ModelSection::Collaborators model;
         /// Whether the shortcut that is set has been taken from the system.
         std::function<bool()> holdsShortcut;
         /// Examines the desktop for the last section.
         DoctorSection::Examine examine;
-        /// Looks for a language model's server on this computer. `told` hears, only where there is
-        /// one to choose, how it is called and whether texts may go to it.
-        std::function<void(QObject *context, std::function<void(const QString &, bool)> told)>
-            findServer = {};
-        /// Keeps the user's answer about the server that was found last.
-        std::function<void(bool agreed)> agreeToServer = {};
         /// Null where the system knows no switches of programs.
         platform::ProgramAccess *programAccess = nullptr;
     };
@@ -72,18 +64,13 @@ private:
     void removeProgram();
     void showSwitchedPrograms();
     void switchProgramOff();
-    void saveModel();
 
     Collaborators m_collaborators;
     QScrollArea *m_scroll = nullptr;
-    QCheckBox *m_foundServer = nullptr;
     DoctorSection *m_doctor = nullptr;
     QLabel *m_permission = nullptr;
     QKeySequenceEdit *m_shortcut = nullptr;
     QLabel *m_shortcutState = nullptr;
-    QLineEdit *m_modelAddress = nullptr;
-    QLineEdit *m_modelName = nullptr;
-    QLineEdit *m_modelKey = nullptr;
     QListWidget *m_programs = nullptr;
     QPushButton *m_remove = nullptr;
     QListWidget *m_switchedPrograms = nullptr;

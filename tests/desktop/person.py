@@ -116,15 +116,19 @@ class Person:
         self.session.click(x + width / 2, y + height / 2)
 
     def sets_up_quillet(
-        self, build, environment=None, pages=("Next", "Quillet is installed! Now you can try it!")
+        self,
+        build,
+        environment=None,
+        pages=("Next", "Quillet is installed! Now you can try it!"),
+        program="quillet/quillet",
     ):
         """Starts Quillet for somebody who has allowed it before, and goes through the wizard up to
         the tutorial, which starts the watching. `pages`: the button and the title that lead there,
-        as the language has them."""
+        as the language has them. `program`: below `build`."""
         settings = pathlib.Path(self.session.env["XDG_CONFIG_HOME"]) / "quillet"
         settings.mkdir(exist_ok=True)
         (settings / "platform.conf").write_text("[accessibility]\nallowed=true\n")
-        quillet = self.session.start([str(build / "quillet" / "quillet"), "--setup"], environment)
+        quillet = self.session.start([str(build / program), "--setup"], environment)
         self.window = window = self.session.wait_for_window("^Quillet$")
         self.session.move_window(window, 20, 40)
         self.click(pages[0])

@@ -3,6 +3,8 @@
 
 """That Quillet loses nothing and stays out of the user's way, with real programs."""
 
+import pathlib
+
 import pytest
 
 from chat_server import ChatServer
@@ -128,3 +130,14 @@ def test_without_a_display_it_says_so(desktop, build):
     )
     assert program.process.wait(60) == 1
     assert "no display could be opened" in program.output()
+
+
+def test_an_installed_copy_prints_nothing_unless_asked(desktop, build):
+    person = Person(desktop)
+    prefix = pathlib.Path(desktop.env["HOME"]) / ".local/opt/quillet"
+    desktop.run(["cmake", "--install", str(build), "--prefix", str(prefix)])
+    quiet, _ = person.sets_up_quillet(prefix, program="bin/quillet")
+    quiet.stop()
+    assert quiet.output() == ""
+    talking, _ = person.sets_up_quillet(prefix, {"QUILLET_DIAGNOSTICS": "1"}, program="bin/quillet")
+    assert "🎯 Focused app: quillet" in talking.output()

@@ -42,13 +42,21 @@ protected:
     std::unique_ptr<SettingsWindow> makeWindow()
     {
         return std::make_unique<SettingsWindow>(SettingsWindow::Collaborators{
-            accessibility, installation, settings, modelFile, [this] { return holdsShortcut; },
-            [this](QObject *, auto told) { told(report); },
-            [this](QObject *, auto told) {
-                if (!server.isEmpty())
-                    told(server, agreed);
-            },
-            [this](bool answer) { agreed = answer; }});
+            accessibility,
+            installation,
+            settings,
+            {modelFile,
+             [this](QObject *, auto told) {
+                 if (!server.isEmpty())
+                     told(server, agreed);
+             },
+             [this](bool answer) { agreed = answer; },
+             [this](QObject *, auto told) {
+                 const QSettings file(modelFile, QSettings::IniFormat);
+                 told(QStringLiteral("by ") + file.value(QStringLiteral("model/url")).toString());
+             }},
+            [this] { return holdsShortcut; },
+            [this](QObject *, auto told) { told(report); }});
     }
 
     template <typename Widget> Widget *named(const char *name)
@@ -159,6 +167,12 @@ TEST_F(SettingsTest, TheModelGoesToTheBackendsFileWhichOnlyTheUserReads)
     key->clear();
     Q_EMIT key->editingFinished();
     EXPECT_FALSE(QSettings(modelFile, QSettings::IniFormat).contains(QStringLiteral("model/key")));
+
+    // What has just been typed is what is tried.
+    for (QPushButton *button : window->findChildren<QPushButton *>())
+        if (button->text() == QStringLiteral("Try It"))
+            button->click();
+    EXPECT_TRUE(allText().contains(QStringLiteral("by http://127.0.0.1:8080")));
 }
 
 TEST_F(SettingsTest, AFoundServerIsChosenAndLeft)
