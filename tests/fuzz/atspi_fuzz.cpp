@@ -217,7 +217,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const auto start = input.ConsumeIntegral<qint32>();
     const auto end = input.ConsumeIntegral<qint32>();
     const auto count = input.ConsumeIntegral<qint32>();
-    const CFRange range = utf16Range(content.text, start, end, count);
+    const platform::CFRange range = utf16Range(content.text, start, end, count);
     if (range.location < 0 || range.length < 0 ||
         range.location + range.length > content.text.size())
         std::abort();
