@@ -65,6 +65,8 @@ public:
     /// Has the program own a name on the bus, or give it up.
     void take(const char *name) { tell("Take", name); }
     void release(const char *name) { tell("Release", name); }
+    /// The accessibility bus is another one from now on.
+    void setBusAddress(const QByteArray &other) { tell("Address", other.constData()); }
     /// Has another client turn the service's switch.
     void turn(bool on)
     {
@@ -160,6 +162,8 @@ private:
                 sd_bus_request_name(m_bus, text, 0);
             } else if (member == "Release" && sd_bus_message_read(call, "s", &text) >= 0) {
                 sd_bus_release_name(m_bus, text);
+            } else if (member == "Address" && sd_bus_message_read(call, "s", &text) >= 0) {
+                m_address = text;
             } else if (member == "RegisterEvent") {
                 sd_bus_message_read(call, "s", &text);
                 m_log.append("RegisterEvent " + QByteArray(text));

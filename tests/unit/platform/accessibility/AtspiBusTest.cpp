@@ -59,7 +59,7 @@ protected:
     bool hasRegistered(int times)
     {
         return eventually([&] {
-            return desktop.log().filter(QStringLiteral("RegisterEvent")).size() ==
+            return desktop.log().filter(QStringLiteral("RegisterEvent")).size() >=
                    times * registrations.size();
         });
     }
@@ -105,9 +105,11 @@ TEST_F(AtspiBusTest, HearsOfOtherProgramsWhileItListens)
     ASSERT_TRUE(eventually([this] { return !focused.isEmpty(); }));
     EXPECT_EQ(focused.first(), std::pair(ObjectRef{desktop.programName(), "/input"}, true));
 
-    desktop.release(registry);
-    desktop.take(registry);
-    EXPECT_TRUE(hasRegistered(2)) << "a new registry knows nothing of us";
+    for (int times : {2, 3}) {
+        desktop.release(registry);
+        desktop.take(registry);
+        EXPECT_TRUE(hasRegistered(times)) << "a new registry knows nothing of us";
+    }
 
     bus.setListening(false);
     EXPECT_FALSE(bus.isConnected());
@@ -155,4 +157,16 @@ TEST_F(AtspiBusTest, ComesBackWithTheBus)
     desktop.take(registry);
     EXPECT_TRUE(eventually([this] { return bus.isConnected(); }));
     EXPECT_TRUE(hasRegistered(1));
+}
+
+TEST_F(AtspiBusTest, ComesBackWhenOnlyTheAccessibilityBusHasGone)
+{
+    fake::Desktop accessibility;
+    desktop.setBusAddress(accessibility.address());
+    bus.setListening(true);
+    EXPECT_TRUE(eventually([this] { return bus.isConnected(); }));
+    accessibility.stop();
+    EXPECT_TRUE(eventually([this] { return !bus.isConnected(); }));
+    accessibility.start();
+    EXPECT_TRUE(eventually([this] { return bus.isConnected(); }));
 }
