@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace
@@ -212,10 +213,9 @@ void SettingsWindow::addDoctor(QBoxLayout *layout)
 void SettingsWindow::showDoctor()
 {
     m_doctor->examine();
-    // The report takes its room first.
-    m_scroll->widget()->layout()->activate();
-    m_scroll->ensureWidgetVisible(m_doctor);
     m_doctor->setFocus();
+    // The window and the report take their room first.
+    QTimer::singleShot(0, m_doctor, [this] { m_scroll->ensureWidgetVisible(m_doctor); });
 }
 
 void SettingsWindow::showPermission()
