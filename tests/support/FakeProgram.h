@@ -36,6 +36,7 @@ public:
     };
 
     QByteArray busName = ":1.7";
+    QByteArray toolkit = "gtk";
     /// By path. One that is not here is gone; "/foreign" belongs to another program.
     QHash<QByteArray, Element> elements;
     bool hasCollection = false;
@@ -181,7 +182,7 @@ private:
                        reply, "v", "(so)", busName.constData(),
                        element.parent.isEmpty() ? "/null" : element.parent.constData()) >= 0;
         return qstrcmp(name, "ToolkitName") == 0 &&
-               sd_bus_message_append(reply, "v", "s", "gtk") >= 0;
+               sd_bus_message_append(reply, "v", "s", toolkit.constData()) >= 0;
     }
 
     bool fillMatches(sd_bus_message *reply, sd_bus_message *call, const QByteArray &path) const

@@ -4,6 +4,7 @@
 #include "platform/linux/atspi/AtspiBus.h"
 
 #include "platform/linux/atspi/AtspiProtocol.h"
+#include "platform/linux/atspi/WebProcess.h"
 
 #include <algorithm>
 #include <unistd.h>
@@ -270,7 +271,8 @@ void AtspiBus::addName(const QByteArray &name)
             // Our own windows are never asked over the bus: the answer would have to come from us.
             const qint32 pid = qint32(reply.readUInt32().value_or(0));
             if (pid != getpid() && !reply.isError()) {
-                m_applications.push_back(std::make_unique<AtspiApplication>(name, pid, m_calls));
+                m_applications.push_back(
+                    std::make_unique<AtspiApplication>(name, processWithWindow(pid), m_calls));
                 m_applications.back()->setListener(m_reports);
             }
         },

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <unistd.h>
+#include <utility>
 
 namespace platform::linux_
 {
@@ -57,6 +58,8 @@ void FocusTracker::onFocusChanged(const ObjectRef &element, bool focused)
         m_lastReporter = element.busName;
         if (focus.reported == element && focus.verified)
             return;
+        if (!focus.reported.isNull() && focus.reported != element)
+            focus.former = focus.reported;
         focus.reported = element;
     } else if (focus.reported == element) {
         focus.reported = {};
@@ -111,8 +114,11 @@ FocusTracker::Focus FocusTracker::current()
     AtspiApplication *application = nullptr;
     if (m_activeWindow.isAvailable()) {
         const auto window = m_activeWindow.activeWindow();
-        if (!window)
+        if (!window) {
+            // What the programs say until a window is active again is not believed then.
+            m_window = 0;
             return {Kind::Nothing, 0, {}, {}};
+        }
         if (window->id != m_window) {
             m_window = window->id;
             forgetChecks();
@@ -173,6 +179,11 @@ bool FocusTracker::verify(AtspiApplication &application, ApplicationFocus &focus
     }
     if (!facts.has(State::Focused) && !focus.unconfirmed)
         return false;
+    if (mayClaimWithoutFocus(facts.role, application) &&
+        !isParentFocused(application, reported.path, deadline)) {
+        focus.reported = std::exchange(focus.former, {});
+        return !focus.reported.isNull() && verify(application, focus, deadline);
+    }
 
     // Editors report the paragraph that the caret is in; the input is all of the region.
     ObjectRef host = reported;
@@ -197,6 +208,20 @@ bool FocusTracker::verify(AtspiApplication &application, ApplicationFocus &focus
     focus.verified = true;
     focus.sinceRefresh.start();
     return true;
+}
+
+/// Whether the element around another one has the focus too.
+bool FocusTracker::isParentFocused(AtspiApplication &application, const QByteArray &path,
+                                   QDeadlineTimer deadline)
+{
+    ObjectRef parent;
+    Pipeline pipeline(application);
+    pipeline.property(path, atspi::accessibleInterface, "Parent", "(so)", [&](DBusMessage &reply) {
+        parent = reply.readObject().value_or(ObjectRef());
+    });
+    ElementFacts facts;
+    return pipeline.wait(deadline) && !parent.isNull() &&
+           fetchFacts(application, parent.path, facts, deadline) && facts.has(State::Focused);
 }
 
 void FocusTracker::search(AtspiApplication &application, ApplicationFocus &focus,

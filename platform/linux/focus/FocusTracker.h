@@ -77,6 +77,8 @@ private:
     struct ApplicationFocus {
         /// What the application reported, and the editable region that it lies in.
         ObjectRef reported;
+        /// What it reported before, for the case that this is an empty claim.
+        ObjectRef former;
         ObjectRef element;
         ElementFacts facts;
         bool verified = false;
@@ -99,6 +101,8 @@ private:
     bool verify(AtspiApplication &application, ApplicationFocus &focus, QDeadlineTimer deadline);
     void search(AtspiApplication &application, ApplicationFocus &focus, QDeadlineTimer deadline);
     void refresh(AtspiApplication &application, ApplicationFocus &focus);
+    bool isParentFocused(AtspiApplication &application, const QByteArray &path,
+                         QDeadlineTimer deadline);
     AtspiApplication *applicationOf(const QList<qint32> &pids);
     void forgetChecks();
     /// What tells whether the watched element has moved.

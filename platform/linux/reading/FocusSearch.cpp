@@ -26,6 +26,14 @@ constexpr std::uint32_t canonicalOrder = 1;
 /// What is searched behind an element: all that comes after it in the tree.
 constexpr std::uint32_t inOrder = 2;
 
+/// Qt's widgets say that they have the focus when they pass it on to another one, a text that they
+/// contain, say; and the current tab says so whenever its window is active.
+bool isDoubtful(const ElementFacts &facts, const AtspiApplication &application)
+{
+    return facts.is(atspi::Role::PageTab) ||
+           (application.toolkit() == "Qt" && !facts.has(State::Editable));
+}
+
 struct Search : std::enable_shared_from_this<Search> {
     struct Window {
         ObjectRef ref;
@@ -37,7 +45,7 @@ struct Search : std::enable_shared_from_this<Search> {
     QList<Window> windows;
     QSet<QByteArray> seen;
     QList<QByteArray> queue;
-    /// Says that it is focused, as Qt's current tab does whenever its window is active.
+    /// Says that it is focused, but may have passed the focus on.
     std::optional<ObjectRef> doubtful;
     int outstanding = 0;
 
@@ -146,8 +154,9 @@ struct Search : std::enable_shared_from_this<Search> {
                 path, atspi::propertiesInterface, "Get",
                 [self = shared_from_this(), visit, path](DBusMessage &reply) {
                     --self->outstanding;
-                    if (visit->facts.has(State::Focused)) {
-                        if (visit->facts.is(atspi::Role::PageTab))
+                    if (visit->facts.has(State::Focused) &&
+                        !mayClaimWithoutFocus(visit->facts.role, *self->application)) {
+                        if (isDoubtful(visit->facts, *self->application))
                             self->doubtful = self->ref(path);
                         else
                             self->finish(self->ref(path));
@@ -210,6 +219,18 @@ bool getMatches(AtspiApplication &application, const QByteArray &path, const Mat
         sd_bus_message_append(message, "u", inOrder);
     sd_bus_message_append(message, "ib", rule.count, 1);
     return application.send(message, std::move(handler));
+}
+
+bool mayClaimWithoutFocus(std::uint32_t role, const AtspiApplication &application)
+{
+    switch (atspi::Role(role)) {
+    case atspi::Role::ListItem:
+    case atspi::Role::TableCell:
+    case atspi::Role::TreeItem:
+        return application.toolkit() == "Qt";
+    default:
+        return false;
+    }
 }
 
 void findFocused(AtspiApplication &application,

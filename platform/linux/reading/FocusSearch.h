@@ -28,6 +28,10 @@ struct MatchRule {
 bool getMatches(AtspiApplication &application, const QByteArray &path, const MatchRule &rule,
                 CallChannel::Handler handler);
 
+/// Whether an element of this role may say that it has the focus while it has not: Qt says so of
+/// the current item of every list, whichever input has the keyboard. The list itself says it truly.
+bool mayClaimWithoutFocus(std::uint32_t role, const AtspiApplication &application);
+
 /// Finds the element that has the focus by asking the application: its active window, and below it
 /// whatever says that it is focused. `completion` is called once, from within the application's
 /// answer; with nothing when no element says so. Asks for a bounded number of elements only.

@@ -93,6 +93,34 @@ protected:
     FocusTracker tracker{applications, windows};
 };
 
+TEST_F(Tracking, TheCurrentItemOfAListCountsOnlyWhereTheListHasTheFocus)
+{
+    editor.program.toolkit = "Qt";
+    editor.focus("/a");
+    editor.program.add("/list", "/w", {.role = Role::List});
+    editor.program.add("/item", "/list",
+                       {.role = Role::ListItem, .states = {State::Focused, State::Showing}});
+    Q_EMIT applications.focusChanged(editor.ref("/a"), true);
+    tracker.current();
+    editor.program.serve(); // the toolkit
+    Q_EMIT applications.focusChanged(editor.ref("/item"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/a"));
+
+    editor.focus({});
+    editor.program.elements["/list"].states.append(State::Focused);
+    Q_EMIT applications.focusChanged(editor.ref("/item"), true);
+    EXPECT_EQ(tracker.current().element, editor.ref("/item"));
+
+    // No text was reported before, and what the text lies in passes the focus on to it: the search does not fall for the claim either.
+    editor.focus("/b");
+    editor.program.elements["/list"].states.removeLast();
+    editor.program.elements["/w"].children.prepend("/around");
+    editor.program.elements["/around"] = {.role = Role::Filler, .states = {State::Focused}};
+    Q_EMIT applications.focusChanged(editor.ref("/item"), false);
+    Q_EMIT applications.focusChanged(editor.ref("/a"), false);
+    EXPECT_EQ(tracker.current().element, editor.ref("/b"));
+}
+
 TEST_F(Tracking, TheWatchedElementIsAskedForItsPlaceWithItsStates)
 {
     editor.focus("/a");
