@@ -135,8 +135,8 @@ private:
     {
         const int oldCount = piece.oldTo - piece.oldFrom;
         const int newCount = piece.newTo - piece.newFrom;
-        const auto columns = static_cast<std::size_t>(newCount + 1);
-        m_table.assign(static_cast<std::size_t>(oldCount + 1) * columns, 0);
+        const auto columns = static_cast<std::size_t>(newCount) + 1;
+        m_table.assign((static_cast<std::size_t>(oldCount) + 1) * columns, 0);
         const auto at = [&](int i, int j) -> int & {
             return m_table[size_t(i) * columns + size_t(j)];
         };
