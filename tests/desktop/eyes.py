@@ -8,7 +8,7 @@ in. Prints JSON.
     eyes.py text PROGRAM             texts of the program's editable inputs, one by one
     eyes.py names PROGRAM            names of the visible controls
     eyes.py focus PROGRAM            names of the visible controls that have the focus
-    eyes.py nameless PROGRAM         roles of visible controls without a name, or without a real role
+    eyes.py nameless PROGRAM         roles of visible controls without a name or a real role
     eyes.py input PROGRAM [screen]   rectangle of the visible part of the first editable input, in
                                      its window or on the screen
 

@@ -111,7 +111,8 @@ TEST_F(Tracking, TheCurrentItemOfAListCountsOnlyWhereTheListHasTheFocus)
     Q_EMIT applications.focusChanged(editor.ref("/item"), true);
     EXPECT_EQ(tracker.current().element, editor.ref("/item"));
 
-    // No text was reported before, and what the text lies in passes the focus on to it: the search does not fall for the claim either.
+    // No text was reported before, and what the text lies in passes the focus on to it: the search
+    // does not fall for the claim either.
     editor.focus("/b");
     editor.program.elements["/list"].states.removeLast();
     editor.program.elements["/w"].children.prepend("/around");
