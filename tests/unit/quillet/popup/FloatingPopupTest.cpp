@@ -209,7 +209,7 @@ TEST_F(FloatingPopupTest, WhatItShowsStandsOutFromItsGroundInEveryTheme)
                0.0722F * linear(color.blueF());
     };
     const auto contrast = [&](const QColor &one, const QColor &other) {
-        const auto [low, high] = std::minmax(luminance(one), luminance(other));
+        const auto [low, high] = std::minmax({luminance(one), luminance(other)});
         return (high + 0.05F) / (low + 0.05F);
     };
     for (const QColor &ground : {QColor(0xEF, 0xEF, 0xEF), QColor(0x35, 0x35, 0x35)}) {
