@@ -202,6 +202,9 @@ class Trial:
     def apply(self, wanted):
         for name in wanted:
             before = self.copied()
+            if before is None:
+                self.put_caret()
+                before = self.copied()
             self.session.key("ctrl+End")
             report = self.set(texts.TEXTS[name])
             time.sleep(0.1)
