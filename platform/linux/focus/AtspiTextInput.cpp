@@ -245,11 +245,12 @@ void AtspiTextInput::askToSelect(const Place &place, const QString &text, qsizet
                         place.start, place.end);
     m_application->call(place.path, atspi::textInterface, "SetSelection", noteNothing, "iii", 0,
                         place.start, place.end);
-    const auto isCaretBehind = std::make_shared<bool>(false);
+    const auto caret = std::make_shared<std::optional<qint32>>();
     m_application->call(
         place.path, atspi::propertiesInterface, "Get",
-        [isCaretBehind, end = place.end](DBusMessage &reply) {
-            *isCaretBehind = reply.enterVariant("i") && reply.readInt32() == end;
+        [caret](DBusMessage &reply) {
+            if (reply.enterVariant("i"))
+                *caret = reply.readInt32();
         },
         "ss", atspi::textInterface, "CaretOffset");
     const auto isOne = std::make_shared<bool>(false);
@@ -257,14 +258,29 @@ void AtspiTextInput::askToSelect(const Place &place, const QString &text, qsizet
                         [isOne](DBusMessage &reply) { *isOne = reply.readInt32() == 1; });
     m_application->call(
         place.path, atspi::textInterface, "GetSelection",
-        [=, done = std::move(done)](DBusMessage &reply) {
+        [=, application = m_application, caretMovedTo = m_caretMovedTo, movesCaret = isQt(),
+         done = std::move(done)](DBusMessage &reply) {
             const auto start = reply.readInt32();
             const auto end = reply.readInt32();
-            const bool isHidden = start == 0 && end == 0 && *isOne && *isCaretBehind &&
+            const bool isCaretBehind = *caret == place.end;
+            const bool isHidden = start == 0 && end == 0 && *isOne && isCaretBehind &&
                                   isSelectionHidden(text, at, length);
-            done(start && end &&
-                 (isHidden ||
-                  isSelection(text, at, length, std::min(*start, *end), std::max(*start, *end))));
+            const bool isMade = start && end &&
+                                (isHidden || isSelection(text, at, length, std::min(*start, *end),
+                                                         std::max(*start, *end)));
+            // KDE's editors leave the caret where it is, and put there what is typed over the
+            // selection. Once it stands at the edge, the same selection is asked for again.
+            const bool isAway = isMade && movesCaret && caret->value_or(-1) >= 0 &&
+                                !isCaretBehind && *caret != place.start && *caret != start &&
+                                *caret != end;
+            if (isAway && *caretMovedTo != place.end && application) {
+                *caretMovedTo = place.end;
+                application->call(place.path, atspi::textInterface, "SetCaretOffset", noteNothing,
+                                  "i", place.end);
+                done(false);
+                return;
+            }
+            done(isMade);
         },
         "i", 0);
 }

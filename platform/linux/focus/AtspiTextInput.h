@@ -63,6 +63,8 @@ private:
     QByteArray m_paragraphMaker;
     /// What was read last. Shared, because an answer may come when this object is gone.
     std::shared_ptr<RichTextContent> m_content = std::make_shared<RichTextContent>();
+    /// Where the caret was put last to be at the edge of a selection. Shared likewise.
+    std::shared_ptr<qint32> m_caretMovedTo = std::make_shared<qint32>(-1);
 };
 
 } // namespace platform::linux_
