@@ -98,7 +98,7 @@ void append(sd_bus_message *message, const char *signature, Input &input, int de
         appendOne(message, signature, input, depth);
 }
 
-/// A connection that nobody answers on: messages can be made for it.
+/// A connection without a peer, to make messages for.
 sd_bus *startedBus()
 {
     sd_bus *bus = nullptr;

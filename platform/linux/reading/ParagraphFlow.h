@@ -24,8 +24,8 @@ struct ParagraphFlow {
 
 /// Finds the paragraphs that belong together with this one, itself included, by the relations
 /// "flows from" and "flows to" (AtspiRelationType): those that are out of sight are no children of
-/// their document. `parent`: where it is known; a text box makes its paragraphs anew where some
-/// come or go, and then its first one is taken for one that is gone. Does not wait. `completion`
+/// their document. `parent`: where it is known. A text box replaces its paragraphs when some are
+/// added or removed; its first one then stands in for one that is gone. Does not wait. `completion`
 /// is called once, from within the application's answer; with `path` alone where there are more
 /// paragraphs than a letter has, or where the application does not say.
 void findFlow(AtspiApplication &application, const QByteArray &path, const QByteArray &parent,

@@ -12,8 +12,8 @@ namespace platform::linux_
 {
 
 /// Notices what the user does with the pointer in any program's window: raw events of XInput 2,
-/// which go where they would have gone besides. Nothing is selected while nobody wants it. Main
-/// thread only.
+/// which the other programs get all the same. No event is selected without a listener. Main thread
+/// only.
 class PointerWatch : public QObject
 {
     Q_OBJECT

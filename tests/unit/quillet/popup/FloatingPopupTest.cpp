@@ -414,7 +414,7 @@ TEST(ResultArea, AGrowingAnswerIsWrittenOnlyWhenItIsComplete)
     quick.appendPiece(lines);
     EXPECT_GT(quick.textView()->verticalScrollBar()->value(), 0);
     quick.showAnswer(lines);
-    EXPECT_EQ(quick.textView()->verticalScrollBar()->value(), 0) << "nobody has read it yet";
+    EXPECT_EQ(quick.textView()->verticalScrollBar()->value(), 0) << "the beginning is read first";
 }
 
 TEST_F(FloatingPopupTest, TheWholeJobIsDoneWithTheKeyboard)
