@@ -380,7 +380,11 @@ void ValueWriter::judge(const TextInput::Content &content)
         }
     }
     if (still >= m_limits.still) {
-        fail(AXError::Failure);
+        // What took the focus may have got these keys too; there is time for another try.
+        if (isRetryingToRestore())
+            pursue(content);
+        else
+            fail(AXError::Failure);
         return;
     }
     QTimer::singleShot(m_limits.readPause, this, [this] {

@@ -304,6 +304,13 @@ TEST(ValueWriter, PutsTheOldTextBackAfterAFailure)
     EXPECT_EQ(framed.text, text("some words"));
     EXPECT_EQ(framed.asked.count(text("focus")), 4) << "once more when it was lost again";
 
+    Program lossy{.text = text("some words"),
+                  .takesEdits = false,
+                  .typing = {TypingResult::Failed, TypingResult::Failed}};
+    EXPECT_FALSE(write(lossy, "some other words of mine").isDamaged)
+        << "there is time to try again";
+    EXPECT_EQ(lossy.text, text("some words"));
+
     Program busy{.text = text("some words"),
                  .takesEdits = false,
                  .typing = {TypingResult::Interrupted, TypingResult::Interrupted}};
