@@ -48,6 +48,19 @@ def wait_until(condition, what, patience=PATIENCE):
         time.sleep(0.05)
 
 
+# Without its own traffic and questions, so that only the page acts.
+CHROMIUM = [
+    "chromium",
+    "--no-sandbox",
+    "--force-renderer-accessibility",
+    "--no-first-run",
+    "--disable-background-networking",
+    "--disable-component-update",
+    "--disable-sync",
+    "--password-store=basic",
+]
+
+
 class Session:
     running = []
 
@@ -222,21 +235,7 @@ class Session:
                 file.write(page)
             page = "file://" + path
         profile = os.path.join(self.folder, f"chromium-{len(self.programs)}")
-        return self.start(
-            [
-                "chromium",
-                "--no-sandbox",
-                "--force-renderer-accessibility",
-                "--no-first-run",
-                "--disable-background-networking",
-                "--disable-component-update",
-                "--disable-sync",
-                "--password-store=basic",
-                f"--user-data-dir={profile}",
-                *options,
-                page,
-            ]
-        )
+        return self.start([*CHROMIUM, f"--user-data-dir={profile}", *options, page])
 
     def run(self, command, check=True, patience=PATIENCE):
         """Runs a short command in the session and returns what it printed."""

@@ -6,6 +6,7 @@ import dataclasses
 import pathlib
 
 import pages
+import session
 
 
 @dataclasses.dataclass
@@ -104,18 +105,7 @@ def browser(name, package, command, kinds, environment=None):
         )
 
 
-CHROMIUM = [
-    "chromium",
-    "--no-sandbox",
-    "--force-renderer-accessibility",
-    "--no-first-run",
-    "--disable-background-networking",
-    "--disable-component-update",
-    "--disable-sync",
-    "--password-store=basic",
-    "--user-data-dir={folder}/chromium",
-    "file://{file}",
-]
+CHROMIUM = [*session.CHROMIUM, "--user-data-dir={folder}/chromium", "file://{file}"]
 FIREFOX = ["firefox-esr", "--no-remote", "--profile", "{folder}/firefox", "{file}"]
 FALKON = {
     "QTWEBENGINE_DISABLE_SANDBOX": "1",
