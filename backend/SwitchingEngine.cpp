@@ -7,6 +7,9 @@
 #include "backend/engine/CommonCommands.h"
 #include "backend/model/ModelEngine.h"
 #include "commands/Note.h"
+#include "commands/OwnCommands.h"
+
+#include <QFileInfo>
 
 namespace
 {
@@ -75,6 +78,11 @@ public:
         const Configuration &configuration = engine.m_configuration.current();
         if (const QString text = commonCommandAnswer(m_request.command); !text.isEmpty()) {
             later([this, text] { m_done({200, asNote(text)}); });
+        } else if (!findInstruction()) {
+            later([this] {
+                m_done({404, asNote(QStringLiteral("This command has no instruction any more. The "
+                                                   "settings show the commands that there are."))});
+            });
         } else if (configuration.findServer) {
             engine.m_found.find(&m_context,
                                 [this](const std::optional<FoundServer> &found,
@@ -94,6 +102,31 @@ private:
         QMetaObject::invokeMethod(&m_context, std::move(function), Qt::QueuedConnection);
     }
 
+    bool isOwn() const { return OwnCommands::isOwn(m_request.command); }
+
+    /// Looks up what a command of the user's own is to do. False: there is no such command.
+    bool findInstruction()
+    {
+        constexpr qsizetype maxLength = 4'000;
+        if (m_request.command == OwnCommands::once) {
+            m_request.instruction = m_request.instruction.trimmed().left(maxLength);
+            return !m_request.instruction.isEmpty();
+        }
+        m_request.instruction.clear();
+        if (!isOwn())
+            return true;
+        const QFileInfo configuration(m_engine.m_configuration.path());
+        const auto commands =
+            OwnCommands::read(configuration.path() + QStringLiteral("/commands.ini"));
+        for (const OwnCommand &command : commands) {
+            if (command.identifier != m_request.command)
+                continue;
+            m_request.instruction = command.instruction;
+            m_ownModel = command.model;
+        }
+        return !m_request.instruction.isEmpty();
+    }
+
     void take(const std::optional<FoundServer> &found, const ModelSettings &settings)
     {
         m_wasFound = true;
@@ -111,8 +144,10 @@ private:
                                            m_engine.m_configuration.path()))});
     }
 
-    void askModel(const ModelSettings &model)
+    void askModel(ModelSettings model)
     {
+        if (!m_ownModel.isEmpty())
+            model.name = m_ownModel;
         m_work = m_engine.m_model.answer(
             model, m_request, [this, model](const ModelEngine::Result &result) {
                 if (result.status == 200) {
@@ -140,6 +175,14 @@ private:
 
     void askOffline(const ChatResult &failure)
     {
+        if (isOwn()) {
+            m_done(failure.status == 200
+                       ? EngineAnswer{501, asNote(QStringLiteral(
+                                               "A command of your own needs a language model: name "
+                                               "one in the settings."))}
+                       : EngineAnswer{failure.status, asNote(failure.text)});
+            return;
+        }
         m_work = m_engine.m_offline.answer(m_request, [this, failure](EngineAnswer answer) {
             if (answer.status != 200) {
                 m_done(failure.status == 200 ? EngineAnswer{answer.status, asNote(answer.text)}
@@ -158,6 +201,8 @@ private:
     SwitchingEngine &m_engine;
     EngineRequest m_request;
     Done m_done;
+    /// The model that a command of the user's own asks for.
+    QString m_ownModel;
     bool m_wasFound = false;
     std::unique_ptr<PendingWork> m_work;
     QObject m_context;

@@ -921,5 +921,69 @@ across all your favourite apps</translation>
         <source>Written by %1, in %2 s: %3</source>
         <translation>Written by %1, in %2 s: %3</translation>
     </message>
+    <message>
+        <source>mine</source>
+        <translation>Mine</translation>
+    </message>
+    <message>
+        <source>For once, such as: make it rhyme</source>
+        <translation>For once, such as: make it rhyme</translation>
+    </message>
+    <message>
+        <source>Instruction for once</source>
+        <translation>Instruction for once</translation>
+    </message>
+    <message>
+        <source>Your own commands</source>
+        <translation>Your own commands</translation>
+    </message>
+    <message>
+        <source>They are under "mine" in the popup, and need a language model. You can copy or edit their file: %1</source>
+        <translation>They are under "mine" in the popup, and need a language model. You can copy or edit their file: %1</translation>
+    </message>
+    <message>
+        <source>Remove the command</source>
+        <translation>Remove the command</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>New</translation>
+    </message>
+    <message>
+        <source>New command</source>
+        <translation>New command</translation>
+    </message>
+    <message>
+        <source>Try the command</source>
+        <translation>Try the command</translation>
+    </message>
+    <message>
+        <source>What is to be done with the text</source>
+        <translation>What is to be done with the text</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Keys</translation>
+    </message>
+    <message>
+        <source>The one above</source>
+        <translation>The one above</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Instruction</source>
+        <translation>Instruction</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>The file cannot be written: %1</translation>
+    </message>
+    <message>
+        <source>A command needs a name and an instruction.</source>
+        <translation>A command needs a name and an instruction.</translation>
+    </message>
 </context>
 </TS>

@@ -921,5 +921,69 @@ Ihren Lieblingsprogrammen</translation>
         <source>Written by %1, in %2 s: %3</source>
         <translation>Geschrieben von %1, in %2 s: %3</translation>
     </message>
+    <message>
+        <source>mine</source>
+        <translation>Eigene</translation>
+    </message>
+    <message>
+        <source>For once, such as: make it rhyme</source>
+        <translation>Für einmal, etwa: mach einen Reim daraus</translation>
+    </message>
+    <message>
+        <source>Instruction for once</source>
+        <translation>Anweisung für einmal</translation>
+    </message>
+    <message>
+        <source>Your own commands</source>
+        <translation>Eigene Befehle</translation>
+    </message>
+    <message>
+        <source>They are under "mine" in the popup, and need a language model. You can copy or edit their file: %1</source>
+        <translation>Sie stehen im Fenster der Befehle unter „Eigene“ und brauchen ein Sprachmodell. Ihre Datei können Sie kopieren und bearbeiten: %1</translation>
+    </message>
+    <message>
+        <source>Remove the command</source>
+        <translation>Befehl entfernen</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>Neu</translation>
+    </message>
+    <message>
+        <source>New command</source>
+        <translation>Neuer Befehl</translation>
+    </message>
+    <message>
+        <source>Try the command</source>
+        <translation>Befehl ausprobieren</translation>
+    </message>
+    <message>
+        <source>What is to be done with the text</source>
+        <translation>Was mit dem Text geschehen soll</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>The one above</source>
+        <translation>Das oben genannte</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Instruction</source>
+        <translation>Anweisung</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>Die Datei kann nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>A command needs a name and an instruction.</source>
+        <translation>Ein Befehl braucht einen Namen und eine Anweisung.</translation>
+    </message>
 </context>
 </TS>

@@ -921,5 +921,69 @@ en todas sus aplicaciones favoritas</translation>
         <source>Written by %1, in %2 s: %3</source>
         <translation>Escrito por %1, en %2 s: %3</translation>
     </message>
+    <message>
+        <source>mine</source>
+        <translation>Míos</translation>
+    </message>
+    <message>
+        <source>For once, such as: make it rhyme</source>
+        <translation>Por una vez, por ejemplo: que rime</translation>
+    </message>
+    <message>
+        <source>Instruction for once</source>
+        <translation>Instrucción para una vez</translation>
+    </message>
+    <message>
+        <source>Your own commands</source>
+        <translation>Sus propios comandos</translation>
+    </message>
+    <message>
+        <source>They are under "mine" in the popup, and need a language model. You can copy or edit their file: %1</source>
+        <translation>Están en «Míos» en la ventana de comandos y necesitan un modelo de lenguaje. Puede copiar o editar su archivo: %1</translation>
+    </message>
+    <message>
+        <source>Remove the command</source>
+        <translation>Quitar el comando</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>Nuevo</translation>
+    </message>
+    <message>
+        <source>New command</source>
+        <translation>Comando nuevo</translation>
+    </message>
+    <message>
+        <source>Try the command</source>
+        <translation>Probar el comando</translation>
+    </message>
+    <message>
+        <source>What is to be done with the text</source>
+        <translation>Qué hay que hacer con el texto</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Teclas</translation>
+    </message>
+    <message>
+        <source>The one above</source>
+        <translation>El de arriba</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nombre</translation>
+    </message>
+    <message>
+        <source>Instruction</source>
+        <translation>Instrucción</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>No se puede escribir el archivo: %1</translation>
+    </message>
+    <message>
+        <source>A command needs a name and an instruction.</source>
+        <translation>Un comando necesita un nombre y una instrucción.</translation>
+    </message>
 </context>
 </TS>

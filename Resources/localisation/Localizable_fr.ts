@@ -921,5 +921,69 @@ dans toutes vos applications favorites</translation>
         <source>Written by %1, in %2 s: %3</source>
         <translation>Rédigé par %1, en %2 s : %3</translation>
     </message>
+    <message>
+        <source>mine</source>
+        <translation>Les miens</translation>
+    </message>
+    <message>
+        <source>For once, such as: make it rhyme</source>
+        <translation>Pour une fois, par exemple : fais-le rimer</translation>
+    </message>
+    <message>
+        <source>Instruction for once</source>
+        <translation>Instruction pour une fois</translation>
+    </message>
+    <message>
+        <source>Your own commands</source>
+        <translation>Vos propres commandes</translation>
+    </message>
+    <message>
+        <source>They are under "mine" in the popup, and need a language model. You can copy or edit their file: %1</source>
+        <translation>Elles sont sous « Les miens » dans la fenêtre des commandes et demandent un modèle de langage. Vous pouvez copier ou modifier leur fichier : %1</translation>
+    </message>
+    <message>
+        <source>Remove the command</source>
+        <translation>Retirer la commande</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>Nouveau</translation>
+    </message>
+    <message>
+        <source>New command</source>
+        <translation>Nouvelle commande</translation>
+    </message>
+    <message>
+        <source>Try the command</source>
+        <translation>Essayer la commande</translation>
+    </message>
+    <message>
+        <source>What is to be done with the text</source>
+        <translation>Ce qu'il faut faire du texte</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Touches</translation>
+    </message>
+    <message>
+        <source>The one above</source>
+        <translation>Celui indiqué plus haut</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Instruction</source>
+        <translation>Instruction</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1</source>
+        <translation>Le fichier ne peut pas être écrit : %1</translation>
+    </message>
+    <message>
+        <source>A command needs a name and an instruction.</source>
+        <translation>Une commande demande un nom et une instruction.</translation>
+    </message>
 </context>
 </TS>

@@ -17,13 +17,15 @@ struct EnginePiece {
 };
 
 struct EngineRequest {
-    /// A command identifier of the catalogue.
+    /// A command identifier of the catalogue, or one of the user's own commands.
     QString command;
     /// The user's text. Never logged, never stored.
     QString text;
     /// Takes the answer's beginning as it is written; may be empty. What was taken is a promise
     /// until a later piece starts over or the answer is another.
     std::function<void(const EnginePiece &)> piece = {};
+    /// What a command of the user's own is to do. Empty for the commands of the catalogue.
+    QString instruction = {};
 };
 
 struct EngineAnswer {

@@ -7,6 +7,7 @@
 #include "backend/http/RequestTarget.h"
 #include "commands/Catalogue.h"
 #include "commands/Note.h"
+#include "commands/OwnCommands.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -155,9 +156,9 @@ std::optional<HttpResponse> Service::refusalOf(const QHash<QString, QString> &it
             return HttpResponse{400, "The query item \"" + key.toUtf8() + "\" is missing."};
     }
     const auto kind = commandKind(items[QStringLiteral("command")]);
-    if (!kind)
+    if (!kind && !OwnCommands::isOwn(items[QStringLiteral("command")]))
         return HttpResponse{400, "There is no such command in the catalogue."};
-    if (*kind != CommandKind::More && items[QStringLiteral("text")].trimmed().isEmpty()) {
+    if (kind != CommandKind::More && items[QStringLiteral("text")].trimmed().isEmpty()) {
         return HttpResponse{
             400, asNote(QStringLiteral("There is no text to work on yet. Write something first."))
                      .toUtf8()};
@@ -171,7 +172,8 @@ std::unique_ptr<PendingWork> Service::generate(const QHash<QString, QString> &it
     const EngineRequest request{items[QStringLiteral("command")], items[QStringLiteral("text")],
                                 [piece = std::move(respond.piece)](const EnginePiece &part) {
                                     piece({bytesOf(part.text), part.startsOver});
-                                }};
+                                },
+                                items[QStringLiteral("instruction")]};
     return m_engine.answer(request,
                            [complete = std::move(respond.complete)](const EngineAnswer &answer) {
                                complete({answer.status, bytesOf(answer.text), headersOf(answer)});

@@ -104,7 +104,7 @@ private:
         tell({between, false});
         const QString text = m_parts[m_index].text;
         m_delimiter = makeDelimiter(text);
-        ChatPrompt prompt = makePrompt(m_request.command, text, m_delimiter);
+        ChatPrompt prompt = makePrompt(m_request.command, text, m_delimiter, m_request.instruction);
         prompt.plain = m_engine.m_plainServers.contains(m_settings.server());
         prompt.maxTokens =
             std::max(minAnswerTokens, m_settings.window - promptTokens - estimatedTokens(text));

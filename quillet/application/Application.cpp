@@ -5,6 +5,7 @@
 
 #include "BuildConstants.h"
 #include "MetricPost/MetricPost.h"
+#include "commands/OwnCommands.h"
 #include "quillet/analytics/SharedMetricPost.h"
 #include "quillet/application/DoctorRun.h"
 #include "quillet/application/ModelTrial.h"
@@ -158,7 +159,8 @@ void Application::createObserver()
         };
         FloatingButtonManager::prepareShared(
             {m_platform->accessibility(), m_platform->keyboard(), m_platform->workspace(),
-             *m_writing, SharedMetricPost::shared(), isExcluded, m_platform->frameWatch()});
+             *m_writing, SharedMetricPost::shared(), isExcluded, m_platform->frameWatch(),
+             [] { return OwnCommands::read(OwnCommands::defaultPath()); }});
         FloatingButtonManager &manager = FloatingButtonManager::shared();
         connect(&manager, &FloatingButtonManager::textApplied, this,
                 [this](const QString &text, const platform::WriteOutcome &outcome) {
@@ -230,7 +232,8 @@ void Application::showSettings()
                                 // Before the watching begins, no shortcut is taken.
                                 .holdsShortcut = [this] { return !m_observing || m_holdsShortcut; },
                                 .examine = examineInOwnProcess,
-                                .programAccess = m_platform->programAccess()});
+                                .programAccess = m_platform->programAccess(),
+                                .ownCommands = ownCommandsCollaborators()});
         m_settingsWindow->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_platform->workspace().activate(m_settingsWindow);
@@ -251,7 +254,20 @@ ModelSection::Collaborators Application::modelCollaborators()
         .agreeToServer = [this](bool agreed) { keepAnswer(m_chosenServer, agreed); },
         .tryIt =
             [this](QObject *context, const std::function<void(const QString &)> &told) {
-                m_trial = writeSample(*m_writing,
+                m_trial = writeSample(*m_writing, QStringLiteral("elevate"),
+                                      [context = QPointer(context), told](const QString &outcome) {
+                                          if (context)
+                                              told(outcome);
+                                      });
+            }};
+}
+
+OwnCommandsSection::Collaborators Application::ownCommandsCollaborators()
+{
+    return {.file = OwnCommands::defaultPath(),
+            .tryIt = [this](QObject *context, const QString &identifier,
+                            const std::function<void(const QString &)> &told) {
+                m_trial = writeSample(*m_writing, identifier,
                                       [context = QPointer(context), told](const QString &outcome) {
                                           if (context)
                                               told(outcome);

@@ -45,6 +45,7 @@ private:
     void createObserver();
     void askAboutServer(const FoundServer &server);
     ModelSection::Collaborators modelCollaborators();
+    OwnCommandsSection::Collaborators ownCommandsCollaborators();
     void keepAnswer(const FoundServer &server, bool agreed);
     void watchInBackground();
     void showSettings();

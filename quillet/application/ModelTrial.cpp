@@ -31,14 +31,13 @@ QString outcomeOf(const BackendService::AnswerResult &result, qint64 millisecond
 
 } // namespace
 
-std::unique_ptr<BackendRequest> writeSample(WritingService &writing,
+std::unique_ptr<BackendRequest> writeSample(WritingService &writing, const QString &command,
                                             std::function<void(const QString &outcome)> told)
 {
     QElapsedTimer time;
     time.start();
     return writing.writeAsItComes(
-        QStringLiteral("elevate"),
-        QStringLiteral("hi anna, can we meet tomorow? i got a few ideas for the party."),
+        command, QStringLiteral("hi anna, can we meet tomorow? i got a few ideas for the party."),
         [](const AnswerPiece &) {},
         [told = std::move(told), time](const BackendService::AnswerResult &result) {
             told(outcomeOf(result, time.elapsed()));

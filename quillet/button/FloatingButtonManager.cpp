@@ -195,8 +195,10 @@ void FloatingButtonManager::preparePopup()
 {
     if (m_popup)
         return;
-    m_popup = new FloatingPopup(
-        this, {m_collaborators.workspace, m_collaborators.writing, m_collaborators.tracker}, this);
+    m_popup = new FloatingPopup(this,
+                                {m_collaborators.workspace, m_collaborators.writing,
+                                 m_collaborators.tracker, m_collaborators.ownCommands},
+                                this);
     connect(m_popup, &FloatingPopup::failed, this, &FloatingButtonManager::requestFailed);
 }
 

@@ -39,6 +39,8 @@ public:
         std::function<bool(const QString &program)> isExcluded = {};
         /// Null where the system cannot follow an element.
         platform::FrameWatch *frames = nullptr;
+        /// Reads the commands that the user has made.
+        std::function<QList<OwnCommand>()> ownCommands = {};
     };
 
     explicit FloatingButtonManager(const Collaborators &collaborators, QObject *parent = nullptr);

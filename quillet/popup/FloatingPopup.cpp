@@ -8,6 +8,7 @@
 #include "platform/ScreenCoordinates.h"
 #include "quillet/analytics/EventTracker.h"
 #include "quillet/diagnostics/DiagnosticLog.h"
+#include "quillet/popup/InstructionField.h"
 #include "quillet/popup/PopupLayout.h"
 #include "quillet/popup/PopupPanel.h"
 #include "quillet/popup/PopupStyle.h"
@@ -19,7 +20,6 @@
 #include "quillet/widgets/PillButton.h"
 #include "quillet/writing/WritingService.h"
 
-#include <QFrame>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QScrollArea>
@@ -27,27 +27,10 @@
 
 #include <utility>
 
-using PopupLayout::flipped;
+using PopupLayout::inContent;
 
 namespace
 {
-
-QRect placed(const QRectF &rect, qreal containerHeight)
-{
-    return flipped(rect, containerHeight).toRect();
-}
-
-QRect inContent(const QRectF &rect)
-{
-    return placed(rect, PopupLayout::popupSize.height());
-}
-
-/// A part of the panel that is as wide as the panel and leaves the panel's outline in sight.
-void placeBetweenOutlines(QWidget *part, const QRectF &rect)
-{
-    part->setGeometry(inContent(rect));
-    part->setMask(part->rect().adjusted(1, 0, -1, 0));
-}
 
 /// The screen that the button is on, else the main one.
 QRectF visibleFrameFor(const QRectF &button)
@@ -69,6 +52,7 @@ FloatingPopup::FloatingPopup(FloatingPopupDelegate *delegate, const Collaborator
     , m_writing(collaborators.writing)
     , m_tracker(collaborators.tracker)
     , m_delegate(delegate)
+    , m_readOwnCommands(collaborators.ownCommands)
 {
 }
 
@@ -85,6 +69,10 @@ void FloatingPopup::show(const QRectF &rect)
     }
     const QPointF origin = PopupLayout::origin(rect, visibleFrameFor(rect));
 
+    m_ownCommands = m_readOwnCommands ? m_readOwnCommands() : QList<OwnCommand>();
+    // The user may have removed the last of them.
+    if (m_ownCommands.isEmpty() && m_lastSelectedTool == OwnCommands::tool)
+        m_lastSelectedTool = CommandCatalogue::tools().first();
     m_popupWindow = buildPanel();
     m_popupWindow->setGeometry(platform::ScreenCoordinates::current()
                                    .toolkitFromBottomLeft(QRectF(origin, PopupLayout::popupSize))
@@ -146,7 +134,10 @@ void FloatingPopup::buildToolRow()
 {
     m_topToolButtons.clear();
     PillButton *selected = nullptr;
-    for (const QString &tool : CommandCatalogue::tools()) {
+    QStringList tools = CommandCatalogue::tools();
+    if (!m_ownCommands.isEmpty())
+        tools += OwnCommands::tool.toString();
+    for (const QString &tool : tools) {
         PillButton *button = createCustomButton(tool, &FloatingPopup::toolButtonClicked);
         button->setCornerRadius(17.5);
         if (tool == m_lastSelectedTool) {
@@ -158,45 +149,9 @@ void FloatingPopup::buildToolRow()
         m_topToolButtons.append(button);
     }
     m_topScroll = new ToolRow(m_topToolButtons, m_popupWindow);
-    placeBetweenOutlines(m_topScroll, PopupLayout::toolRow());
+    PopupStyle::placeBetweenOutlines(m_topScroll, inContent(PopupLayout::toolRow()));
     if (selected)
         m_topScroll->reveal(selected);
-}
-
-void FloatingPopup::showSubcommands(const QString &tool)
-{
-    removeContent();
-    const QStringList options = CommandCatalogue::toolOptions().value(tool);
-    if (options.isEmpty())
-        return;
-
-    const QRectF view = PopupLayout::optionsView();
-    const qreal documentHeight = PopupLayout::optionsDocumentHeight(options.size());
-    auto *document = new QWidget;
-    for (qsizetype i = 0; i < options.size(); ++i) {
-        PillButton *button = createCustomButton(options[i], &FloatingPopup::subButtonClicked);
-        button->setParent(document);
-        button->setCornerRadius(30);
-        PillButton::Look look;
-        look.borderWidth = 0;
-        button->setLook(look);
-        button->setGeometry(
-            placed(PopupLayout::option(i, options.size(), view.width()), documentHeight));
-    }
-    document->setFixedSize(static_cast<int>(view.width()), static_cast<int>(documentHeight));
-
-    m_subScrollView = new QScrollArea(m_popupWindow);
-    m_subScrollView->setFrameShape(QFrame::NoFrame);
-    m_subScrollView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_subScrollView->setFocusPolicy(Qt::NoFocus);
-    m_subScrollView->viewport()->setAutoFillBackground(false);
-    m_subScrollView->setStyleSheet(PopupStyle::thinScrollBar(m_popupWindow->palette()));
-    placeBetweenOutlines(m_subScrollView, view);
-    m_subScrollView->setWidget(document);
-    document->setAutoFillBackground(false);
-    m_subScrollView->show();
-    m_topScroll->show();
-    moveKeyboardTo(document->findChild<PillButton *>());
 }
 
 void FloatingPopup::renderResultPopup(const QString &command)
@@ -231,13 +186,15 @@ void FloatingPopup::renderResultPopup(const QString &command)
 void FloatingPopup::removeContent()
 {
     // A button is often removed from within its own click.
-    for (QWidget *widget : {static_cast<QWidget *>(m_subScrollView), m_resultView.data()}) {
+    for (QWidget *widget : {static_cast<QWidget *>(m_subScrollView), m_resultView.data(),
+                            static_cast<QWidget *>(m_instructionField)}) {
         if (!widget)
             continue;
         widget->hide();
         widget->deleteLater();
     }
     m_subScrollView = nullptr;
+    m_instructionField = nullptr;
     m_resultView = nullptr;
     m_resultArea = nullptr;
     m_request.reset();
@@ -247,7 +204,7 @@ void FloatingPopup::removeContent()
 PillButton *FloatingPopup::createCustomButton(const QString &identifier,
                                               void (FloatingPopup::*action)(PillButton *))
 {
-    auto *button = new PillButton(localized(identifier));
+    auto *button = new PillButton(titleOf(identifier));
     button->setAccessibleName(identifier);
     connect(button, &PillButton::clicked, this,
             [this, button, action] { (this->*action)(button); });
@@ -312,8 +269,11 @@ void FloatingPopup::request(const QString &command, const QString &text)
             if (m_resultArea)
                 m_resultArea->appendPiece(piece.text, piece.startsOver);
         },
-        [this](const BackendService::AnswerResult &result) { finishRequest(result); });
-    m_tracker.track(QStringLiteral("Execute"), {{QStringLiteral("command"), command}});
+        [this](const BackendService::AnswerResult &result) { finishRequest(result); },
+        command == OwnCommands::once ? m_instruction : QString());
+    // An own command's identifier has the user's words in it.
+    const QString reported = OwnCommands::isOwn(command) ? QStringLiteral("own") : command;
+    m_tracker.track(QStringLiteral("Execute"), {{QStringLiteral("command"), reported}});
 }
 
 void FloatingPopup::finishRequest(const BackendService::AnswerResult &result)

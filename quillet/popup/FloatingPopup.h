@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "commands/OwnCommands.h"
 #include "platform/Workspace.h"
 #include "quillet/writing/WritingService.h"
 
@@ -17,6 +18,7 @@
 #include <optional>
 
 class EventTracker;
+class InstructionField;
 class PillButton;
 class QScrollArea;
 class QWidget;
@@ -52,6 +54,8 @@ public:
         platform::Workspace &workspace;
         WritingService &writing;
         EventTracker &tracker;
+        /// Reads the commands that the user has made. May be empty.
+        std::function<QList<OwnCommand>()> ownCommands = {};
     };
 
     FloatingPopup(FloatingPopupDelegate *delegate, const Collaborators &collaborators,
@@ -87,6 +91,10 @@ private:
     QWidget *buildPanel();
     void buildToolRow();
     void showSubcommands(const QString &tool);
+    void buildOptions(const QStringList &options, const QRectF &view);
+    void buildInstructionField();
+    QStringList optionsOf(const QString &tool) const;
+    QString titleOf(const QString &identifier) const;
     void renderResultPopup(const QString &command);
     void removeContent();
     void takeKeyboard();
@@ -112,6 +120,12 @@ private:
     std::unique_ptr<BackendRequest> m_request;
     std::optional<QString> m_lastCommand;
     QPointer<QScrollArea> m_subScrollView;
+    QPointer<InstructionField> m_instructionField;
+    /// The user's commands, as they were when the popup opened.
+    QList<OwnCommand> m_ownCommands;
+    /// For the command OwnCommands::once.
+    QString m_instruction;
+    std::function<QList<OwnCommand>()> m_readOwnCommands;
     QPointer<QWidget> m_resultView;
     QList<PillButton *> m_topToolButtons;
     /// The user has chosen "apply" while the answer was still growing.

@@ -14,6 +14,7 @@ namespace
 constexpr qreal gap = 6;
 constexpr qreal rowHeight = 70;
 constexpr qreal bottomMargin = 10;
+constexpr qreal fieldHeight = 34;
 
 /// The sub-options and the result share the place above the bottom margin.
 QRectF container()
@@ -26,6 +27,11 @@ QRectF container()
 QRectF flipped(const QRectF &rect, qreal height)
 {
     return {rect.x(), height - rect.y() - rect.height(), rect.width(), rect.height()};
+}
+
+QRect inContent(const QRectF &rect)
+{
+    return flipped(rect, popupSize.height()).toRect();
 }
 
 // A QRectF here has its minimum y at the bottom, so top() is minY and bottom() is maxY.
@@ -78,6 +84,16 @@ QList<QRectF> toolButtons(const QList<qreal> &titleWidths, qreal &documentWidth)
 QRectF optionsView()
 {
     return container();
+}
+
+QRectF optionsAboveField()
+{
+    return container().adjusted(0, fieldHeight + gap, 0, 0);
+}
+
+QRectF instructionField()
+{
+    return {12, bottomMargin, popupSize.width() - 24, fieldHeight};
 }
 
 qreal optionsDocumentHeight(qsizetype count)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QList>
+#include <QRect>
 #include <QRectF>
 #include <QSizeF>
 
@@ -18,6 +19,9 @@ inline constexpr QSizeF popupSize(370, 250);
 /// `rect` of a container `height` high, with the origin at the container's top left instead.
 QRectF flipped(const QRectF &rect, qreal height);
 
+/// `rect` of the popup's content as a widget's geometry.
+QRect inContent(const QRectF &rect);
+
 /// The popup's origin for a button at `button` on a screen whose usable area is `visible`: below
 /// the button, else above it, else beside it, and never past the sides of the screen.
 QPointF origin(const QRectF &button, const QRectF &visible);
@@ -29,6 +33,9 @@ QRectF toolRow();
 QList<QRectF> toolButtons(const QList<qreal> &titleWidths, qreal &documentWidth);
 
 QRectF optionsView();
+/// The options and, below them, the field for an instruction.
+QRectF optionsAboveField();
+QRectF instructionField();
 /// Height of the document that holds `count` options.
 qreal optionsDocumentHeight(qsizetype count);
 /// The option at `index` of `count` in a document `width` wide.

@@ -7,6 +7,7 @@
 #include <QTextCharFormat>
 #include <QTextDocument>
 #include <QTextOption>
+#include <QWidget>
 
 namespace PopupStyle
 {
@@ -56,6 +57,12 @@ QTextCharFormat changeFormat(const QPalette &palette)
 QColor goneColor(const QPalette &palette)
 {
     return isDark(palette, QPalette::Base) ? QColor(0xFF, 0x9A, 0x92) : QColor(0xB3, 0x26, 0x1E);
+}
+
+void placeBetweenOutlines(QWidget *part, const QRect &rect)
+{
+    part->setGeometry(rect);
+    part->setMask(part->rect().adjusted(1, 0, -1, 0));
 }
 
 void alignByParagraph(QTextDocument &document)

@@ -9,6 +9,8 @@
 class QPalette;
 class QTextCharFormat;
 class QTextDocument;
+class QRect;
+class QWidget;
 
 /// The colours, formats and styles that the popup's parts share. Main thread.
 namespace PopupStyle
@@ -34,6 +36,10 @@ QTextCharFormat changeFormat(const QPalette &palette);
 
 /// The colour of words that go, with a contrast of at least 4.5 to the text's background.
 QColor goneColor(const QPalette &palette);
+
+/// Places a part of the panel that is as wide as the panel, and leaves the panel's outline in
+/// sight.
+void placeBetweenOutlines(QWidget *part, const QRect &rect);
 
 /// Lets each paragraph run, and be aligned, in the direction of its own first letter.
 void alignByParagraph(QTextDocument &document);

@@ -72,6 +72,7 @@ SettingsWindow::SettingsWindow(const Collaborators &collaborators, QWidget *pare
     addShortcut(sections);
     addLoginStart(sections);
     addModel(sections);
+    addOwnCommands(sections);
     addPrograms(sections);
     if (m_collaborators.programAccess)
         addSwitchedPrograms(sections);
@@ -156,6 +157,15 @@ void SettingsWindow::addModel(QBoxLayout *layout)
         "Without one, Quillet corrects and improves texts on this machine. For the other commands, "
         "name a server that speaks the chat completions interface.")));
     layout->addWidget(new ModelSection(m_collaborators.model));
+}
+
+void SettingsWindow::addOwnCommands(QBoxLayout *layout)
+{
+    addTitle(layout, localized("Your own commands"));
+    layout->addWidget(text(localized("They are under \"mine\" in the popup, and need a language "
+                                     "model. You can copy or edit their file: %1")
+                               .arg(m_collaborators.ownCommands.file)));
+    layout->addWidget(new OwnCommandsSection(m_collaborators.ownCommands));
 }
 
 void SettingsWindow::addPrograms(QBoxLayout *layout)

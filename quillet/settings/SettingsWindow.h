@@ -6,6 +6,7 @@
 #include "platform/Platform.h"
 #include "quillet/settings/DoctorSection.h"
 #include "quillet/settings/ModelSection.h"
+#include "quillet/settings/OwnCommandsSection.h"
 
 #include <QWidget>
 
@@ -37,6 +38,7 @@ public:
         DoctorSection::Examine examine;
         /// Null where the system knows no switches of programs.
         platform::ProgramAccess *programAccess = nullptr;
+        OwnCommandsSection::Collaborators ownCommands = {};
     };
 
     /// What the collaborators refer to must outlive the window.
@@ -53,6 +55,7 @@ private:
     void addShortcut(QBoxLayout *layout);
     void addLoginStart(QBoxLayout *layout);
     void addModel(QBoxLayout *layout);
+    void addOwnCommands(QBoxLayout *layout);
     void addPrograms(QBoxLayout *layout);
     void addSwitchedPrograms(QBoxLayout *layout);
     void addRecording(QBoxLayout *layout);

@@ -27,9 +27,14 @@ public:
     bool isEnded = false;
 };
 
-QMap<QString, QString> parameters(const QString &command, const QString &text)
+QMap<QString, QString> parameters(const QString &command, const QString &text,
+                                  const QString &instruction = {})
 {
-    return {{QStringLiteral("command"), command}, {QStringLiteral("text"), text}};
+    QMap<QString, QString> items{{QStringLiteral("command"), command},
+                                 {QStringLiteral("text"), text}};
+    if (!instruction.isEmpty())
+        items.insert(QStringLiteral("instruction"), instruction);
+    return items;
 }
 
 } // namespace
@@ -54,36 +59,36 @@ void WritingService::write(const QString &command, const QString &text,
         });
 }
 
-std::unique_ptr<BackendRequest>
-WritingService::writeAsItComes(const QString &command, const QString &text,
-                               BackendService::Beginning beginning,
-                               BackendService::AnswerCompletion completion)
+std::unique_ptr<BackendRequest> WritingService::writeAsItComes(
+    const QString &command, const QString &text, BackendService::Beginning beginning,
+    BackendService::AnswerCompletion completion, const QString &instruction)
 {
     auto *waiting = new WaitingRequest(this);
     auto request = std::make_unique<BackendRequest>(waiting);
-    m_endpoint.withEndpoint([waiting = QPointer(waiting), backend = QPointer(&m_backend), command,
-                             text, beginning = std::move(beginning),
-                             completion = std::move(completion)](const QString &url,
-                                                                 const QString &failure) {
-        if (!waiting || !backend || waiting->isEnded)
-            return;
-        const auto done = [waiting, completion](const BackendService::AnswerResult &result) {
-            if (waiting)
-                waiting->deleteLater();
-            completion(result);
-        };
-        if (url.isEmpty()) {
-            // Later, as everything else is called back.
-            QMetaObject::invokeMethod(
-                waiting,
-                [waiting, done, failure] {
-                    if (!waiting->isEnded)
-                        done(BackendFailure(failure));
-                },
-                Qt::QueuedConnection);
-            return;
-        }
-        waiting->request = backend->getAsItComes(url, parameters(command, text), beginning, done);
-    });
+    m_endpoint.withEndpoint(
+        [waiting = QPointer(waiting), backend = QPointer(&m_backend), command, text, instruction,
+         beginning = std::move(beginning),
+         completion = std::move(completion)](const QString &url, const QString &failure) {
+            if (!waiting || !backend || waiting->isEnded)
+                return;
+            const auto done = [waiting, completion](const BackendService::AnswerResult &result) {
+                if (waiting)
+                    waiting->deleteLater();
+                completion(result);
+            };
+            if (url.isEmpty()) {
+                // Later, as everything else is called back.
+                QMetaObject::invokeMethod(
+                    waiting,
+                    [waiting, done, failure] {
+                        if (!waiting->isEnded)
+                            done(BackendFailure(failure));
+                    },
+                    Qt::QueuedConnection);
+                return;
+            }
+            waiting->request =
+                backend->getAsItComes(url, parameters(command, text, instruction), beginning, done);
+        });
     return request;
 }

@@ -24,10 +24,11 @@ public:
 
     /// As write(), and meanwhile hands each piece of the answer to `beginning` as it comes. The
     /// completed text counts: it can differ from the pieces. Destroying the request ends the
-    /// backend's work, and nothing is called back any more.
+    /// backend's work, and nothing is called back any more. `instruction` is for the command
+    /// OwnCommands::once, and goes with the text.
     [[nodiscard]] std::unique_ptr<BackendRequest>
     writeAsItComes(const QString &command, const QString &text, BackendService::Beginning beginning,
-                   BackendService::AnswerCompletion completion);
+                   BackendService::AnswerCompletion completion, const QString &instruction = {});
 
 private:
     WritingEndpoint &m_endpoint;

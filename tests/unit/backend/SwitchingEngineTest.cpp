@@ -7,6 +7,7 @@
 #include "backend/model/ModelEngine.h"
 #include "backend/model/ModelFinder.h"
 #include "commands/Note.h"
+#include "commands/OwnCommands.h"
 #include "support/WaitUntil.h"
 
 #include <QTemporaryDir>
@@ -177,3 +178,34 @@ TEST(SwitchingEngine, FallsBackAndSaysSoWhenTheConfiguredModelFails)
 }
 
 } // namespace
+
+TEST(SwitchingEngine, KnowsTheInstructionsOfTheUsersOwnCommands)
+{
+    FakeModel model(FakeModel::json(u"better"_qs));
+    Switched with({}, {{u"QUILLET_MODEL_URL"_qs, model.url().toString()}});
+    EXPECT_EQ(with.ask(u"own-rhyme"_qs).status, 404) << "no such command";
+    EXPECT_TRUE(model.requests().isEmpty());
+    ASSERT_TRUE(OwnCommands::write(
+        with.folder.filePath(u"quillet/commands.ini"_qs),
+        {{u"own-rhyme"_qs, u"Rhyme"_qs, u"Rewrite it so that it rhymes."_qs, u"poet"_qs, {}}}));
+    EXPECT_EQ(with.ask(u"own-rhyme"_qs).text, u"better"_qs);
+    ASSERT_EQ(model.requests().size(), 1);
+    EXPECT_EQ(model.requests()[0].body.value(u"model").toString(), u"poet"_qs);
+    EXPECT_TRUE(model.requests()[0].message(0).contains(u"Task: Rewrite it so that it rhymes."));
+    EXPECT_EQ(model.requests()[0].text(), u"abc"_qs);
+
+    EXPECT_TRUE(isNote(with.ask(u"own-once"_qs).text)) << "without an instruction";
+    std::optional<EngineAnswer> result;
+    const auto job = with.engine.answer({u"own-once"_qs, u"abc"_qs, {}, u" shout "_qs},
+                                        [&](const EngineAnswer &answer) { result = answer; });
+    ASSERT_TRUE(waitUntil([&] { return result.has_value(); }));
+    ASSERT_EQ(model.requests().size(), 2);
+    EXPECT_TRUE(model.requests()[1].message(0).contains(u"Task: shout\n"));
+
+    Switched without(QUrl(u"http://127.0.0.1:1"_qs));
+    ASSERT_TRUE(OwnCommands::write(without.folder.filePath(u"quillet/commands.ini"_qs),
+                                   {{u"own-a"_qs, u"A"_qs, u"do"_qs, {}, {}}}));
+    const EngineAnswer answer = without.ask(u"own-a"_qs);
+    EXPECT_EQ(answer.status, 501);
+    EXPECT_TRUE(isNote(answer.text));
+}

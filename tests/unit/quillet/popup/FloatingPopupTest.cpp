@@ -4,6 +4,7 @@
 #include "quillet/popup/FloatingPopup.h"
 
 #include "quillet/popup/ChangesView.h"
+#include "quillet/popup/InstructionField.h"
 #include "quillet/popup/PopupPanel.h"
 #include "quillet/popup/PopupStyle.h"
 #include "quillet/popup/ProgressLine.h"
@@ -98,7 +99,8 @@ protected:
     fake::Workspace workspace;
     Input input;
     QStringList told;
-    FloatingPopup popup{&input, {workspace, writing, tracker}};
+    QList<OwnCommand> ownCommands;
+    FloatingPopup popup{&input, {workspace, writing, tracker, [this] { return ownCommands; }}};
 };
 
 } // namespace
@@ -520,4 +522,42 @@ TEST_F(FloatingPopupTest, TakesTheKeyboardOnlyToEditTheResult)
     workspace.dismiss();
     EXPECT_FALSE(popup.popupWindow());
     EXPECT_EQ(workspace.focusRestored, 1) << "nothing to give back";
+}
+
+TEST_F(FloatingPopupTest, TheUsersOwnCommandsAreOneMoreToolWhileThereAreSome)
+{
+    open();
+    EXPECT_FALSE(button("mine"));
+    popup.close();
+    ownCommands = {{u"own-rhyme"_qs, u"Make it rhyme"_qs, u"Rhyme."_qs, {}, u"Ctrl+1"_qs}};
+    open();
+    click("mine");
+    ASSERT_TRUE(button("own-rhyme"));
+    EXPECT_EQ(button("own-rhyme")->text(), u"Make it rhyme"_qs);
+    click("own-rhyme");
+    ASSERT_TRUE(showsAnswer("better text"));
+    EXPECT_TRUE(
+        server.requests.last().startsWith("GET /generate?command=own-rhyme&text=my%20text "));
+    EXPECT_EQ(tracker.events.last(), u"Execute command=own"_qs)
+        << "the identifier has the user's words in it";
+
+    click("cancel");
+    auto *field = popup.popupWindow()->findChild<InstructionField *>();
+    ASSERT_TRUE(field);
+    field->setText(u" rhyme & run "_qs);
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(field, &enter);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_TRUE(showsAnswer("better text"));
+    const QByteArray once = server.requests.last();
+    EXPECT_TRUE(once.contains("command=own-once&instruction=rhyme%20%26%20run&text="));
+    click("reload");
+    ASSERT_TRUE(showsAnswer("better text"));
+    EXPECT_EQ(server.requests.last(), once);
+
+    popup.close();
+    ownCommands.clear();
+    open();
+    EXPECT_FALSE(button("mine"));
+    EXPECT_TRUE(button("quick-improve"));
 }

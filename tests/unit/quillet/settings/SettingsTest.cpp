@@ -6,6 +6,7 @@
 #include "support/FakeInstallation.h"
 #include "support/FakePlatform.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QFile>
@@ -33,6 +34,7 @@ protected:
     fake::Accessibility accessibility;
     fake::Installation installation;
     QString modelFile = folder.filePath(QStringLiteral("backend.ini"));
+    QString commandsFile = folder.filePath(QStringLiteral("commands.ini"));
     bool holdsShortcut = true;
     QString report = QStringLiteral("all is well");
     QString server = QStringLiteral("tiny (127.0.0.1:11434)");
@@ -56,7 +58,11 @@ protected:
                  told(QStringLiteral("by ") + file.value(QStringLiteral("model/url")).toString());
              }},
             [this] { return holdsShortcut; },
-            [this](QObject *, auto told) { told(report); }});
+            [this](QObject *, auto told) { told(report); },
+            nullptr,
+            {commandsFile, [](QObject *, const QString &identifier, auto told) {
+                 told(u"tried "_qs + identifier);
+             }}});
     }
 
     template <typename Widget> Widget *named(const char *name)
@@ -222,3 +228,40 @@ TEST_F(SettingsTest, TheKeyboardReachesEverythingAndEscapeCloses)
 }
 
 } // namespace
+
+TEST_F(SettingsTest, AnOwnCommandIsMadeTriedAndRemoved)
+{
+    auto *section = window->findChild<OwnCommandsSection *>();
+    const auto button = [&](const char *name) -> QPushButton * {
+        for (QPushButton *each : section->findChildren<QPushButton *>()) {
+            if (each->accessibleName() == QLatin1StringView(name))
+                return each;
+        }
+        return nullptr;
+    };
+    auto *instruction = section->findChild<QPlainTextEdit *>();
+    button("New command")->click();
+    auto *name = qobject_cast<QLineEdit *>(section->focusWidget());
+    ASSERT_TRUE(name);
+    QTest::keyClicks(name, QStringLiteral("Rhyme"));
+    button("Try the command")->click();
+    EXPECT_TRUE(OwnCommands::read(commandsFile).isEmpty()) << "not complete yet";
+    instruction->setPlainText(QStringLiteral("Make it rhyme."));
+    button("Try the command")->click();
+    ASSERT_EQ(OwnCommands::read(commandsFile).size(), 1);
+    const OwnCommand made = OwnCommands::read(commandsFile).first();
+    EXPECT_EQ(made.identifier, u"own-rhyme"_qs);
+    EXPECT_EQ(made.instruction, u"Make it rhyme."_qs);
+    bool isTried = false;
+    for (const QLabel *label : section->findChildren<QLabel *>())
+        isTried = isTried || label->text() == u"tried own-rhyme"_qs;
+    EXPECT_TRUE(isTried);
+
+    // Another file in its place is shown when the user comes back.
+    OwnCommands::write(commandsFile, {{u"own-b"_qs, u"B"_qs, u"be"_qs, {}, {}}});
+    QEvent activation(QEvent::WindowActivate);
+    QApplication::sendEvent(section, &activation);
+    EXPECT_EQ(instruction->toPlainText(), u"be"_qs);
+    button("Remove the command")->click();
+    EXPECT_TRUE(OwnCommands::read(commandsFile).isEmpty());
+}
