@@ -985,5 +985,41 @@ across all your favourite apps</translation>
         <source>A command needs a name and an instruction.</source>
         <translation>A command needs a name and an instruction.</translation>
     </message>
+    <message>
+        <source>The request timed out</source>
+        <translation>The request timed out</translation>
+    </message>
+    <message>
+        <source>The writing backend cannot be reached</source>
+        <translation>The writing backend cannot be reached</translation>
+    </message>
+    <message>
+        <source>The connection to the writing backend broke off</source>
+        <translation>The connection to the writing backend broke off</translation>
+    </message>
+    <message>
+        <source>A secure connection to the writing backend could not be made</source>
+        <translation>A secure connection to the writing backend could not be made</translation>
+    </message>
+    <message>
+        <source>The writing backend has moved to another address</source>
+        <translation>The writing backend has moved to another address</translation>
+    </message>
+    <message>
+        <source>The answer is larger than 32 MB</source>
+        <translation>The answer is larger than 32 MB</translation>
+    </message>
+    <message>
+        <source>The local writing backend did not start in time.</source>
+        <translation>The local writing backend did not start in time.</translation>
+    </message>
+    <message>
+        <source>The local writing backend could not be started.</source>
+        <translation>The local writing backend could not be started.</translation>
+    </message>
+    <message>
+        <source>The local writing backend ended unexpectedly.</source>
+        <translation>The local writing backend ended unexpectedly.</translation>
+    </message>
 </context>
 </TS>

@@ -985,5 +985,41 @@ Ihren Lieblingsprogrammen</translation>
         <source>A command needs a name and an instruction.</source>
         <translation>Ein Befehl braucht einen Namen und eine Anweisung.</translation>
     </message>
+    <message>
+        <source>The request timed out</source>
+        <translation>Die Anfrage hat zu lange gedauert</translation>
+    </message>
+    <message>
+        <source>The writing backend cannot be reached</source>
+        <translation>Der Schreibdienst ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>The connection to the writing backend broke off</source>
+        <translation>Die Verbindung zum Schreibdienst ist abgebrochen</translation>
+    </message>
+    <message>
+        <source>A secure connection to the writing backend could not be made</source>
+        <translation>Eine sichere Verbindung zum Schreibdienst kam nicht zustande</translation>
+    </message>
+    <message>
+        <source>The writing backend has moved to another address</source>
+        <translation>Der Schreibdienst ist an eine andere Adresse umgezogen</translation>
+    </message>
+    <message>
+        <source>The answer is larger than 32 MB</source>
+        <translation>Die Antwort ist größer als 32 MB</translation>
+    </message>
+    <message>
+        <source>The local writing backend did not start in time.</source>
+        <translation>Der Schreibdienst dieses Rechners ist nicht rechtzeitig gestartet.</translation>
+    </message>
+    <message>
+        <source>The local writing backend could not be started.</source>
+        <translation>Der Schreibdienst dieses Rechners konnte nicht gestartet werden.</translation>
+    </message>
+    <message>
+        <source>The local writing backend ended unexpectedly.</source>
+        <translation>Der Schreibdienst dieses Rechners wurde unerwartet beendet.</translation>
+    </message>
 </context>
 </TS>

@@ -985,5 +985,41 @@ en todas sus aplicaciones favoritas</translation>
         <source>A command needs a name and an instruction.</source>
         <translation>Un comando necesita un nombre y una instrucción.</translation>
     </message>
+    <message>
+        <source>The request timed out</source>
+        <translation>La petición ha tardado demasiado</translation>
+    </message>
+    <message>
+        <source>The writing backend cannot be reached</source>
+        <translation>No se puede acceder al servicio de escritura</translation>
+    </message>
+    <message>
+        <source>The connection to the writing backend broke off</source>
+        <translation>Se ha cortado la conexión con el servicio de escritura</translation>
+    </message>
+    <message>
+        <source>A secure connection to the writing backend could not be made</source>
+        <translation>No se ha podido establecer una conexión segura con el servicio de escritura</translation>
+    </message>
+    <message>
+        <source>The writing backend has moved to another address</source>
+        <translation>El servicio de escritura se ha mudado a otra dirección</translation>
+    </message>
+    <message>
+        <source>The answer is larger than 32 MB</source>
+        <translation>La respuesta supera los 32 MB</translation>
+    </message>
+    <message>
+        <source>The local writing backend did not start in time.</source>
+        <translation>El servicio de escritura de este equipo no se ha iniciado a tiempo.</translation>
+    </message>
+    <message>
+        <source>The local writing backend could not be started.</source>
+        <translation>No se ha podido iniciar el servicio de escritura de este equipo.</translation>
+    </message>
+    <message>
+        <source>The local writing backend ended unexpectedly.</source>
+        <translation>El servicio de escritura de este equipo ha terminado de forma inesperada.</translation>
+    </message>
 </context>
 </TS>

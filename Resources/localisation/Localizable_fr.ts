@@ -985,5 +985,41 @@ dans toutes vos applications favorites</translation>
         <source>A command needs a name and an instruction.</source>
         <translation>Une commande demande un nom et une instruction.</translation>
     </message>
+    <message>
+        <source>The request timed out</source>
+        <translation>La demande a pris trop de temps</translation>
+    </message>
+    <message>
+        <source>The writing backend cannot be reached</source>
+        <translation>Le service d'écriture n'est pas joignable</translation>
+    </message>
+    <message>
+        <source>The connection to the writing backend broke off</source>
+        <translation>La connexion au service d'écriture a été coupée</translation>
+    </message>
+    <message>
+        <source>A secure connection to the writing backend could not be made</source>
+        <translation>Une connexion sûre au service d'écriture n'a pas pu être établie</translation>
+    </message>
+    <message>
+        <source>The writing backend has moved to another address</source>
+        <translation>Le service d'écriture a changé d'adresse</translation>
+    </message>
+    <message>
+        <source>The answer is larger than 32 MB</source>
+        <translation>La réponse dépasse 32 Mo</translation>
+    </message>
+    <message>
+        <source>The local writing backend did not start in time.</source>
+        <translation>Le service d'écriture de cet ordinateur n'a pas démarré à temps.</translation>
+    </message>
+    <message>
+        <source>The local writing backend could not be started.</source>
+        <translation>Le service d'écriture de cet ordinateur n'a pas pu être démarré.</translation>
+    </message>
+    <message>
+        <source>The local writing backend ended unexpectedly.</source>
+        <translation>Le service d'écriture de cet ordinateur s'est arrêté de façon inattendue.</translation>
+    </message>
 </context>
 </TS>

@@ -16,7 +16,7 @@ constexpr qsizetype maxShownLength = 120;
 QString outcomeOf(const BackendService::AnswerResult &result, qint64 milliseconds)
 {
     if (const auto *failure = std::get_if<BackendFailure>(&result))
-        return localized("It did not work: %1").arg(describe(*failure));
+        return localized("It did not work: %1").arg(localized(describe(*failure)));
     const auto &answer = std::get<BackendAnswer>(result);
     QString text = answer.text.simplified();
     if (text.size() > maxShownLength)

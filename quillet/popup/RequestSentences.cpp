@@ -14,8 +14,9 @@ bool worksOnText(const QString &command)
 QString failureSentence(const BackendFailure &failure)
 {
     const auto *reason = std::get_if<QString>(&failure);
-    const QString what =
-        reason ? *reason : localized("The writing service could not be asked, or said nothing");
+    const QString what = reason
+                             ? localized(*reason)
+                             : localized("The writing service could not be asked, or said nothing");
     return localized("%1. Your text is unchanged. Press \"reload\" to try again.")
         .arg(what.endsWith(u'.') ? what.chopped(1) : what);
 }

@@ -97,14 +97,14 @@ void LocalBackend::start()
     const auto ended = [this](const QString &why) {
         m_deadline.stop();
         m_url.clear();
-        tellWaiting({}, QStringLiteral("The local writing backend %1.").arg(why));
+        tellWaiting({}, why);
     };
     connect(process, &QProcess::errorOccurred, this, [ended](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            ended(QStringLiteral("could not be started"));
+            ended(QStringLiteral("The local writing backend could not be started."));
     });
     connect(process, &QProcess::finished, this,
-            [ended] { ended(QStringLiteral("ended unexpectedly")); });
+            [ended] { ended(QStringLiteral("The local writing backend ended unexpectedly.")); });
     m_deadline.start();
     process->start(m_program, {QStringLiteral("--child")});
 }
