@@ -1021,5 +1021,9 @@ across all your favourite apps</translation>
         <source>The local writing backend ended unexpectedly.</source>
         <translation>The local writing backend ended unexpectedly.</translation>
     </message>
+    <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
 </context>
 </TS>

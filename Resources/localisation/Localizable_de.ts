@@ -1021,5 +1021,9 @@ Ihren Lieblingsprogrammen</translation>
         <source>The local writing backend ended unexpectedly.</source>
         <translation>Der Schreibdienst dieses Rechners wurde unerwartet beendet.</translation>
     </message>
+    <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
 </context>
 </TS>

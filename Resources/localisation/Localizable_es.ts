@@ -1021,5 +1021,9 @@ en todas sus aplicaciones favoritas</translation>
         <source>The local writing backend ended unexpectedly.</source>
         <translation>El servicio de escritura de este equipo ha terminado de forma inesperada.</translation>
     </message>
+    <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
 </context>
 </TS>

@@ -1021,5 +1021,9 @@ dans toutes vos applications favorites</translation>
         <source>The local writing backend ended unexpectedly.</source>
         <translation>Le service d'écriture de cet ordinateur s'est arrêté de façon inattendue.</translation>
     </message>
+    <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
 </context>
 </TS>

@@ -30,6 +30,20 @@ public:
     }
 };
 
+/// Names the key that keyboards and desktops here call Super, and the toolkit Meta.
+class KeyNames : public QTranslator
+{
+public:
+    using QTranslator::QTranslator;
+
+    QString translate(const char *context, const char *text, const char *, int) const override
+    {
+        const bool isKey = qstrcmp(context, "QShortcut") == 0 && qstrcmp(text, "Meta") == 0;
+        return isKey ? localized("Super") : QString();
+    }
+    bool isEmpty() const override { return false; }
+};
+
 Table &table()
 {
     static Table table;
@@ -57,4 +71,5 @@ void installTranslations()
     if (toolkit->load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
                       QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(toolkit);
+    QCoreApplication::installTranslator(new KeyNames(QCoreApplication::instance()));
 }

@@ -6,6 +6,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QKeySequence>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -44,6 +45,15 @@ TEST(Localisation, WhatIsNotInTheTableIsShownAsItIs)
 {
     for (const char *text : {"no-such-command", "Improve", "", "déjà vu 👍"})
         EXPECT_EQ(title(text), QString::fromUtf8(text));
+}
+
+TEST(Localisation, AShortcutIsWrittenAsOnTheKeyboard)
+{
+    installTranslations();
+    EXPECT_EQ(QKeySequence(QStringLiteral("Meta+Shift+Q")).toString(QKeySequence::NativeText),
+              QStringLiteral("Super+Shift+Q"));
+    EXPECT_EQ(QKeySequence(QStringLiteral("Ctrl+Q")).toString(QKeySequence::NativeText),
+              QStringLiteral("Ctrl+Q"));
 }
 
 QString contents(const QString &path)
