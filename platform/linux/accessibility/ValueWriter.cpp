@@ -16,12 +16,6 @@ namespace platform::linux_
 namespace
 {
 
-/// Typing what lies between two stretches takes less time than selecting once more.
-constexpr qsizetype maxTypedGap = 24;
-/// What is typed in one go is undone in one step, and this much is quickly typed.
-constexpr qsizetype maxTypedAtOnce = 240;
-constexpr qsizetype maxSteps = 2;
-
 /// With no-break spaces as spaces. A rich text field of a web page keeps spaces as it sees fit: it
 /// turns each into the other where it would collapse or break a line.
 QString withPlainSpaces(QString text)
@@ -32,50 +26,6 @@ QString withPlainSpaces(QString text)
 std::chrono::milliseconds since(const QElapsedTimer &timer)
 {
     return std::chrono::milliseconds(timer.elapsed());
-}
-
-/// The edit with a neighbour of its place, where it only inserts: a selection can be checked, a
-/// caret between two characters is in doubt where an emoji stands before it.
-TextEdit withSelection(TextEdit edit, const QString &before)
-{
-    if (edit.length > 0 || before.isEmpty())
-        return edit;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, before);
-    characters.setPosition(edit.position);
-    if (edit.position > 0) {
-        const qsizetype from = characters.toPreviousBoundary();
-        edit.length = edit.position - from;
-        edit.replacement.prepend(QStringView(before).sliced(from, edit.length));
-        edit.position = from;
-    } else {
-        edit.length = characters.toNextBoundary();
-        edit.replacement.append(QStringView(before).first(edit.length));
-    }
-    return edit;
-}
-
-/// The edits with those made one that take whole lines away or bring some in, and all between
-/// these: only then do the lines of both texts correspond.
-QList<TextEdit> withLinesTogether(const QList<TextEdit> &edits, const QString &from)
-{
-    const auto changesLines = [&](const TextEdit &edit) {
-        return edit.replacement.contains(u'\n') ||
-               QStringView(from).sliced(edit.position, edit.length).contains(u'\n');
-    };
-    const auto first = std::find_if(edits.begin(), edits.end(), changesLines);
-    if (first == edits.end())
-        return edits;
-    auto last = std::find_if(edits.rbegin(), edits.rend(), changesLines).base();
-    QList<TextEdit> between(first, last);
-    // Where lines go, what follows in the last one moves up.
-    qsizetype lineEnd = from.indexOf(u'\n', between.last().end());
-    if (lineEnd < 0)
-        lineEnd = from.size();
-    for (; last != edits.end() && last->position <= lineEnd; ++last)
-        between.append(*last);
-    between.append({lineEnd, 0, {}});
-    return QList<TextEdit>(edits.begin(), first) + joinedEdits(between, from, from.size()) +
-           QList<TextEdit>(last, edits.end());
 }
 
 AXError errorFor(TypingResult result)
@@ -92,7 +42,6 @@ ValueWriter::ValueWriter(std::unique_ptr<TextInput> input, const QString &text, 
     , m_completion(std::move(completion))
     , m_limits(limits)
     , m_goal(withLineFeeds(text))
-    , m_text(m_goal)
 {
     m_silence.setSingleShot(true);
     connect(&m_silence, &QTimer::timeout, this, [this] {
@@ -150,7 +99,7 @@ void ValueWriter::pursue(const TextInput::Content &content)
         finish(m_isRestoring ? m_failure : WriteOutcome::written());
         return;
     }
-    takeRoute(m_input->takesEdits() ? Route::Edits : Route::Stretches, content);
+    takeRoute(m_input->takesEdits() ? WriteRoute::Edits : WriteRoute::Stretches, content);
 }
 
 /// Where several edits were made as one, or typed, the caret is elsewhere than the user left it.
@@ -163,91 +112,26 @@ void ValueWriter::keepCaret(const TextInput::Content &content)
         m_input->setCaret(caret);
 }
 
-/// The edits with neighbours made one where they lie close enough and in the same element.
-QList<TextEdit> ValueWriter::joined(const QList<TextEdit> &edits, const QString &from,
-                                    qsizetype maxGap) const
-{
-    QList<TextEdit> result;
-    for (const TextEdit &edit : edits) {
-        if (!result.isEmpty()) {
-            const QList<TextEdit> pair = joinedEdits({result.last(), edit}, from, maxGap);
-            if (pair.size() == 1 &&
-                m_input->canAddress(pair.first().position, pair.first().length)) {
-                result.last() = pair.first();
-                continue;
-            }
-        }
-        result.append(edit);
-    }
-    return result;
-}
-
-/// The edits that the way takes, in the order of their positions.
-QList<TextEdit> ValueWriter::editsFor(Route route, const TextInput::Content &content) const
-{
-    const QString &from = content.text;
-    QList<TextEdit> edits = textDifference(from, m_goal);
-    if (edits.isEmpty())
-        return edits;
-    const qsizetype span = edits.last().end() - edits.first().position;
-    switch (route) {
-    case Route::Edits:
-        // Each edit is a step of the program's undo. Where no format can be lost, one is enough.
-        if (content.hasParagraphs)
-            return withLinesTogether(edits, from);
-        return content.isUniform ? joined(edits, from, from.size()) : edits;
-    case Route::Stretches:
-        // Each stretch is a step of the program's undo.
-        edits = joined(edits, from, maxTypedGap);
-        if (edits.size() > maxSteps && span <= maxTypedAtOnce)
-            edits = joined(edits, from, maxTypedAtOnce);
-        for (TextEdit &edit : edits)
-            edit = withSelection(edit, from);
-        return edits;
-    case Route::Contents:
-    case Route::All:
-        break;
-    }
-    return {{0, from.size(), m_goal}};
-}
-
-bool ValueWriter::canTake(Route route, const QList<TextEdit> &edits) const
-{
-    switch (route) {
-    case Route::Edits:
-    case Route::Stretches:
-        return !edits.isEmpty() &&
-               std::all_of(edits.begin(), edits.end(), [this](const TextEdit &edit) {
-                   return m_input->canAddress(edit.position, edit.length);
-               });
-    case Route::Contents:
-        return m_input->takesEdits();
-    case Route::All:
-        break;
-    }
-    return true;
-}
-
-void ValueWriter::takeRoute(Route route, const TextInput::Content &content)
+void ValueWriter::takeRoute(WriteRoute route, const TextInput::Content &content)
 {
     m_route = route;
     m_from = content.text;
-    const QList<TextEdit> edits = editsFor(route, content);
-    if (!canTake(route, edits)) {
+    const QList<TextEdit> edits = editsFor(route, content, m_goal, *m_input);
+    if (edits.isEmpty()) {
         takeNextRoute(content);
         return;
     }
     switch (route) {
-    case Route::Edits:
+    case WriteRoute::Edits:
         applyEdits(edits);
         break;
-    case Route::Contents:
+    case WriteRoute::Contents:
         m_isTouched = true;
         m_silence.start(m_limits.silence);
         m_input->setContents(m_goal, whileWriting([this](bool) { watch(); }));
         break;
-    case Route::Stretches:
-    case Route::All:
+    case WriteRoute::Stretches:
+    case WriteRoute::All:
         m_queue = edits;
         typeNext();
         break;
@@ -256,10 +140,10 @@ void ValueWriter::takeRoute(Route route, const TextInput::Content &content)
 
 void ValueWriter::takeNextRoute(const TextInput::Content &content)
 {
-    if (m_route == Route::All)
+    if (m_route == WriteRoute::All)
         fail(AXError::Failure);
     else
-        takeRoute(static_cast<Route>(static_cast<int>(m_route) + 1), content);
+        takeRoute(static_cast<WriteRoute>(static_cast<int>(m_route) + 1), content);
 }
 
 /// From the end of the text to its beginning, so that the positions hold.
@@ -294,8 +178,8 @@ void ValueWriter::selectNext()
                 if (!m_outcome)
                     selectNext();
             });
-        } else if (m_route == Route::Stretches && !m_isTouched) {
-            takeRoute(Route::All, {m_from, true});
+        } else if (m_route == WriteRoute::Stretches && !m_isTouched) {
+            takeRoute(WriteRoute::All, {m_from, true});
         } else {
             fail(AXError::Failure);
         }
@@ -306,7 +190,7 @@ void ValueWriter::selectNext()
         return;
     }
     m_silence.start(m_limits.silence);
-    if (m_route == Route::All)
+    if (m_route == WriteRoute::All)
         m_input->selectAll(onAnswer);
     else
         m_input->select(next.position, next.length, onAnswer);

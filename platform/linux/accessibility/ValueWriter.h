@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/Accessibility.h"
+#include "platform/linux/accessibility/WriteRoute.h"
 #include "platform/linux/ports/TextInput.h"
 #include "platform/linux/ports/Typist.h"
 
@@ -61,27 +62,12 @@ public:
     void deliver();
 
 private:
-    enum class Route {
-        /// The program replaces what differs.
-        Edits,
-        /// The program replaces everything.
-        Contents,
-        /// What differs is typed over.
-        Stretches,
-        /// Everything is typed over.
-        All,
-    };
-
     /// Reads the text; `next` gets it unless this writing has ended meanwhile.
     void read(void (ValueWriter::*next)(const TextInput::Content &));
     void begin(const TextInput::Content &content);
     void pursue(const TextInput::Content &content);
-    QList<TextEdit> joined(const QList<TextEdit> &edits, const QString &from,
-                           qsizetype maxGap) const;
-    QList<TextEdit> editsFor(Route route, const TextInput::Content &content) const;
-    void takeRoute(Route route, const TextInput::Content &content);
+    void takeRoute(WriteRoute route, const TextInput::Content &content);
     void takeNextRoute(const TextInput::Content &content);
-    bool canTake(Route route, const QList<TextEdit> &edits) const;
     void applyEdits(const QList<TextEdit> &edits);
     void typeNext();
     void selectNext();
@@ -107,7 +93,6 @@ private:
 
     /// What the input is to hold: the new text; the old one while that is put back.
     QString m_goal;
-    const QString m_text;
     QString m_before;
     std::optional<qsizetype> m_caretBefore;
     bool m_isRestoring = false;
@@ -115,7 +100,7 @@ private:
     bool m_isTouched = false;
     WriteOutcome m_failure;
 
-    Route m_route = Route::Edits;
+    WriteRoute m_route = WriteRoute::Edits;
     /// What the way that is being taken started from.
     QString m_from;
     /// What is still to be typed, from the end of the text to its beginning.
