@@ -81,7 +81,7 @@ TEST_F(Wire, OnlyAWhole200WithAnIntegerCountsAsSent)
         {{"", Then::Reset}, u"other("_qs},
     };
     for (const auto &[answer, reason] : failures) {
-        LoopbackServer server([&](int) { return answer; });
+        LoopbackServer server([&answer = answer](int) { return answer; });
         LogCapture log;
         EXPECT_FALSE(send(*requestTo(server.url()))) << answer.bytes.left(60).constData();
         EXPECT_FALSE(server.requests().isEmpty());

@@ -18,6 +18,7 @@ TEST(SerialQueueTest, RunsEachProducersTasksOnceAndInOrder)
     {
         SerialQueue queue(QStringLiteral("test"));
         std::vector<std::thread> threads;
+        threads.reserve(producers);
         for (int p = 0; p < producers; ++p) {
             threads.emplace_back([&, p] {
                 for (int i = 0; i < each; ++i)
@@ -133,6 +134,7 @@ TEST(SerialQueueTest, DroppingKeepsTheOrderOfSeveralProducers)
     {
         SerialQueue queue(QStringLiteral("test"), {}, {.maxTasks = 50});
         std::vector<std::thread> threads;
+        threads.reserve(producers);
         for (int p = 0; p < producers; ++p) {
             threads.emplace_back([&, p] {
                 for (int i = 0; i < each; ++i)

@@ -213,6 +213,7 @@ TEST_F(HttpServerTest, LetsTheOldestIdleConnectionGo)
     Client busy(*server, get());
     request(1);
     std::vector<std::unique_ptr<Client>> strangers;
+    strangers.reserve(6);
     for (int i = 0; i < 6; ++i)
         strangers.push_back(std::make_unique<Client>(*server, "GET"));
     EXPECT_TRUE(strangers.front()->isClosed());

@@ -53,6 +53,7 @@ TEST(ThreadedEngine, WhatIsCancelledMakesRoomForWhatWaits)
     const auto take = [&](const EngineAnswer &answer) { answers += answer.text; };
     const int threads = std::max(4, QThread::idealThreadCount());
     std::vector<std::unique_ptr<PendingWork>> works;
+    works.reserve(std::size_t(threads));
     for (int i = 0; i < threads; ++i)
         works.push_back(engine.answer({u"french"_qs, u"long"_qs}, take));
     ASSERT_TRUE(waitUntil([&] { return begun == threads; }));

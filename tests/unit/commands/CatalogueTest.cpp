@@ -14,8 +14,8 @@ namespace
 
 TEST(Catalogue, EveryCommandStandsBelowOneTool)
 {
-    const QStringList tools = CommandCatalogue::tools();
-    const auto options = CommandCatalogue::toolOptions();
+    const QStringList &tools = CommandCatalogue::tools();
+    const auto &options = CommandCatalogue::toolOptions();
     EXPECT_EQ(tools.join(u' '), u"improve tone-changer reply translate more"_qs);
     EXPECT_EQ(options.keys().size(), tools.size());
     QStringList all;

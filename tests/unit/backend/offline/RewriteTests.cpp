@@ -73,6 +73,7 @@ TEST(Rewrite, AnswersSeveralThreadsAtOnce)
     const QString text = QStringLiteral("The colour of teh house are nice ,realy. It's very good.");
     std::vector<QString> answers(8);
     std::vector<std::thread> threads;
+    threads.reserve(answers.size());
     for (QString &answer : answers) {
         threads.emplace_back([&] { answer = fresh.answer(QStringLiteral("elevate"), text).text; });
     }

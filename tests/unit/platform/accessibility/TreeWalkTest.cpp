@@ -96,7 +96,8 @@ TEST_P(Reading, OfAllInputsOnlyTheFocusedOneIsRead)
 {
     const auto add = [this](const char *path, Role role, const char *text,
                             QList<State> states = with({})) {
-        program.add(path, "/p", {.role = role, .states = states, .text = QString::fromUtf8(text)});
+        program.add(path, "/p",
+                    {.role = role, .states = std::move(states), .text = QString::fromUtf8(text)});
     };
     add("/1", Role::Static, "Pay here");
     add("/2", Role::Entry, "4111 1111", with({State::Editable}));

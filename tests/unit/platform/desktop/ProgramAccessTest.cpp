@@ -130,15 +130,15 @@ TEST_F(ProgramAccessTest, NamesAProgramByTheEntryThatStartsItAndNotByOneOfItsToo
 TEST_F(ProgramAccessTest, TurnsASwitchOnInACopyAndRemovesTheCopy)
 {
     DesktopProgramAccess access(m_own);
-    const QString entry = access.programOf(m_pid).value().entry;
-    const QByteArray systems = read(m_system + entry);
-    EXPECT_EQ(access.turnOn(entry, m_pid), QString());
-    EXPECT_TRUE(read(m_own + entry).contains("Exec=sleep --force-renderer-accessibility %U"));
-    EXPECT_EQ(read(m_system + entry), systems);
+    const QString name = access.programOf(m_pid).value().entry;
+    const QByteArray systems = read(m_system + name);
+    EXPECT_EQ(access.turnOn(name, m_pid), QString());
+    EXPECT_TRUE(read(m_own + name).contains("Exec=sleep --force-renderer-accessibility %U"));
+    EXPECT_EQ(read(m_system + name), systems);
     EXPECT_EQ(access.turnedOn().size(), 1);
     EXPECT_TRUE(access.programOf(m_pid).value().isOn);
-    EXPECT_EQ(access.turnOff(entry), QString());
-    EXPECT_FALSE(QFile::exists(m_own + entry));
+    EXPECT_EQ(access.turnOff(name), QString());
+    EXPECT_FALSE(QFile::exists(m_own + name));
     EXPECT_TRUE(access.turnedOn().isEmpty());
 }
 

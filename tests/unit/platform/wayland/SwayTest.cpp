@@ -34,8 +34,8 @@ public:
         address.sun_family = AF_UNIX;
         std::strncpy(address.sun_path, path().constData(), sizeof(address.sun_path) - 1);
         m_socket = socket(AF_UNIX, SOCK_STREAM, 0);
-        bind(m_socket, reinterpret_cast<sockaddr *>(&address), sizeof(address));
-        listen(m_socket, 1);
+        EXPECT_EQ(bind(m_socket, reinterpret_cast<sockaddr *>(&address), sizeof(address)), 0);
+        EXPECT_EQ(listen(m_socket, 1), 0);
         m_thread = std::thread([this, script = std::move(script)] { serve(script); });
     }
     ~Server() { m_thread.join(); }

@@ -84,6 +84,7 @@ TEST_F(SingleInstanceTest, ACrashDoesNotKeepTheNextOut)
 TEST_F(SingleInstanceTest, OfManyStartsAtOnceOneStays)
 {
     std::vector<Process> all;
+    all.reserve(8);
     for (int i = 0; i < 8; ++i)
         all.push_back(start("x"));
     int firsts = 0;
