@@ -93,7 +93,7 @@ public:
     /// The text with its mistakes corrected and the phrases of a table replaced.
     QString rephrased(const QString &text, const PhraseRule &phrases, const std::stop_token &stop)
     {
-        const QString corrected = english().grammar.corrected(text, stop);
+        QString corrected = english().grammar.corrected(text, stop);
         EditList edits;
         if (stop.stop_requested())
             return corrected;

@@ -95,11 +95,11 @@ void Application::prepareAnalytics()
         facts.screenHeight = screen->geometry().height();
         facts.screenWidth = screen->geometry().width();
     }
-    facts.bundleVersion = facts.bundleShortVersion = BuildConstants::Version;
+    facts.bundleVersion = facts.bundleShortVersion = BuildConstants::version;
     MetricPost::setApplicationFacts(facts);
     SharedMetricPost::prepareShared(
         {.developmentRun = isRunningFromXcode(m_platform->installation()),
-         .serverURL = BuildConstants::AnalyticsEndpoint});
+         .serverURL = BuildConstants::analyticsEndpoint});
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
             [](Qt::ApplicationState state) {
                 if (state == Qt::ApplicationActive)
@@ -111,11 +111,11 @@ void Application::prepareAnalytics()
 
 void Application::prepareEndpoint()
 {
-    if (!BuildConstants::BackendEndpoint.isEmpty()) {
-        m_endpoint = std::make_unique<FixedEndpoint>(BuildConstants::BackendEndpoint);
+    if (!BuildConstants::backendEndpoint.isEmpty()) {
+        m_endpoint = std::make_unique<FixedEndpoint>(BuildConstants::backendEndpoint);
     } else {
         auto backend = std::make_unique<LocalBackend>();
-        if (BuildConstants::AnalyticsEndpoint.isEmpty()) {
+        if (BuildConstants::analyticsEndpoint.isEmpty()) {
             connect(backend.get(), &LocalBackend::analyticsMoved, this,
                     [](const QString &url) { SharedMetricPost::shared().setServerURL(url); });
         }

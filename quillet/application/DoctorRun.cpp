@@ -26,8 +26,8 @@ constexpr std::chrono::seconds backendLimit{15};
 
 std::unique_ptr<WritingEndpoint> makeEndpoint()
 {
-    if (!BuildConstants::BackendEndpoint.isEmpty())
-        return std::make_unique<FixedEndpoint>(BuildConstants::BackendEndpoint);
+    if (!BuildConstants::backendEndpoint.isEmpty())
+        return std::make_unique<FixedEndpoint>(BuildConstants::backendEndpoint);
     return std::make_unique<LocalBackend>();
 }
 
@@ -76,7 +76,7 @@ void examineInOwnProcess(QObject *context, std::function<void(const QString &rep
         doctor->deleteLater();
         const QString report = QString::fromUtf8(doctor->readAllStandardOutput());
         told(QStringLiteral("Quillet %1\n\n%2")
-                 .arg(BuildConstants::Version,
+                 .arg(BuildConstants::version,
                       report.isEmpty() ? localized("The examination failed.") : report));
     };
     QObject::connect(doctor, &QProcess::finished, context, tell);

@@ -97,7 +97,7 @@ int main(int argc, char **argv)
     guardProcessMemory();
     QCoreApplication::setOrganizationName(QStringLiteral("quillet"));
     QCoreApplication::setApplicationName(QStringLiteral("quillet"));
-    QCoreApplication::setApplicationVersion(BuildConstants::Version);
+    QCoreApplication::setApplicationVersion(BuildConstants::version);
     if (asksForHelpOnly(argc, argv)) {
         const QCoreApplication application(argc, argv);
         parseCommandLine();
@@ -119,7 +119,7 @@ int main(int argc, char **argv)
 
     QApplication application(argc, argv);
     installTranslations();
-    QGuiApplication::setDesktopFileName(BuildConstants::AppId);
+    QGuiApplication::setDesktopFileName(BuildConstants::appId);
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillet.svg")));
     const CommandLine commandLine = parseCommandLine();
     return Application(startupId, commandLine.request, commandLine.diagnostics).run();

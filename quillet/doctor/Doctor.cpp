@@ -173,9 +173,10 @@ QList<Finding> Doctor::programs(const SystemFacts &facts)
 Finding Doctor::typing(const SystemFacts &facts)
 {
     Finding finding{QStringLiteral("typing"), localized("Typing"), State::Good, {}, {}};
-    if (facts.isNativeWayland) {
-        finding.detail = localized("every character can be typed");
-    } else if (!facts.hasDisplay || !facts.missingForTyping.isEmpty()) {
+    finding.detail = localized("every character can be typed");
+    if (facts.isNativeWayland)
+        return finding;
+    if (!facts.hasDisplay || !facts.missingForTyping.isEmpty()) {
         finding.state = State::Limited;
         finding.detail = facts.hasDisplay
                              ? localized("the display lacks %1")
@@ -189,8 +190,6 @@ Finding Doctor::typing(const SystemFacts &facts)
         finding.detail = localized("Free keys for characters that the layout does not have: %1")
                              .arg(facts.spareKeys);
         finding.remedy = localized("Choose fewer keyboard layouts at a time.");
-    } else {
-        finding.detail = localized("every character can be typed");
     }
     return finding;
 }

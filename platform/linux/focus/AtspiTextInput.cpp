@@ -170,7 +170,7 @@ void AtspiTextInput::editParagraphs(const TextEdit &edit, const Done &done)
     }
 }
 
-void AtspiTextInput::editPiece(const TextPiece &piece, const TextEdit &edit, Done done)
+void AtspiTextInput::editPiece(const TextPiece &piece, const TextEdit &edit, const Done &done)
 {
     const Place place = placeOf(piece, edit.position, edit.length);
     const bool inserts = !edit.replacement.isEmpty();

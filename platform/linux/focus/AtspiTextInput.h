@@ -45,7 +45,7 @@ private:
     const TextPiece *pieceAt(qsizetype position, qsizetype length) const;
     qsizetype softBreaks() const;
     void editParagraphs(const TextEdit &edit, const Done &done);
-    void editPiece(const TextPiece &piece, const TextEdit &edit, Done done);
+    void editPiece(const TextPiece &piece, const TextEdit &edit, const Done &done);
     Place placeOf(const TextPiece &piece, qsizetype position, qsizetype length) const;
     bool countsUtf16() const;
     bool isQt() const;

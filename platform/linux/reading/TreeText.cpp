@@ -158,9 +158,7 @@ struct TextWalk : WalkQuestions<TextWalk> {
     {
         const QByteArray &path = nodes[index].path;
         const bool known = searched && index > 0;
-        if (!known)
-            askFacts(index);
-        else if (inputs.contains(path))
+        if (!known || inputs.contains(path))
             askFacts(index);
         else if (texts.contains(path))
             askText(index);

@@ -99,14 +99,15 @@ KeyServer::RawType rawTypeFrom(const XkbKeyTypeRec &source)
     KeyServer::RawType type;
     type.realModifiers = source.mods.real_mods;
     type.virtualModifiers = source.mods.vmods;
-    type.preserves = source.preserve != nullptr;
+    const XkbModsRec *const preserved = source.preserve;
+    type.preserves = preserved != nullptr;
     for (int i = 0; i < source.map_count; ++i) {
         const XkbKTMapEntryRec &from = source.map[i];
         KeyServer::RawType::Entry entry{from.active != False, from.level, from.mods.real_mods,
                                         from.mods.vmods,      0,          0};
-        if (type.preserves) {
-            entry.preservedReal = source.preserve[i].real_mods;
-            entry.preservedVirtual = source.preserve[i].vmods;
+        if (preserved) {
+            entry.preservedReal = preserved[i].real_mods;
+            entry.preservedVirtual = preserved[i].vmods;
         }
         type.entries.push_back(entry);
     }

@@ -203,7 +203,7 @@ void LayerPanels::follow(QWidget *panel)
 
 void LayerPanels::release()
 {
-    const QPointer<QWidget> panel = m_pressed;
+    QWidget *const panel = m_pressed.data();
     m_pressed.clear();
     if (!m_standIn || !panel)
         return;

@@ -47,7 +47,7 @@ void collect(const QJsonObject &node, int depth, SwayTree &tree)
         return;
     for (const QStringView children : {u"nodes", u"floating_nodes"}) {
         const QJsonArray nodes = node[children].toArray();
-        for (const QJsonValue &child : nodes)
+        for (const auto child : nodes)
             collect(child.toObject(), depth + 1, tree);
     }
 }

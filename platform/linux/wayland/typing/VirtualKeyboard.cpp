@@ -32,7 +32,7 @@ VirtualKeyboard::VirtualKeyboard()
 
 VirtualKeyboard::~VirtualKeyboard()
 {
-    end();
+    VirtualKeyboard::end();
     if (m_manager)
         zwp_virtual_keyboard_manager_v1_destroy(m_manager);
     if (m_seat)
@@ -88,7 +88,7 @@ void VirtualKeyboard::end()
         return;
     zwp_virtual_keyboard_v1_destroy(m_keyboard);
     m_keyboard = nullptr;
-    flush();
+    m_globals->roundTrip();
 }
 
 } // namespace platform::linux_
