@@ -32,7 +32,7 @@ def test_the_button_is_at_its_input_on_every_monitor(desktop, build, layout):
         _, window = desktop.start_editor("mousepad", "some text")
         for _, _, x, y in (other, main):
             desktop.activate(own)
-            # The button comes to the editor's new place with the focus, not with the window.
+            # The tutorial's button first, so that the editor's is seen to come.
             wait_until(
                 lambda: person.finds_floating_button() == person.tutorial_button,
                 "the button in the tutorial",
