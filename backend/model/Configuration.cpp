@@ -275,7 +275,8 @@ bool ConfigurationFile::remember(const ServerAnswer &answer)
     if (file.exists()) {
         if (file.size() > maxSize || !file.open(QIODevice::ReadOnly))
             return false;
-        lines = QString::fromUtf8(file.readAll()).split(u'\n');
+        // Latin-1 keeps every byte of the user's lines, also where they are not UTF-8.
+        lines = QString::fromLatin1(file.readAll()).split(u'\n');
         file.close();
     }
     const QString key = QString::fromUtf16(foundOption.key);
@@ -289,10 +290,14 @@ bool ConfigurationFile::remember(const ServerAnswer &answer)
     qsizetype section = 0;
     while (section < lines.size() && lines[section].trimmed() != modelSection)
         ++section;
-    if (section < lines.size())
+    if (section < lines.size()) {
         lines.insert(section + 1, line);
-    else
-        lines = QStringList{modelSection, line} + lines;
+    } else {
+        // Below all others, so that no line moves into the section.
+        if (!lines.isEmpty() && lines.last().isEmpty())
+            lines.removeLast();
+        lines += {modelSection, line, QString()};
+    }
     QDir().mkpath(QFileInfo(m_path).path());
     QSaveFile written(m_path);
     if (!written.open(QIODevice::WriteOnly))
@@ -300,7 +305,7 @@ bool ConfigurationFile::remember(const ServerAnswer &answer)
     // It may hold a key.
     written.setPermissions(file.exists() ? file.permissions()
                                          : QFile::ReadOwner | QFile::WriteOwner);
-    written.write(lines.join(u'\n').toUtf8());
+    written.write(lines.join(u'\n').toLatin1());
     m_readAt.reset();
     return written.commit();
 }

@@ -115,6 +115,16 @@ TEST(Configuration, RemembersAnAnswerBesideEverythingElse)
                               "window = 8192");
     EXPECT_FALSE(file.permissions() & QFile::ReadOther);
     EXPECT_FALSE(configuration.current().foundServer->agreed);
+
+    file.close();
+    const QByteArray damaged = "model]\nurl = http://127.0.0.1:1/v1\n; caf\xe9\n";
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(damaged);
+    file.close();
+    ASSERT_TRUE(configuration.remember({u"127.0.0.1:11434"_qs, 0, true}));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), damaged + "[model]\nfound-server = 127.0.0.1:11434, 0, yes\n");
+    EXPECT_FALSE(configuration.current().model) << "no line has moved below the section";
     EXPECT_TRUE(
         read("[model]\nfound-server = 127.0.0.1, yes").problems.value(0).contains(u"found-server"));
 }
