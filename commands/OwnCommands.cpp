@@ -49,6 +49,36 @@ QString line(QStringView key, const QString &value)
                                  lines.join(QStringLiteral("\n  ")) + u'\n';
 }
 
+QByteArray contentOf(const QList<OwnCommand> &commands)
+{
+    QString text = QStringLiteral("# The commands that you have made. You can edit this file, copy "
+                                  "it and give it away.\n");
+    for (const OwnCommand &command : commands) {
+        text += QStringLiteral("\n[%1]\n").arg(command.identifier);
+        text += line(u"name", command.name.simplified());
+        text += line(u"instruction", command.instruction);
+        text += line(u"model", command.model.simplified());
+        text += line(u"key", command.key.simplified());
+    }
+    return text.toUtf8();
+}
+
+/// Copies a file that holds more than its commands. False: that is needed and failed.
+bool keepOriginal(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        return true;
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || file.size() > maxFileSize || !file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray content = file.readAll();
+    if (content == contentOf(OwnCommands::parsed(QString::fromUtf8(content))))
+        return true;
+    QSaveFile copy(path + u'~');
+    return copy.open(QIODevice::WriteOnly) && copy.write(content) == content.size() &&
+           copy.commit();
+}
+
 } // namespace
 
 QString OwnCommands::defaultPath()
@@ -114,20 +144,13 @@ QList<OwnCommand> OwnCommands::read(const QString &path)
 
 bool OwnCommands::write(const QString &path, const QList<OwnCommand> &commands)
 {
-    QString text = QStringLiteral("# The commands that you have made. You can edit this file, copy "
-                                  "it and give it away.\n");
-    for (const OwnCommand &command : commands) {
-        text += QStringLiteral("\n[%1]\n").arg(command.identifier);
-        text += line(u"name", command.name.simplified());
-        text += line(u"instruction", command.instruction);
-        text += line(u"model", command.model.simplified());
-        text += line(u"key", command.key.simplified());
-    }
+    if (!keepOriginal(path))
+        return false;
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    file.write(text.toUtf8());
+    file.write(contentOf(commands));
     return file.commit();
 }
 

@@ -51,7 +51,9 @@ bool isOwn(QStringView command);
 QList<OwnCommand> parsed(const QString &text);
 /// Empty as well where there is no file that can be read. Reads at most 1 MB.
 QList<OwnCommand> read(const QString &path);
-/// Replaces the file. False: it cannot be written, and stands as it was.
+/// Replaces the file. What the user has written into it besides, such as comments, stays in a copy
+/// beside it, with "~" at the end of its name. False: it cannot be written or copied, and stands as
+/// it was.
 bool write(const QString &path, const QList<OwnCommand> &commands);
 /// An identifier that tells the name as well as it can, and is not among `taken`.
 QString newIdentifier(const QString &name, const QStringList &taken);

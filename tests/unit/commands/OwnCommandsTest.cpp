@@ -4,6 +4,7 @@
 #include "commands/OwnCommands.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -19,6 +20,21 @@ TEST(OwnCommands, TheFileIsReadAsItWasWrittenAndAsAPersonWritesIt)
                                         {u"own-2"_qs, u"短く"_qs, u"短くする"_qs, {}, {}}};
     ASSERT_TRUE(OwnCommands::write(path, commands));
     EXPECT_EQ(OwnCommands::read(path), commands);
+
+    QFile file(path);
+    const QString copy = path + u'~';
+    ASSERT_TRUE(OwnCommands::write(path, commands.first(1)));
+    EXPECT_FALSE(QFile::exists(copy)) << "nothing else was in it";
+    const QByteArray users = "; mine\n[own-a]\nname = A\ninstruction = do\nplace = here\n";
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(users);
+    file.close();
+    for (int i = 0; i < 2; ++i)
+        ASSERT_TRUE(OwnCommands::write(path, commands));
+    QFile kept(copy);
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_EQ(kept.readAll(), users);
+    EXPECT_FALSE(OwnCommands::write(QFileInfo(path).path(), commands)) << "no file to replace";
 
     const QString first = QStringLiteral("[own-a]\r\nname=A\r\ninstruction=do\r\n");
     for (const char *rest :
