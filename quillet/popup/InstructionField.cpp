@@ -3,6 +3,7 @@
 
 #include "quillet/popup/InstructionField.h"
 
+#include "quillet/popup/PopupStyle.h"
 #include "quillet/widgets/Localisation.h"
 
 #include <QKeyEvent>
@@ -21,8 +22,10 @@ InstructionField::InstructionField(QWidget *parent)
     setAccessibleName(localized("Instruction for once"));
     setMaxLength(maxInstructionLength);
     setStyleSheet(QStringLiteral("QLineEdit { border: 1px solid lightgray; border-radius: 17px; "
-                                 "padding: 0 12px; background: white; color: black; } "
-                                 "QLineEdit:focus { border: 2px solid #6C3DF5; }"));
+                                 "padding: 0 12px; background: palette(base); "
+                                 "color: palette(text); } "
+                                 "QLineEdit:focus { border: 2px solid %1; }")
+                      .arg(PopupStyle::accentOn(palette()).name()));
 }
 
 void InstructionField::mousePressEvent(QMouseEvent *event)

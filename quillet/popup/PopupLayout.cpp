@@ -98,7 +98,8 @@ QRectF instructionField()
 
 qreal optionsDocumentHeight(qsizetype count)
 {
-    return rowHeight * static_cast<qreal>((count + 1) / 2);
+    const qsizetype rows = (count + 1) / 2;
+    return rowHeight * static_cast<qreal>(rows);
 }
 
 QRectF option(qsizetype index, qsizetype count, qreal width)
@@ -106,7 +107,8 @@ QRectF option(qsizetype index, qsizetype count, qreal width)
     const qreal columnWidth = (width - 36) / 2;
     const qreal gridWidth = 2 * columnWidth + 18;
     const qreal margin = (width - gridWidth) / 2;
-    const auto row = static_cast<qreal>(index / 2);
+    const qsizetype rowIndex = index / 2;
+    const auto row = static_cast<qreal>(rowIndex);
     const auto column = static_cast<qreal>(index % 2);
     return {margin + 6 + column * (columnWidth + 6),
             optionsDocumentHeight(count) - (row + 1) * rowHeight, columnWidth, 60};

@@ -152,8 +152,8 @@ void OwnCommandsSection::add()
 void OwnCommandsSection::remove()
 {
     m_commands.removeAt(chosen());
-    OwnCommands::write(m_collaborators.file, complete(m_commands));
     showList(chosen());
+    save();
 }
 
 void OwnCommandsSection::keep()
@@ -176,10 +176,15 @@ void OwnCommandsSection::keep()
     m_commands[chosen()] = changed;
     m_list->currentItem()->setText(changed.name.isEmpty() ? localized("New command")
                                                           : changed.name);
-    if (!OwnCommands::write(m_collaborators.file, complete(m_commands))) {
-        m_outcome->setText(localized("The file cannot be written: %1").arg(m_collaborators.file));
-        m_outcome->show();
-    }
+    save();
+}
+
+void OwnCommandsSection::save()
+{
+    if (OwnCommands::write(m_collaborators.file, complete(m_commands)))
+        return;
+    m_outcome->setText(localized("The file cannot be written: %1").arg(m_collaborators.file));
+    m_outcome->show();
 }
 
 void OwnCommandsSection::tryIt()

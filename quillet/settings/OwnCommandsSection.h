@@ -46,6 +46,8 @@ private:
     void add();
     void remove();
     void keep();
+    /// Writes the file, and says so where that fails.
+    void save();
     void tryIt();
     int chosen() const;
 
